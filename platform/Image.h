@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/Geometry.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace pelistra {
+
+// Colours by meaning; the front end resolves them for the current look.
+enum class ColorRole { Label };
+
+// What a drawing handler draws on. Coordinates are points with the origin at the bottom-left of the
+// destination rectangle and y growing upwards (an image that is not flipped).
+class Canvas {
+public:
+    using DrawRect = BasicRect<ScreenSpace>;
+
+    Canvas() = default;
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+    virtual ~Canvas() = default;
+
+    virtual void setFillColor(ColorRole role) = 0;
+    virtual void fillRoundedRect(const DrawRect& rect, double xRadius, double yRadius) = 0;
+};
+
+// Draws into the given rectangle; false means that nothing could be drawn.
+using DrawingHandler = std::function<bool(Canvas& canvas, const Canvas::DrawRect& destination)>;
+
+// A picture of the platform. Whoever makes one sets its two attributes before handing it on.
+class Image {
+public:
+    Image() = default;
+    Image(const Image&) = delete;
+    Image& operator=(const Image&) = delete;
+    virtual ~Image() = default;
+
+    // Nominal size in points.
+    [[nodiscard]] virtual Size size() const = 0;
+
+    // A template picture is drawn in the colour of its surroundings, with its own shape as mask.
+    bool isTemplate = false;
+    // What a screen reader says; empty when there is nothing to say.
+    std::string accessibilityDescription;
+};
+
+using ImagePtr = std::shared_ptr<const Image>;
+
+// Makes pictures.
+class Images {
+public:
+    Images() = default;
+    Images(const Images&) = delete;
+    Images& operator=(const Images&) = delete;
+    virtual ~Images() = default;
+
+    // The system's symbol with that name, carrying the given description; null when the system has
+    // no such symbol.
+    [[nodiscard]] virtual std::shared_ptr<Image>
+    systemSymbol(std::string_view name, std::string_view accessibilityDescription) = 0;
+
+    // A picture of the given size in points that calls the handler whenever it has to be drawn, at
+    // whatever scale and look that is. Never null.
+    [[nodiscard]] virtual std::shared_ptr<Image> drawn(Size size, DrawingHandler handler) = 0;
+};
+
+} // namespace pelistra

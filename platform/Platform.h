@@ -1,0 +1,29 @@
+#pragma once
+
+namespace pelistra {
+
+class Application;
+class Images;
+class LogSink;
+class MainQueue;
+class Screens;
+class StatusBar;
+class UserDefaults;
+class WindowList;
+class Windows;
+
+// Everything that the core asks of an operating system, handed down from main. All of it outlives
+// the core's objects.
+struct Platform {
+    Application& application;
+    MainQueue& mainQueue;
+    LogSink& log;
+    UserDefaults& defaults;
+    StatusBar& statusBar;
+    Screens& screens;
+    Images& images;
+    WindowList& windowList;
+    Windows& windows;
+};
+
+} // namespace pelistra

@@ -1,0 +1,79 @@
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace pelistra::x11 {
+
+namespace {
+
+constexpr std::uint8_t bitsOfByte = 8;
+constexpr std::uint8_t bitsOfWord = 32;
+
+} // namespace
+
+PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
+                                xcb_atom_t property, xcb_atom_t type) {
+    return {xcb_get_property(connection.get(), 0, window, property, type, 0,
+                             propertyByteLimit / sizeof(std::uint32_t))};
+}
+
+std::optional<PropertyValue> readProperty(const Connection& connection, PropertyRequest request) {
+    xcb_generic_error_t* rawError = nullptr;
+    const Owned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection.get(), request.cookie, &rawError));
+    const ErrorPtr error(rawError);
+    if (!reply || reply->type == XCB_ATOM_NONE) {
+        return std::nullopt;
+    }
+    const auto* data = static_cast<const std::uint8_t*>(xcb_get_property_value(reply.get()));
+    const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+    return PropertyValue{
+        .type = reply->type, .format = reply->format, .bytes = {data, data + length}};
+}
+
+std::vector<std::uint32_t> PropertyValue::words() const {
+    if (format != bitsOfWord) {
+        return {};
+    }
+    std::vector<std::uint32_t> result(bytes.size() / sizeof(std::uint32_t));
+    if (!result.empty()) {
+        std::memcpy(result.data(), bytes.data(), result.size() * sizeof(std::uint32_t));
+    }
+    return result;
+}
+
+std::string PropertyValue::text() const {
+    if (format != bitsOfByte) {
+        return {};
+    }
+    return {bytes.begin(), std::ranges::find(bytes, 0)};
+}
+
+std::vector<std::string> PropertyValue::texts() const {
+    std::vector<std::string> result;
+    if (format != bitsOfByte) {
+        return result;
+    }
+    auto begin = bytes.begin();
+    while (begin != bytes.end()) {
+        const auto end = std::find(begin, bytes.end(), 0);
+        result.emplace_back(begin, end);
+        begin = end == bytes.end() ? end : end + 1;
+    }
+    return result;
+}
+
+void setWords(const Connection& connection, xcb_window_t window, xcb_atom_t property,
+              xcb_atom_t type, std::span<const std::uint32_t> values) {
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, type, bitsOfWord,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+}
+
+void setText(const Connection& connection, xcb_window_t window, xcb_atom_t property,
+             xcb_atom_t type, std::string_view text) {
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, type, bitsOfByte,
+                        static_cast<std::uint32_t>(text.size()), text.data());
+}
+
+} // namespace pelistra::x11

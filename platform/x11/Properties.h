@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/x11/Connection.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelistra::x11 {
+
+// Properties of windows, foreign ones included: whatever type, format or length a client chose,
+// what comes back is a checked value or nothing. Nobody else calls xcb_get_property.
+
+// A request for a property that has been sent and not yet answered. Send all of them, then read.
+struct PropertyRequest {
+    xcb_get_property_cookie_t cookie;
+};
+
+// At most this many bytes of a property are ever read, so that a client cannot make us copy
+// megabytes.
+inline constexpr std::uint32_t propertyByteLimit = 64 * 1024;
+
+[[nodiscard]] PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
+                                              xcb_atom_t property,
+                                              xcb_atom_t type = XCB_GET_PROPERTY_TYPE_ANY);
+
+// A property as it was on the server, its format and type included.
+struct PropertyValue {
+    xcb_atom_t type = XCB_ATOM_NONE;
+    std::uint8_t format = 0;
+    std::vector<std::uint8_t> bytes;
+
+    // The values of a property of format 32; empty for any other format.
+    [[nodiscard]] std::vector<std::uint32_t> words() const;
+    // The bytes of a property of format 8 up to the first zero byte; empty for any other format.
+    [[nodiscard]] std::string text() const;
+    // The zero-separated texts of a property of format 8.
+    [[nodiscard]] std::vector<std::string> texts() const;
+};
+
+// Waits for the answer. Empty when the window is gone or has no such property.
+[[nodiscard]] std::optional<PropertyValue> readProperty(const Connection& connection,
+                                                        PropertyRequest request);
+
+void setWords(const Connection& connection, xcb_window_t window, xcb_atom_t property,
+              xcb_atom_t type, std::span<const std::uint32_t> values);
+void setText(const Connection& connection, xcb_window_t window, xcb_atom_t property,
+             xcb_atom_t type, std::string_view text);
+
+} // namespace pelistra::x11
