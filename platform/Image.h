@@ -2,6 +2,7 @@
 
 #include "platform/Geometry.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -48,6 +49,21 @@ public:
 };
 
 using ImagePtr = std::shared_ptr<const Image>;
+
+// Pixels that were taken from somewhere and have no nominal size yet.
+class Bitmap {
+public:
+    Bitmap() = default;
+    Bitmap(const Bitmap&) = delete;
+    Bitmap& operator=(const Bitmap&) = delete;
+    virtual ~Bitmap() = default;
+
+    [[nodiscard]] virtual std::size_t pixelWidth() const = 0;
+    [[nodiscard]] virtual std::size_t pixelHeight() const = 0;
+
+    // A picture of these pixels with the given nominal size in points. Never null.
+    [[nodiscard]] virtual std::shared_ptr<Image> image(Size size) const = 0;
+};
 
 // Makes pictures.
 class Images {

@@ -3,9 +3,13 @@
 namespace pelistra {
 
 class Application;
+class EventPosting;
 class Images;
 class LogSink;
 class MainQueue;
+class PrivateLibrary;
+class RunningApplications;
+class ScreenCapture;
 class Screens;
 class StatusBar;
 class UserDefaults;
@@ -23,6 +27,10 @@ struct Platform {
     Screens& screens;
     Images& images;
     WindowList& windowList;
+    PrivateLibrary& privateLibrary;
+    RunningApplications& runningApplications;
+    ScreenCapture& screenCapture;
+    EventPosting& eventPosting;
     Windows& windows;
 };
 
