@@ -4,9 +4,12 @@ namespace pelistra {
 
 class Application;
 class EventPosting;
+class GlobalClicks;
 class Images;
 class LogSink;
+class LoginItem;
 class MainQueue;
+class Panels;
 class PrivateLibrary;
 class RunningApplications;
 class ScreenCapture;
@@ -32,6 +35,9 @@ struct Platform {
     ScreenCapture& screenCapture;
     EventPosting& eventPosting;
     Windows& windows;
+    Panels& panels;
+    GlobalClicks& globalClicks;
+    LoginItem& loginItem;
 };
 
 } // namespace pelistra
