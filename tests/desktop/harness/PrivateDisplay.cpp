@@ -1,0 +1,127 @@
+#include "tests/desktop/harness/PrivateDisplay.h"
+
+#include "tests/desktop/harness/XClient.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+namespace pelistra::testing {
+
+namespace {
+
+// What a program needs of the environment that the tests run in. All else would let the user's
+// session leak in.
+constexpr const char* inherited[] = {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
+
+Environment baseEnvironment() {
+    Environment environment{
+        {"LANG", "C.UTF-8"},
+        // No accessibility bus: nobody listens, and GTK would wait for it.
+        {"NO_AT_BRIDGE", "1"},
+        {"GSETTINGS_BACKEND", "memory"},
+        {"XDG_CURRENT_DESKTOP", ""},
+    };
+    for (const char* name : inherited) {
+        if (const char* value = std::getenv(name); value != nullptr) {
+            environment[name] = value;
+        }
+    }
+    return environment;
+}
+
+std::string firstLine(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    std::string line;
+    // A line without its end is still being written.
+    return std::getline(stream, line) && !stream.eof() ? line : std::string();
+}
+
+std::string waitForFirstLine(const std::filesystem::path& file, ChildProcess& writer) {
+    std::string line;
+    const bool came = waitFor([&] {
+        line = firstLine(file);
+        return !line.empty() || !writer.isRunning();
+    });
+    if (!came || line.empty()) {
+        throw std::runtime_error(writer.name() + " did not come up: " + writer.output());
+    }
+    return line;
+}
+
+} // namespace
+
+PrivateDisplay::PrivateDisplay(const Options& options) : environment_(baseEnvironment()) {
+    makeFolders();
+    startServer(options);
+    if (options.sessionBus) {
+        startSessionBus();
+    }
+    if (options.windowManager) {
+        startWindowManager();
+    }
+}
+
+void PrivateDisplay::setEnvironment(const std::string& variable, const std::string& value) {
+    environment_[variable] = value;
+}
+
+std::unique_ptr<ChildProcess> PrivateDisplay::start(const std::vector<std::string>& command) {
+    return start(command, {});
+}
+
+std::unique_ptr<ChildProcess> PrivateDisplay::start(const std::vector<std::string>& command,
+                                                    const Environment& additional) {
+    Environment environment = additional;
+    environment.insert(environment_.begin(), environment_.end());
+    const std::filesystem::path program(command.front());
+    const std::string log =
+        std::to_string(++startedPrograms_) + "-" + program.filename().string() + ".log";
+    return std::make_unique<ChildProcess>(command, environment, folder() / log);
+}
+
+void PrivateDisplay::makeFolders() {
+    const std::pair<const char*, const char*> folders[] = {
+        {"HOME", "home"},
+        {"XDG_CONFIG_HOME", "config"},
+        {"XDG_STATE_HOME", "state"},
+        {"XDG_CACHE_HOME", "cache"},
+        {"XDG_DATA_HOME", "data"},
+        {"XDG_RUNTIME_DIR", "runtime"},
+    };
+    for (const auto& [variable, name] : folders) {
+        const std::filesystem::path path = folder() / name;
+        std::filesystem::create_directory(path);
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        environment_[variable] = path.string();
+    }
+}
+
+void PrivateDisplay::startServer(const Options& options) {
+    // The server picks a free display by itself and writes its number to its standard output.
+    const std::string screen =
+        std::to_string(options.width) + "x" + std::to_string(options.height) + "x24";
+    server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-dpi",
+                     std::to_string(options.dpi), "-nolisten", "tcp", "-noreset", "+extension",
+                     "RANDR", "+extension", "Composite"});
+    name_ = ":" + waitForFirstLine(folder() / "1-Xvfb.log", *server_);
+    environment_["DISPLAY"] = name_;
+}
+
+void PrivateDisplay::startSessionBus() {
+    sessionBus_ = start({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
+                         "--address=unix:path=" + (folder() / "runtime" / "bus").string()});
+    const std::string log = std::to_string(startedPrograms_) + "-dbus-daemon.log";
+    environment_["DBUS_SESSION_BUS_ADDRESS"] = waitForFirstLine(folder() / log, *sessionBus_);
+}
+
+void PrivateDisplay::startWindowManager() {
+    windowManager_ = start({"openbox", "--sm-disable"});
+    XClient client(name_);
+    if (!waitFor(
+            [&] { return !client.words(client.root(), "_NET_SUPPORTING_WM_CHECK").empty(); })) {
+        throw std::runtime_error("openbox did not come up: " + windowManager_->output());
+    }
+}
+
+} // namespace pelistra::testing

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "tests/desktop/harness/ChildProcess.h"
+#include "tests/desktop/harness/TemporaryFolder.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pelistra::testing {
+
+// An X server (Xvfb) on a free display, a session bus, and a home of their own for the programs
+// that run on it. Everything ends with this object, or with this process.
+class PrivateDisplay {
+public:
+    struct Options {
+        int width = 1280;
+        int height = 800;
+        int dpi = 96;
+        // Start openbox, the window manager of the desktop tests.
+        bool windowManager = false;
+        bool sessionBus = false;
+    };
+
+    // Throws std::runtime_error when a server does not come up in time.
+    explicit PrivateDisplay(const Options& options);
+    PrivateDisplay() : PrivateDisplay(Options{}) {}
+
+    // For example ":7".
+    [[nodiscard]] const std::string& name() const { return name_; }
+    // What a program started here gets: DISPLAY, HOME and the XDG folders inside folder(), the
+    // session bus; nothing of the user's own session.
+    [[nodiscard]] const Environment& environment() const { return environment_; }
+    void setEnvironment(const std::string& variable, const std::string& value);
+    [[nodiscard]] const std::filesystem::path& folder() const { return folder_.path(); }
+    [[nodiscard]] std::filesystem::path configFolder() const { return folder() / "config"; }
+    [[nodiscard]] std::filesystem::path stateFolder() const { return folder() / "state"; }
+
+    // Starts a program on this display; its output goes to a file in folder().
+    [[nodiscard]] std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command);
+    [[nodiscard]] std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command,
+                                                      const Environment& additional);
+    // Ends the X server at once, as a crash would.
+    void killServer() { server_->kill(); }
+    [[nodiscard]] pid_t serverPid() const { return server_->pid(); }
+
+private:
+    void makeFolders();
+    void startServer(const Options& options);
+    void startSessionBus();
+    void startWindowManager();
+
+    // The folder outlives the processes that write into it.
+    TemporaryFolder folder_;
+    Environment environment_;
+    std::string name_;
+    int startedPrograms_ = 0;
+    std::unique_ptr<ChildProcess> server_;
+    std::unique_ptr<ChildProcess> sessionBus_;
+    std::unique_ptr<ChildProcess> windowManager_;
+};
+
+} // namespace pelistra::testing
