@@ -1,0 +1,192 @@
+#include "overflow/PrivateMenuBarBridge.h"
+
+#include "platform/FatalError.h"
+#include "platform/RunningApplications.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace pelistra {
+
+namespace {
+
+constexpr const char* libraryPath = "/System/Library/PrivateFrameworks/SkyLight.framework/SkyLight";
+
+// A target connection that stands for the windows of every process.
+constexpr ConnectionId everyProcess = 0;
+
+// What the size of an icon's window lies between, in points. Backgrounds, whole bars and invisible
+// helper windows are of other sizes.
+constexpr double sizeAbove = 4;
+constexpr double widthBelow = 180;
+constexpr double heightUpTo = 50;
+
+constexpr const char* unknownOwner = "菜单栏项目";
+
+bool hasIconSize(const Rect& frame) {
+    return frame.width() > sizeAbove && frame.width() < widthBelow && frame.height() > sizeAbove &&
+           frame.height() <= heightUpTo;
+}
+
+std::string ownerNameOf(const WindowInfo& info, const RunningApplication* application) {
+    if (info.ownerName) {
+        return *info.ownerName;
+    }
+    auto localizedName = application != nullptr ? application->localizedName() : std::nullopt;
+    return localizedName ? *std::move(localizedName) : unknownOwner;
+}
+
+} // namespace
+
+std::shared_ptr<PrivateMenuBarBridge>
+PrivateMenuBarBridge::shared(const OverflowServices& services) {
+    static std::mutex mutex;
+    static std::weak_ptr<PrivateMenuBarBridge> instance;
+    const std::scoped_lock lock(mutex);
+    auto bridge = instance.lock();
+    if (!bridge) {
+        bridge = std::make_shared<PrivateMenuBarBridge>(services);
+        instance = bridge;
+    }
+    return bridge;
+}
+
+PrivateMenuBarBridge::PrivateMenuBarBridge(const OverflowServices& services)
+    : library_(services.privateLibrary), windowList_(services.windowList),
+      runningApplications_(services.runningApplications), logger_(services.log, "private-menu-bar"),
+      symbols_(loadSymbols()) {
+    if (!symbols_) {
+        logger_.error(
+            "Required SkyLight symbols are unavailable; second-row discovery is disabled");
+    }
+}
+
+PrivateMenuBarBridge::~PrivateMenuBarBridge() {
+    if (!symbols_) {
+        return;
+    }
+    const LibraryHandle handle = symbols_->handle;
+    // The functions go before the library that they live in.
+    symbols_.reset();
+    library_.close(handle);
+}
+
+std::optional<PrivateMenuBarBridge::Symbols> PrivateMenuBarBridge::loadSymbols() const {
+    Symbols symbols;
+    symbols.handle = library_.open(libraryPath, library_mode::lazy | library_mode::local);
+    if (symbols.handle == nullptr) {
+        return std::nullopt;
+    }
+    // Assigns and tells whether the symbol is there; the first missing one ends the sequence.
+    const auto found = [](auto& function, auto resolved) {
+        function = std::move(resolved);
+        return static_cast<bool>(function);
+    };
+    const bool complete =
+        found(symbols.mainConnection,
+              library_.resolveMainConnection(symbols.handle, "SLSMainConnectionID")) &&
+        found(symbols.windowCount,
+              library_.resolveWindowCount(symbols.handle, "SLSGetWindowCount")) &&
+        found(symbols.menuBarWindowList, library_.resolveMenuBarWindowList(
+                                             symbols.handle, "SLSGetProcessMenuBarWindowList")) &&
+        found(symbols.windowFrame,
+              library_.resolveWindowFrame(symbols.handle, "SLSGetScreenRectForWindow"));
+    if (complete) {
+        return symbols;
+    }
+    const LibraryHandle handle = symbols.handle;
+    symbols = {};
+    library_.close(handle);
+    return std::nullopt;
+}
+
+std::vector<PrivateMenuBarWindow> PrivateMenuBarBridge::windows() const {
+    if (!symbols_) {
+        return {};
+    }
+    const ConnectionId connection = symbols_->mainConnection();
+    const auto ids = listedIds(connection);
+    if (ids.empty()) {
+        return {};
+    }
+    const auto list = windowList_.copyWindowInfo().value_or(std::vector<WindowInfo>{});
+    const auto infos = byNumber(list);
+
+    std::vector<PrivateMenuBarWindow> result;
+    result.reserve(ids.size());
+    for (const WindowId id : ids) {
+        if (auto window = record(connection, id, infos)) {
+            result.push_back(*std::move(window));
+        }
+    }
+    return result;
+}
+
+std::optional<Rect> PrivateMenuBarBridge::windowFrame(WindowId window) const {
+    return symbols_ ? frameOf(symbols_->mainConnection(), window) : std::nullopt;
+}
+
+std::vector<WindowId> PrivateMenuBarBridge::listedIds(ConnectionId connection) const {
+    std::int32_t count = 0;
+    if (symbols_->windowCount(connection, everyProcess, &count) != windowServerSuccess ||
+        count < 1) {
+        return {};
+    }
+    std::vector<WindowId> ids(static_cast<std::size_t>(count), 0);
+    std::int32_t listed = 0;
+    if (symbols_->menuBarWindowList(connection, everyProcess, count, ids.data(), &listed) !=
+            windowServerSuccess ||
+        listed < 1) {
+        return {};
+    }
+    ids.resize(static_cast<std::size_t>(std::min(count, listed)));
+    return ids;
+}
+
+PrivateMenuBarBridge::InfoByNumber
+PrivateMenuBarBridge::byNumber(const std::vector<WindowInfo>& infos) {
+    InfoByNumber result;
+    result.reserve(infos.size());
+    for (const WindowInfo& info : infos) {
+        if (info.number && !result.emplace(*info.number, &info).second) {
+            fatalError("the window server listed one window number twice");
+        }
+    }
+    return result;
+}
+
+std::optional<Rect> PrivateMenuBarBridge::frameOf(ConnectionId connection, WindowId window) const {
+    Rect frame;
+    if (symbols_->windowFrame(connection, window, &frame) != windowServerSuccess) {
+        return std::nullopt;
+    }
+    return frame;
+}
+
+std::optional<PrivateMenuBarWindow> PrivateMenuBarBridge::record(ConnectionId connection,
+                                                                 WindowId window,
+                                                                 const InfoByNumber& infos) const {
+    const auto frame = frameOf(connection, window);
+    if (!frame || !hasIconSize(*frame)) {
+        return std::nullopt;
+    }
+    const auto found = infos.find(window);
+    if (found == infos.end() || !found->second->ownerPid) {
+        return std::nullopt;
+    }
+    const WindowInfo& info = *found->second;
+    const auto application = runningApplications_.runningApplication(*info.ownerPid);
+    return PrivateMenuBarWindow{.id = window,
+                                .ownerPID = *info.ownerPid,
+                                .ownerName = ownerNameOf(info, application.get()),
+                                .windowName = info.name.value_or(std::string()),
+                                .bundleIdentifier =
+                                    application ? application->bundleIdentifier() : std::nullopt,
+                                .frame = *frame,
+                                .applicationIcon = application ? application->icon() : nullptr};
+}
+
+} // namespace pelistra
