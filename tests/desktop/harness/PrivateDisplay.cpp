@@ -2,6 +2,8 @@
 
 #include "tests/desktop/harness/XClient.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
@@ -47,6 +49,22 @@ std::string waitForFirstLine(const std::filesystem::path& file, ChildProcess& wr
         throw std::runtime_error(writer.name() + " did not come up: " + writer.output());
     }
     return line;
+}
+
+// Shows a window and says whether the window manager has taken it. Its properties on the root come
+// earlier than that, and openbox overlooks a window that is mapped in between.
+bool managesWindows(XClient& client) {
+    constexpr std::chrono::milliseconds answerTime{100};
+    const xcb_window_t probe = client.connection().newId();
+    xcb_create_window(client.get(), XCB_COPY_FROM_PARENT, probe, client.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(client.get(), probe);
+    client.sync();
+    const auto isListed = [&] { return std::ranges::count(client.managedWindows(), probe) > 0; };
+    const bool taken = waitFor(isListed, answerTime);
+    xcb_destroy_window(client.get(), probe);
+    client.sync();
+    return taken && waitFor([&] { return !isListed(); });
 }
 
 } // namespace
@@ -118,8 +136,7 @@ void PrivateDisplay::startSessionBus() {
 void PrivateDisplay::startWindowManager() {
     windowManager_ = start({"openbox", "--sm-disable"});
     XClient client(name_);
-    if (!waitFor(
-            [&] { return !client.words(client.root(), "_NET_SUPPORTING_WM_CHECK").empty(); })) {
+    if (!waitFor([&] { return managesWindows(client); })) {
         throw std::runtime_error("openbox did not come up: " + windowManager_->output());
     }
 }
