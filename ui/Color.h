@@ -47,7 +47,7 @@ struct UnitPoint {
 // Colours at even distances along the line from start to end, continued beyond both.
 struct LinearGradient {
     std::vector<Color> colors;
-    UnitPoint start;
+    UnitPoint start = {};
     UnitPoint end = {.x = 1, .y = 1};
 
     bool operator==(const LinearGradient&) const = default;
