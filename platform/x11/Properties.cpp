@@ -13,9 +13,9 @@ constexpr std::uint8_t bitsOfWord = 32;
 } // namespace
 
 PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
-                                xcb_atom_t property, xcb_atom_t type) {
+                                xcb_atom_t property, xcb_atom_t type, std::uint32_t byteLimit) {
     return {xcb_get_property(connection.get(), 0, window, property, type, 0,
-                             propertyByteLimit / sizeof(std::uint32_t))};
+                             byteLimit / std::uint32_t{sizeof(std::uint32_t)})};
 }
 
 std::optional<PropertyValue> readProperty(const Connection& connection, PropertyRequest request) {
@@ -23,11 +23,15 @@ std::optional<PropertyValue> readProperty(const Connection& connection, Property
     const Owned<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(connection.get(), request.cookie, &rawError));
     const ErrorPtr error(rawError);
-    if (!reply || reply->type == XCB_ATOM_NONE) {
+    return propertyValue(reply.get());
+}
+
+std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply) {
+    if (reply == nullptr || reply->type == XCB_ATOM_NONE) {
         return std::nullopt;
     }
-    const auto* data = static_cast<const std::uint8_t*>(xcb_get_property_value(reply.get()));
-    const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+    const auto* data = static_cast<const std::uint8_t*>(xcb_get_property_value(reply));
+    const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply));
     return PropertyValue{
         .type = reply->type, .format = reply->format, .bytes = {data, data + length}};
 }

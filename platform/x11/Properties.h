@@ -25,7 +25,8 @@ inline constexpr std::uint32_t propertyByteLimit = 64 * 1024;
 
 [[nodiscard]] PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
                                               xcb_atom_t property,
-                                              xcb_atom_t type = XCB_GET_PROPERTY_TYPE_ANY);
+                                              xcb_atom_t type = XCB_GET_PROPERTY_TYPE_ANY,
+                                              std::uint32_t byteLimit = propertyByteLimit);
 
 // A property as it was on the server, its format and type included.
 struct PropertyValue {
@@ -44,6 +45,9 @@ struct PropertyValue {
 // Waits for the answer. Empty when the window is gone or has no such property.
 [[nodiscard]] std::optional<PropertyValue> readProperty(const Connection& connection,
                                                         PropertyRequest request);
+
+// The same from an answer that has been waited for elsewhere; null counts as no answer.
+[[nodiscard]] std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply);
 
 void setWords(const Connection& connection, xcb_window_t window, xcb_atom_t property,
               xcb_atom_t type, std::span<const std::uint32_t> values);

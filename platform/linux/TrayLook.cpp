@@ -1,0 +1,423 @@
+#include "platform/linux/TrayLook.h"
+
+#include "platform/linux/TrayLookText.h"
+#include "platform/x11/Atoms.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <map>
+#include <ranges>
+#include <span>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <unistd.h>
+#include <xcb/randr.h>
+#include <xcb/res.h>
+
+namespace pelistra::desktop {
+
+namespace {
+
+// Names of a few words fit; what is longer is cut anyway, so it need not travel.
+constexpr std::uint32_t nameByteLimit = 1024;
+constexpr double defaultDotsPerInch = 96;
+// Scales beyond these are no scale that a desktop can be used at, so such a value is a mistake.
+constexpr double leastScale = 0.5;
+constexpr double mostScale = 8;
+constexpr double hundredths = 100;
+
+bool isUsableScale(double scale) {
+    return scale >= leastScale && scale <= mostScale;
+}
+
+// The scale that Xft.dpi of the resource manager's text asks for; 1 without a usable value.
+double scaleOfResources(std::string_view resources) {
+    constexpr std::string_view key = "Xft.dpi:";
+    auto at = resources.find(key);
+    while (at != std::string_view::npos && at != 0 && resources[at - 1] != '\n') {
+        at = resources.find(key, at + 1);
+    }
+    if (at == std::string_view::npos) {
+        return 1;
+    }
+    std::string_view value = resources.substr(at + key.size());
+    value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
+    double dotsPerInch = 0;
+    std::from_chars(value.data(), value.data() + value.size(), dotsPerInch);
+    const double scale = dotsPerInch / defaultDotsPerInch;
+    return isUsableScale(scale) ? scale : 1;
+}
+
+std::string ownHostName() {
+    constexpr std::size_t longestName = 256;
+    std::array<char, longestName> name{};
+    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+// The primary monitor; the first one when none is marked as primary.
+RootRect primaryOf(const xcb_randr_get_monitors_reply_t& monitors) {
+    const xcb_randr_monitor_info_t* primary = nullptr;
+    for (auto monitor = xcb_randr_get_monitors_monitors_iterator(&monitors); monitor.rem != 0;
+         xcb_randr_monitor_info_next(&monitor)) {
+        if (primary == nullptr || (monitor.data->primary != 0 && primary->primary == 0)) {
+            primary = monitor.data;
+        }
+    }
+    return primary == nullptr ? RootRect{}
+                              : RootRect{.x = primary->x,
+                                         .y = primary->y,
+                                         .width = primary->width,
+                                         .height = primary->height};
+}
+
+// A window that moves between two containers during a look can be seen in both.
+std::vector<WindowId> withoutDuplicates(std::vector<WindowId> windows) {
+    std::unordered_set<WindowId> seen;
+    std::erase_if(windows, [&](WindowId window) { return !seen.insert(window).second; });
+    return windows;
+}
+
+// Process ids by the client that a resource belongs to.
+std::unordered_map<std::uint32_t, ProcessId>
+processesOf(const xcb_res_query_client_ids_reply_t* reply) {
+    std::unordered_map<std::uint32_t, ProcessId> processes;
+    if (reply == nullptr) {
+        return processes;
+    }
+    for (auto id = xcb_res_query_client_ids_ids_iterator(reply); id.rem != 0;
+         xcb_res_client_id_value_next(&id)) {
+        if (id.data->spec.mask == XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID &&
+            xcb_res_client_id_value_value_length(id.data) > 0) {
+            processes[id.data->spec.client] =
+                static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data));
+        }
+    }
+    return processes;
+}
+
+} // namespace
+
+struct TrayLook::Tray {
+    WindowId owner = 0;
+    double scale = 1;
+    RootRect primaryMonitor;
+    // What our own bar says is in it; empty under any other tray.
+    std::optional<std::vector<WindowId>> items;
+};
+
+struct TrayLook::FrameRequest {
+    xcb_get_geometry_cookie_t geometry;
+    xcb_translate_coordinates_cookie_t place;
+};
+
+struct TrayLook::IconRequest {
+    WindowId window;
+    xcb_query_tree_cookie_t tree;
+    FrameRequest frame;
+    x11::PropertyRequest name;
+    x11::PropertyRequest wmClass;
+};
+
+TrayLook::TrayLook(const x11::Connection& connection)
+    : connection_(&connection), replies_(connection), hostName_(ownHostName()) {
+    const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection.screenNumber());
+    const std::array<std::string_view, static_cast<std::size_t>(Name::Count)> names{
+        selection,
+        "_PELISTRA_MENUBAR_ITEMS",
+        "_PELISTRA_MENUBAR_SCALE",
+        "_NET_WM_NAME",
+        "_NET_WM_PID",
+        "WINDOW"};
+    atoms_ = x11::internAtoms(connection, names);
+
+    xcb_prefetch_extension_data(connection.get(), &xcb_res_id);
+    xcb_prefetch_extension_data(connection.get(), &xcb_randr_id);
+    const auto isPresent = [&](xcb_extension_t& extension) {
+        const auto* data = xcb_get_extension_data(connection.get(), &extension);
+        return data != nullptr && data->present != 0;
+    };
+    if (!replies_.begin(patience)) {
+        return;
+    }
+    constexpr std::uint16_t randrMinor = 5;
+    constexpr std::uint16_t resourceMinor = 2;
+    if (isPresent(xcb_randr_id)) {
+        const auto version = replies_.take<xcb_randr_query_version_reply_t>(
+            xcb_randr_query_version(connection.get(), 1, randrMinor));
+        hasMonitors_ =
+            version && (version->major_version > 1 || version->minor_version >= randrMinor);
+    }
+    if (isPresent(xcb_res_id)) {
+        const auto version = replies_.take<xcb_res_query_version_reply_t>(
+            xcb_res_query_version(connection.get(), 1, resourceMinor));
+        hasResource_ =
+            version && (version->server_major > 1 || version->server_minor >= resourceMinor);
+    }
+}
+
+std::uint32_t TrayLook::clientOf(WindowId window) const {
+    return window & ~xcb_get_setup(connection_->get())->resource_id_mask;
+}
+
+TrayLook::FrameRequest TrayLook::requestFrame(WindowId window) const {
+    return {.geometry = xcb_get_geometry(connection_->get(), window),
+            .place =
+                xcb_translate_coordinates(connection_->get(), window, connection_->root(), 0, 0)};
+}
+
+std::optional<RootRect> TrayLook::takeFrame(const FrameRequest& request) {
+    const auto geometry = replies_.take<xcb_get_geometry_reply_t>(request.geometry);
+    const auto place = replies_.take<xcb_translate_coordinates_reply_t>(request.place);
+    if (!geometry || !place || place->same_screen == 0) {
+        return std::nullopt;
+    }
+    return RootRect{
+        .x = place->dst_x, .y = place->dst_y, .width = geometry->width, .height = geometry->height};
+}
+
+std::string TrayLook::takeText(x11::PropertyRequest request) {
+    const auto value =
+        x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.cookie).get());
+    if (!value) {
+        return {};
+    }
+    return value->type == XCB_ATOM_STRING ? presentableLatin1(value->text())
+                                          : presentableText(value->text());
+}
+
+TrayLook::Tray TrayLook::findTray() {
+    xcb_connection_t* const server = connection_->get();
+    const auto owner = xcb_get_selection_owner(server, atom(Name::Selection));
+    const auto resources = x11::requestProperty(*connection_, connection_->root(),
+                                                XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING);
+    xcb_randr_get_monitors_cookie_t monitors{};
+    if (hasMonitors_) {
+        monitors = xcb_randr_get_monitors(server, connection_->root(), 1);
+    }
+    Tray tray;
+    if (const auto reply = replies_.take<xcb_get_selection_owner_reply_t>(owner)) {
+        tray.owner = reply->owner;
+    }
+    const auto text =
+        x11::propertyValue(replies_.take<xcb_get_property_reply_t>(resources.cookie).get());
+    tray.scale = scaleOfResources(text ? text->text() : "");
+    if (hasMonitors_) {
+        if (const auto reply = replies_.take<xcb_randr_get_monitors_reply_t>(monitors)) {
+            tray.primaryMonitor = primaryOf(*reply);
+        }
+    }
+    return tray;
+}
+
+void TrayLook::readOwner(Tray& tray) {
+    const auto items = x11::requestProperty(*connection_, tray.owner, atom(Name::Items));
+    const auto scale = x11::requestProperty(*connection_, tray.owner, atom(Name::Scale));
+    if (const auto value =
+            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(items.cookie).get());
+        value && value->type == XCB_ATOM_WINDOW) {
+        tray.items = value->words();
+    }
+    const auto value =
+        x11::propertyValue(replies_.take<xcb_get_property_reply_t>(scale.cookie).get());
+    if (const auto words = value ? value->words() : std::vector<std::uint32_t>{};
+        !words.empty() && isUsableScale(words[0] / hundredths)) {
+        tray.scale = words[0] / hundredths;
+    }
+}
+
+std::vector<WindowId> TrayLook::windowsOfClient(std::uint32_t client) {
+    if (!hasResource_) {
+        return {};
+    }
+    const xcb_res_resource_id_spec_t windows{.resource = XCB_NONE, .type = atom(Name::Window)};
+    const auto reply = replies_.take<xcb_res_query_resource_bytes_reply_t>(
+        xcb_res_query_resource_bytes(connection_->get(), client, 1, &windows));
+    std::vector<WindowId> result;
+    if (!reply) {
+        return result;
+    }
+    for (auto size = xcb_res_query_resource_bytes_sizes_iterator(reply.get()); size.rem != 0;
+         xcb_res_resource_size_value_next(&size)) {
+        result.push_back(size.data->size.spec.resource);
+    }
+    return result;
+}
+
+std::vector<WindowId> TrayLook::embeddedWindows(const Tray& tray) {
+    const std::uint32_t trayClient = clientOf(tray.owner);
+    std::vector<xcb_query_tree_cookie_t> trees;
+    for (const WindowId window : windowsOfClient(trayClient)) {
+        trees.push_back(xcb_query_tree(connection_->get(), window));
+    }
+    std::vector<WindowId> result;
+    for (const auto cookie : trees) {
+        const auto tree = replies_.take<xcb_query_tree_reply_t>(cookie);
+        if (!tree) {
+            continue;
+        }
+        const auto* const children = xcb_query_tree_children(tree.get());
+        const std::span<const xcb_window_t> embedded(
+            children, static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+        std::ranges::copy_if(embedded, std::back_inserter(result),
+                             [&](xcb_window_t child) { return clientOf(child) != trayClient; });
+    }
+    return result;
+}
+
+xcb_res_query_client_ids_cookie_t
+TrayLook::requestProcesses(const std::vector<WindowId>& windows) const {
+    // One question per client, since a client may have any number of icons.
+    std::map<std::uint32_t, xcb_res_client_id_spec_t> clients;
+    for (const WindowId window : windows) {
+        clients[clientOf(window)] = {.client = window,
+                                     .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    }
+    std::vector<xcb_res_client_id_spec_t> specs;
+    std::ranges::copy(std::views::values(clients), std::back_inserter(specs));
+    return xcb_res_query_client_ids(connection_->get(), static_cast<std::uint32_t>(specs.size()),
+                                    specs.data());
+}
+
+std::vector<TrayIcon> TrayLook::describe(const Tray& tray, const std::vector<WindowId>& windows) {
+    if (windows.empty()) {
+        return {};
+    }
+    std::vector<IconRequest> requests;
+    requests.reserve(windows.size());
+    for (const WindowId window : windows) {
+        requests.push_back(requestIcon(window));
+    }
+    xcb_res_query_client_ids_cookie_t ids{};
+    if (hasResource_) {
+        ids = requestProcesses(windows);
+    }
+    std::vector<TrayIcon> icons;
+    icons.reserve(requests.size());
+    for (const IconRequest& request : requests) {
+        if (auto icon = takeIcon(request, clientOf(tray.owner))) {
+            icons.push_back(*std::move(icon));
+        }
+    }
+    if (hasResource_) {
+        const auto processes =
+            processesOf(replies_.take<xcb_res_query_client_ids_reply_t>(ids).get());
+        for (TrayIcon& icon : icons) {
+            const auto process = processes.find(clientOf(icon.window));
+            icon.pid = process == processes.end() ? 0 : process->second;
+        }
+    }
+    return icons;
+}
+
+TrayLook::IconRequest TrayLook::requestIcon(WindowId window) const {
+    return {.window = window,
+            .tree = xcb_query_tree(connection_->get(), window),
+            .frame = requestFrame(window),
+            .name = x11::requestProperty(*connection_, window, atom(Name::NetWmName),
+                                         XCB_GET_PROPERTY_TYPE_ANY, nameByteLimit),
+            .wmClass = x11::requestProperty(*connection_, window, XCB_ATOM_WM_CLASS,
+                                            XCB_ATOM_STRING, nameByteLimit)};
+}
+
+std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request, std::uint32_t trayClient) {
+    const auto tree = replies_.take<xcb_query_tree_reply_t>(request.tree);
+    const auto frame = takeFrame(request.frame);
+    std::string name = takeText(request.name);
+    const auto wmClass =
+        x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.wmClass.cookie).get());
+    // An icon on its way into the tray or out of it lies in somebody else's window.
+    if (!tree || !frame || clientOf(tree->parent) != trayClient) {
+        return std::nullopt;
+    }
+    auto texts = wmClass ? wmClass->texts() : std::vector<std::string>{};
+    texts.resize(2);
+    return TrayIcon{.window = request.window,
+                    .frame = *frame,
+                    .pid = 0,
+                    .name = std::move(name),
+                    .instanceName = presentableLatin1(texts[0]),
+                    .className = presentableLatin1(texts[1])};
+}
+
+void TrayLook::complete(std::vector<TrayIcon>& icons) {
+    struct Claim {
+        TrayIcon* icon;
+        x11::PropertyRequest pid;
+        x11::PropertyRequest machine;
+    };
+    struct Title {
+        TrayIcon* icon;
+        x11::PropertyRequest name;
+    };
+    std::vector<Claim> claims;
+    std::vector<Title> titles;
+    for (TrayIcon& icon : icons) {
+        if (icon.pid < 1) {
+            claims.push_back(
+                {.icon = &icon,
+                 .pid = x11::requestProperty(*connection_, icon.window, atom(Name::NetWmPid)),
+                 .machine =
+                     x11::requestProperty(*connection_, icon.window, XCB_ATOM_WM_CLIENT_MACHINE,
+                                          XCB_GET_PROPERTY_TYPE_ANY, nameByteLimit)});
+        }
+        if (icon.name.empty()) {
+            titles.push_back(
+                {.icon = &icon,
+                 .name = x11::requestProperty(*connection_, icon.window, XCB_ATOM_WM_NAME,
+                                              XCB_GET_PROPERTY_TYPE_ANY, nameByteLimit)});
+        }
+    }
+    for (const Claim& claim : claims) {
+        const auto pid =
+            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(claim.pid.cookie).get());
+        const std::string machine = takeText(claim.machine);
+        const auto words = pid ? pid->words() : std::vector<std::uint32_t>{};
+        const bool isOurs = !machine.empty() && machine == hostName_;
+        claim.icon->pid = isOurs && !words.empty() ? static_cast<ProcessId>(words[0]) : 0;
+    }
+    for (const Title& title : titles) {
+        title.icon->name = takeText(title.name);
+    }
+}
+
+std::optional<TrayView> TrayLook::look() {
+    if (!replies_.begin(patience)) {
+        return std::nullopt;
+    }
+    Tray tray = findTray();
+    TrayView view;
+    view.owner = tray.owner;
+    if (tray.owner != XCB_NONE) {
+        readOwner(tray);
+        const bool ours = tray.items.has_value();
+        view.icons = describe(tray, withoutDuplicates(ours ? *tray.items : embeddedWindows(tray)));
+        complete(view.icons);
+        if (!ours) {
+            std::ranges::stable_sort(view.icons, {}, [](const TrayIcon& i) { return i.frame.x; });
+        }
+    }
+    view.coordinates = Coordinates(tray.scale, tray.primaryMonitor);
+    view.roundTrips = replies_.roundTrips();
+    return replies_.failed() ? std::nullopt : std::optional(std::move(view));
+}
+
+std::optional<Rect> TrayLook::frameOf(WindowId window) {
+    if (!replies_.begin(patience)) {
+        return std::nullopt;
+    }
+    const FrameRequest request = requestFrame(window);
+    Tray tray = findTray();
+    const auto frame = takeFrame(request);
+    if (frame && tray.owner != XCB_NONE) {
+        readOwner(tray);
+    }
+    if (!frame || replies_.failed()) {
+        return std::nullopt;
+    }
+    return Coordinates(tray.scale, tray.primaryMonitor).toGlobal(*frame);
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/Geometry.h"
+#include "platform/WindowList.h"
+#include "platform/linux/Coordinates.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/Properties.h"
+#include "platform/x11/Replies.h"
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <xcb/res.h>
+
+namespace pelistra::desktop {
+
+// One icon that is embedded in the tray at the moment of the look.
+struct TrayIcon {
+    WindowId window = 0;
+    RootRect frame;
+    // The process behind the window: what the server knows of the client's connection; only when it
+    // knows nothing, the client's own claim, provided that it is made for this machine. 0 when
+    // there is neither.
+    ProcessId pid = 0;
+    // The window's title, presentable; empty when it has none.
+    std::string name;
+    // The two texts of WM_CLASS, presentable.
+    std::string instanceName;
+    std::string className;
+};
+
+// The tray as it was at one moment.
+struct TrayView {
+    // The owner of the tray selection; 0 when there is no tray.
+    WindowId owner = 0;
+    Coordinates coordinates{1, {}};
+    // In the bar's order from left to right.
+    std::vector<TrayIcon> icons;
+    // How often the look waited for the server.
+    int roundTrips = 0;
+};
+
+// Looks at the system tray, whoever runs it. Our own bar publishes its items in their order; under
+// any other tray the embedded windows are found among the children of the tray's own windows and
+// ordered by their place. A look sends its requests in batches, so that it waits for the server a
+// fixed number of times whatever the number of icons: at most mostRoundTrips. A window that goes
+// away during a look is missing in it, nothing else.
+class TrayLook {
+public:
+    static constexpr int mostRoundTrips = 6;
+    // How long one look may wait for the server altogether. A user notices a longer halt, and a
+    // server that does not answer for so long is grabbed or stopped.
+    static constexpr std::chrono::milliseconds patience{1000};
+
+    // Asks the server once for what does not change while it runs. The connection must outlive this
+    // object, and nobody else waits on it meanwhile.
+    explicit TrayLook(const x11::Connection& connection);
+
+    // Empty when the server did not answer in time or the tray went away during the look.
+    [[nodiscard]] std::optional<TrayView> look();
+
+    // The live frame of one window, whether or not it is in the tray, in points of the global
+    // space; empty when there is no such window.
+    [[nodiscard]] std::optional<Rect> frameOf(WindowId window);
+
+    [[nodiscard]] bool serverKnowsProcesses() const { return hasResource_; }
+
+private:
+    enum class Name : std::uint8_t { Selection, Items, Scale, NetWmName, NetWmPid, Window, Count };
+    struct Tray;
+    struct FrameRequest;
+    struct IconRequest;
+
+    [[nodiscard]] xcb_atom_t atom(Name name) const {
+        return atoms_[static_cast<std::size_t>(name)];
+    }
+    [[nodiscard]] std::uint32_t clientOf(WindowId window) const;
+    [[nodiscard]] FrameRequest requestFrame(WindowId window) const;
+    [[nodiscard]] std::optional<RootRect> takeFrame(const FrameRequest& request);
+    [[nodiscard]] std::string takeText(x11::PropertyRequest request);
+    [[nodiscard]] Tray findTray();
+    void readOwner(Tray& tray);
+    [[nodiscard]] std::vector<WindowId> embeddedWindows(const Tray& tray);
+    [[nodiscard]] std::vector<WindowId> windowsOfClient(std::uint32_t client);
+    [[nodiscard]] std::vector<TrayIcon> describe(const Tray& tray,
+                                                 const std::vector<WindowId>& windows);
+    [[nodiscard]] xcb_res_query_client_ids_cookie_t
+    requestProcesses(const std::vector<WindowId>& windows) const;
+    [[nodiscard]] IconRequest requestIcon(WindowId window) const;
+    [[nodiscard]] std::optional<TrayIcon> takeIcon(const IconRequest& request,
+                                                   std::uint32_t trayClient);
+    void complete(std::vector<TrayIcon>& icons);
+
+    const x11::Connection* connection_;
+    x11::Replies replies_;
+    std::array<xcb_atom_t, static_cast<std::size_t>(Name::Count)> atoms_{};
+    std::string hostName_;
+    bool hasResource_ = false;
+    bool hasMonitors_ = false;
+};
+
+} // namespace pelistra::desktop

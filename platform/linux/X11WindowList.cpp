@@ -1,0 +1,44 @@
+#include "platform/linux/X11WindowList.h"
+
+#include <utility>
+
+namespace pelistra::desktop {
+
+X11WindowList::X11WindowList(TrayLook& look, OwnerName ownerName)
+    : look_(&look), ownerName_(std::move(ownerName)) {}
+
+std::optional<std::vector<WindowInfo>> X11WindowList::copyWindowInfo() {
+    std::shared_ptr<const TrayView> view = std::exchange(offered_, nullptr);
+    if (!view) {
+        auto fresh = look_->look();
+        if (!fresh) {
+            return std::nullopt;
+        }
+        view = std::make_shared<const TrayView>(*std::move(fresh));
+    }
+    std::vector<WindowInfo> result;
+    result.reserve(view->icons.size());
+    for (const TrayIcon& icon : view->icons) {
+        result.push_back(describe(icon, view->coordinates));
+    }
+    return result;
+}
+
+WindowInfo X11WindowList::describe(const TrayIcon& icon, const Coordinates& coordinates) const {
+    const Rect frame = coordinates.toGlobal(icon.frame);
+    WindowInfo info{.number = icon.window,
+                    .ownerPid = {},
+                    .ownerName = ownerName_ ? ownerName_(icon) : std::nullopt,
+                    .name = icon.name,
+                    .layer = statusWindowLayer,
+                    .bounds = WindowBounds{.x = frame.origin.x,
+                                           .y = frame.origin.y,
+                                           .width = frame.size.width,
+                                           .height = frame.size.height}};
+    if (icon.pid > 0) {
+        info.ownerPid = icon.pid;
+    }
+    return info;
+}
+
+} // namespace pelistra::desktop
