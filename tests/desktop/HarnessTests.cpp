@@ -1,5 +1,6 @@
 #include "tests/desktop/harness/ChildProcess.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/desktop/harness/RealTrayPrograms.h"
 #include "tests/desktop/harness/TrayClient.h"
 #include "tests/desktop/harness/UserInput.h"
 #include "tests/desktop/harness/WaitFor.h"
@@ -13,6 +14,22 @@
 
 namespace pelistra::testing {
 namespace {
+
+// The viewable window of that class that lies inside another client's window.
+std::optional<xcb_window_t> dockedWindow(XClient& client, const std::string& className) {
+    std::vector<xcb_window_t> unseen = client.children(client.root());
+    while (!unseen.empty()) {
+        const xcb_window_t window = unseen.back();
+        unseen.pop_back();
+        if (client.parent(window) != client.root() && client.isViewable(window) &&
+            client.windowClass(window).second == className) {
+            return window;
+        }
+        const std::vector<xcb_window_t> children = client.children(window);
+        unseen.insert(unseen.end(), children.begin(), children.end());
+    }
+    return std::nullopt;
+}
 
 // What the other desktop tests lean on is itself tried here, against programs that are not ours.
 class HarnessTests : public ::testing::Test {
@@ -128,6 +145,27 @@ TEST_F(HarnessTests, ASessionBusIsThereWhenAskedFor) {
                        "/org/freedesktop/DBus", "org.freedesktop.DBus.GetId"});
     EXPECT_EQ(child->waitForExit(), (ExitStatus{.status = 0})) << child->output();
 }
+
+// Every program of the table, alone on a display with a tray that is not ours.
+class RealTrayProgramTests : public ::testing::TestWithParam<RealTrayProgram> {};
+
+TEST_P(RealTrayProgramTests, ShowsItsIconInAForeignTray) {
+    PrivateDisplay display(
+        {.width = 800, .height = 600, .windowManager = true, .sessionBus = true});
+    XClient client(display.name());
+    const auto tray = display.start({"trayer"});
+    ASSERT_TRUE(waitFor([&] { return client.trayOwner() != XCB_WINDOW_NONE; }));
+    const auto program = startTrayProgram(display, GetParam());
+    EXPECT_TRUE(waitFor([&] { return dockedWindow(client, GetParam().className).has_value(); }))
+        << program->output();
+}
+
+INSTANTIATE_TEST_SUITE_P(All, RealTrayProgramTests, ::testing::ValuesIn(realTrayPrograms()),
+                         [](const auto& test) {
+                             std::string name = test.param.program;
+                             std::erase(name, '-');
+                             return name;
+                         });
 
 TEST(WaitForTests, ACountOfWakeUpsGrowsWithASleepersSleeps) {
     TemporaryFolder folder;

@@ -3,9 +3,16 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <ostream>
 #include <stdexcept>
 
 namespace pelistra::testing {
+
+namespace {
+
+constexpr const char* showInTray = "[Options]\nSystemTray=true\nStartMinimized=true\n";
+
+} // namespace
 
 const char* nameOf(Toolkit toolkit) {
     switch (toolkit) {
@@ -21,10 +28,26 @@ const char* nameOf(Toolkit toolkit) {
     return "";
 }
 
+void PrintTo(const RealTrayProgram& program, std::ostream* stream) {
+    *stream << program.program << " (" << nameOf(program.toolkit) << ")";
+}
+
 const std::vector<RealTrayProgram>& realTrayPrograms() {
     static const std::vector<RealTrayProgram> programs{
-        {.program = "parcellite", .toolkit = Toolkit::Gtk2, .className = "parcellite"},
-        {.program = "qmidinet", .toolkit = Toolkit::Qt6, .className = "qmidinet"},
+        {.program = "parcellite", .toolkit = Toolkit::Gtk2, .className = "Parcellite"},
+        {.program = "volumeicon", .toolkit = Toolkit::Gtk3, .className = "Volumeicon"},
+        {.program = "pnmixer", .toolkit = Toolkit::Gtk3, .className = "Pnmixer"},
+        {.program = "xfce4-clipman", .toolkit = Toolkit::Gtk3, .className = "Xfce4-clipman"},
+        {.program = "qlipper", .toolkit = Toolkit::Qt5, .className = "qlipper"},
+        {.program = "copyq", .toolkit = Toolkit::Qt5, .className = "copyq"},
+        {.program = "qmidinet",
+         .toolkit = Toolkit::Qt6,
+         .settings = {{.path = "config/rncbc.org/QmidiNet.conf", .content = showInTray}},
+         .className = "QmidiNet"},
+        {.program = "qsynth",
+         .toolkit = Toolkit::Qt6,
+         .settings = {{.path = "config/rncbc.org/Qsynth.conf", .content = showInTray}},
+         .className = "Qsynth"},
     };
     return programs;
 }

@@ -3,6 +3,7 @@
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/XClient.h"
 
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,9 +27,11 @@ struct RealTrayProgram {
     Toolkit toolkit = Toolkit::Gtk3;
     std::vector<std::string> arguments = {};
     std::vector<SettingsFile> settings = {};
-    // WM_CLASS class or instance of its docked window.
+    // WM_CLASS class of its docked window.
     std::string className;
 };
+
+void PrintTo(const RealTrayProgram& program, std::ostream* stream);
 
 // All that are known to run on a bare Xvfb with a session bus: at least one of every toolkit.
 [[nodiscard]] const std::vector<RealTrayProgram>& realTrayPrograms();

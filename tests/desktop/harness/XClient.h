@@ -4,6 +4,7 @@
 #include "platform/x11/Properties.h"
 #include "tests/desktop/harness/Picture.h"
 
+#include <iosfwd>
 #include <map>
 #include <memory>
 #include <optional>
