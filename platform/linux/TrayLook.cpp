@@ -232,16 +232,19 @@ std::vector<WindowId> TrayLook::windowsOfClient(std::uint32_t client) {
     if (!hasResource_) {
         return {};
     }
-    const xcb_res_resource_id_spec_t windows{.resource = XCB_NONE, .type = atom(Name::Window)};
+    // Asks for everything: the server finds nothing when it is asked for one type only.
+    const xcb_res_resource_id_spec_t everything{.resource = XCB_NONE, .type = XCB_NONE};
     const auto reply = replies_.take<xcb_res_query_resource_bytes_reply_t>(
-        xcb_res_query_resource_bytes(connection_->get(), client, 1, &windows));
+        xcb_res_query_resource_bytes(connection_->get(), client, 1, &everything));
     std::vector<WindowId> result;
     if (!reply) {
         return result;
     }
     for (auto size = xcb_res_query_resource_bytes_sizes_iterator(reply.get()); size.rem != 0;
          xcb_res_resource_size_value_next(&size)) {
-        result.push_back(size.data->size.spec.resource);
+        if (size.data->size.spec.type == atom(Name::Window)) {
+            result.push_back(size.data->size.spec.resource);
+        }
     }
     return result;
 }

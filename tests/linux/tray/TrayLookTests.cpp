@@ -1,0 +1,288 @@
+#include "platform/linux/TrayLook.h"
+
+#include "platform/linux/TrayLookText.h"
+#include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/desktop/harness/TrayClient.h"
+#include "tests/linux/tray/TestTray.h"
+
+#include <chrono>
+#include <csignal>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+namespace pelistra::testing {
+namespace {
+
+using desktop::RootRect;
+using desktop::TrayIcon;
+using desktop::TrayLook;
+using desktop::TrayView;
+using ::testing::ElementsAre;
+using ::testing::Field;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
+    x11::Connection::Failure failure;
+    auto connection = x11::Connection::open(display.name(), failure);
+    if (!connection) {
+        throw std::runtime_error(failure.message);
+    }
+    return connection;
+}
+
+class TrayLookTest : public ::testing::Test {
+protected:
+    TrayView view() {
+        auto result = look.look();
+        EXPECT_TRUE(result.has_value());
+        return result.value_or(TrayView{});
+    }
+
+    PrivateDisplay display;
+    std::unique_ptr<x11::Connection> connection = connect(display);
+    TrayLook look{*connection};
+};
+
+using BarLookTest = TrayLookTest;
+
+TEST_F(TrayLookTest, SeesNoTrayWhereThereIsNone) {
+    EXPECT_EQ(view().owner, 0U);
+    EXPECT_THAT(view().icons, IsEmpty());
+}
+
+TEST_F(TrayLookTest, ListsOurItemsInTheBarsOrderWithTheirRootFrames) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto right = client.makeWindow(24, 28);
+    const auto left = client.makeWindow(30, 28);
+    tray.embed(right, 200, 24, 28);
+    tray.embed(left, -40, 30, 28);
+    tray.publish({left, right});
+
+    const TrayView seen = view();
+    EXPECT_EQ(seen.owner, tray.owner());
+    ASSERT_THAT(seen.icons, SizeIs(2));
+    EXPECT_EQ(seen.icons[0].window, left);
+    EXPECT_EQ(seen.icons[0].frame, (RootRect{.x = -40, .y = 0, .width = 30, .height = 28}));
+    EXPECT_EQ(seen.icons[1].window, right);
+    EXPECT_EQ(seen.icons[1].frame, (RootRect{.x = 200, .y = 0, .width = 24, .height = 28}));
+}
+
+TEST_F(TrayLookTest, FindsTheIconsOfAnyOtherTrayByTheirPlace) {
+    TestTray tray(display.name(), TestTray::Kind::Foreign);
+    IconClient client(display.name());
+    const auto right = client.makeWindow(24, 24);
+    const auto left = client.makeWindow(24, 24);
+    const auto elsewhere = client.makeWindow(24, 24);
+    tray.embed(right, 200, 24, 24);
+    tray.embed(left, 100, 24, 24);
+
+    const TrayView seen = view();
+    EXPECT_THAT(seen.icons,
+                ElementsAre(Field(&TrayIcon::window, left), Field(&TrayIcon::window, right)));
+    EXPECT_NE(elsewhere, left);
+    EXPECT_LE(seen.roundTrips, TrayLook::mostRoundTrips);
+}
+
+TEST_F(TrayLookTest, LeavesOutAWindowThatIsListedButNotEmbedded) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto embedded = client.makeWindow(24, 28);
+    const auto outside = client.makeWindow(24, 28);
+    tray.embed(embedded, 10, 24, 28);
+    tray.publish({outside, embedded, embedded, 0x7fffff, 0, 0xffffffff});
+
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
+}
+
+TEST_F(TrayLookTest, AWindowThatIsGoneCostsOnlyItself) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    IconClient dying(display.name());
+    std::vector<xcb_window_t> staying;
+    for (int i = 0; i < 20; ++i) {
+        staying.push_back(client.makeWindow(24, 28));
+        tray.embed(staying.back(), i * 48, 24, 28);
+        tray.embed(dying.makeWindow(24, 28), i * 48 + 24, 24, 28);
+    }
+    ASSERT_THAT(view().icons, SizeIs(40));
+    for (const TrayIcon& icon : view().icons) {
+        if (std::ranges::find(staying, icon.window) == staying.end()) {
+            xcb_destroy_window(dying.x().get(), icon.window);
+        }
+    }
+    dying.x().sync();
+    EXPECT_THAT(view().icons, SizeIs(20));
+    EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
+}
+
+TEST_F(TrayLookTest, WindowsThatComeAndGoDuringLooksNeverHarmTheOthers) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto staying = client.makeWindow(24, 28);
+    tray.embed(staying, 10, 24, 28);
+    std::jthread storm([&](const std::stop_token& stop) {
+        IconClient other(display.name());
+        std::vector<xcb_window_t> items{staying};
+        while (!stop.stop_requested()) {
+            const auto window = other.makeWindow(24, 28);
+            tray.publish({window, staying});
+            tray.x().sync();
+            xcb_destroy_window(other.x().get(), window);
+            other.x().sync();
+        }
+    });
+    for (int i = 0; i < 300; ++i) {
+        ASSERT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, staying)));
+    }
+}
+
+TEST_F(TrayLookTest, WaitsForTheServerEquallyOftenForAnyNumberOfIcons) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    std::vector<std::unique_ptr<IconClient>> clients;
+    std::vector<int> roundTrips;
+    int embedded = 0;
+    for (const int count : {1, 10, 100, 1000}) {
+        while (embedded < count) {
+            if (embedded % 100 == 0) {
+                clients.push_back(std::make_unique<IconClient>(display.name()));
+            }
+            const auto window = clients.back()->makeWindow(24, 28);
+            clients.back()->setText(window, "_NET_WM_NAME", "UTF8_STRING", "icon");
+            tray.embed(window, 24 * embedded, 24, 28);
+            ++embedded;
+        }
+        const TrayView seen = view();
+        ASSERT_THAT(seen.icons, SizeIs(static_cast<std::size_t>(count)));
+        roundTrips.push_back(seen.roundTrips);
+        for (const TrayIcon& icon : seen.icons) {
+            ASSERT_EQ(icon.pid, ::getpid());
+            ASSERT_EQ(icon.name, "icon");
+        }
+    }
+    EXPECT_THAT(roundTrips, ElementsAre(3, 3, 3, 3));
+}
+
+TEST_F(TrayLookTest, AFallbackForOneIconOrAThousandCostsOneMoreRoundTrip) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    for (int i = 0; i < 50; ++i) {
+        const auto window = client.makeWindow(24, 28);
+        client.setText(window, "WM_NAME", "STRING", "caf\xE9");
+        tray.embed(window, 24 * i, 24, 28);
+    }
+    const TrayView seen = view();
+    EXPECT_EQ(seen.roundTrips, 4);
+    ASSERT_THAT(seen.icons, SizeIs(50));
+    EXPECT_EQ(seen.icons[49].name, "café");
+}
+
+TEST_F(TrayLookTest, KnowsTheProcessFromTheConnectionWhateverTheClientClaims) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto window = client.makeWindow(24, 28);
+    client.setWords(window, "_NET_WM_PID", "CARDINAL", {2});
+    tray.embed(window, 10, 24, 28);
+    ASSERT_TRUE(look.serverKnowsProcesses());
+    ASSERT_THAT(view().icons, SizeIs(1));
+    EXPECT_EQ(view().icons[0].pid, ::getpid());
+}
+
+TEST_F(TrayLookTest, SurvivesAbsurdNamesAndSizes) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto huge = client.makeWindow(24, 28);
+    client.setText(huge, "_NET_WM_NAME", "UTF8_STRING", std::string(200'000, 'n'));
+    const auto broken = client.makeWindow(24, 28);
+    client.setText(broken, "_NET_WM_NAME", "UTF8_STRING", "a\xFF\n\xE2\x80\xAE z");
+    const auto zero = client.makeWindow(24, 28);
+    client.setText(zero, "_NET_WM_NAME", "UTF8_STRING", std::string_view("ab\0cd", 5));
+    const auto numbers = client.makeWindow(24, 28);
+    client.setWords(numbers, "_NET_WM_NAME", "CARDINAL", {1, 2, 3});
+    client.setWords(numbers, "WM_CLASS", "STRING", {1, 2, 3});
+    const auto large = client.makeWindow(32'000, 32'000);
+    const auto nameless = client.makeWindow(1, 1);
+    int x = 0;
+    for (const auto window : {huge, broken, zero, numbers, large, nameless}) {
+        tray.embed(window, x += 30, 24, 28);
+    }
+    const TrayView seen = view();
+    ASSERT_THAT(seen.icons, SizeIs(6));
+    EXPECT_EQ(seen.icons[0].name, std::string(desktop::presentableTextByteLimit, 'n'));
+    EXPECT_EQ(seen.icons[1].name, "a\xEF\xBF\xBD  z");
+    EXPECT_EQ(seen.icons[2].name, "ab");
+    EXPECT_EQ(seen.icons[3].name, "");
+    EXPECT_EQ(seen.icons[4].frame.width, 32'000);
+    EXPECT_EQ(seen.icons[5].name, "");
+}
+
+TEST_F(TrayLookTest, ScalesByTheBarsWordElseByTheResourcesElseNot) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto scale = [&] { return view().coordinates.scale(); };
+    EXPECT_EQ(scale(), 1);
+    client.setText(client.x().root(), "RESOURCE_MANAGER", "STRING",
+                   "*.Xft.dpi:\t288\nXft.dpi:\t192\nXft.hinting:\t1\n");
+    EXPECT_EQ(scale(), 2);
+    tray.setScale(150);
+    EXPECT_EQ(scale(), 1.5);
+    tray.setScale(0);
+    EXPECT_EQ(scale(), 2);
+    client.setText(client.x().root(), "RESOURCE_MANAGER", "STRING", "Xft.dpi:\tnonsense\n");
+    EXPECT_EQ(scale(), 1);
+    client.setText(client.x().root(), "RESOURCE_MANAGER", "STRING", "Xft.dpi:\t1e300\n");
+    EXPECT_EQ(scale(), 1);
+}
+
+TEST_F(TrayLookTest, KnowsTheLiveFrameOfAnyWindow) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    tray.setScale(200);
+    IconClient client(display.name());
+    const auto window = client.makeWindow(24, 28);
+    tray.embed(window, 100, 24, 28);
+    EXPECT_EQ(look.frameOf(window), (makeRect<GlobalSpace>(50, 0, 12, 14)));
+    EXPECT_EQ(look.frameOf(0x7fffff), std::nullopt);
+    EXPECT_EQ(look.frameOf(0), std::nullopt);
+}
+
+TEST_F(TrayLookTest, ATrayThatDiesLeavesAnEmptyView) {
+    {
+        TestTray tray(display.name(), TestTray::Kind::Ours);
+        IconClient client(display.name());
+        tray.embed(client.makeWindow(24, 28), 10, 24, 28);
+        EXPECT_THAT(view().icons, SizeIs(1));
+    }
+    EXPECT_TRUE(waitFor([&] { return view().owner == 0U; }));
+}
+
+TEST_F(TrayLookTest, AStoppedServerCostsABoundedTimeOnceAndNothingAfterwards) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    const auto timed = [&](auto operation) {
+        const auto start = std::chrono::steady_clock::now();
+        operation();
+        return std::chrono::steady_clock::now() - start;
+    };
+    ::kill(display.serverPid(), SIGSTOP);
+    EXPECT_LT(timed([&] { EXPECT_EQ(look.look(), std::nullopt); }), TrayLook::patience * 2);
+    // The server owes an answer: no more questions, no more waiting.
+    EXPECT_LT(timed([&] { EXPECT_EQ(look.look(), std::nullopt); }), TrayLook::patience / 2);
+    EXPECT_EQ(look.frameOf(1), std::nullopt);
+    ::kill(display.serverPid(), SIGCONT);
+    EXPECT_TRUE(waitFor([&] { return look.look().has_value(); }));
+    EXPECT_EQ(view().owner, tray.owner());
+}
+
+TEST_F(TrayLookTest, AServerThatIsGoneGivesNoAnswer) {
+    display.killServer();
+    EXPECT_EQ(look.look(), std::nullopt);
+    EXPECT_EQ(look.look(), std::nullopt);
+}
+
+} // namespace
+} // namespace pelistra::testing
