@@ -2,6 +2,7 @@
 
 #include "platform/Geometry.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -70,5 +71,11 @@ public:
     // Where the user's pointer is.
     [[nodiscard]] virtual ScreenPoint mouseLocation() const = 0;
 };
+
+// Whether any of the process arguments, the executable's path included, is that very text.
+[[nodiscard]] inline bool hasArgument(const Application& application, std::string_view argument) {
+    const auto& arguments = application.arguments();
+    return std::ranges::find(arguments, argument) != arguments.end();
+}
 
 } // namespace pelistra
