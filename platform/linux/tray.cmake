@@ -1,9 +1,11 @@
 # What the front end knows of the tray and of the programs behind its icons.
-pkg_check_modules(XCB_TRAY REQUIRED IMPORTED_TARGET xcb xcb-res xcb-randr)
+pkg_check_modules(XCB_TRAY REQUIRED IMPORTED_TARGET xcb xcb-res xcb-randr xcb-composite xcb-xinput xcb-xtest)
 
 target_sources(pelistra_linux PRIVATE
     TrayLook.cpp
     TrayLookText.cpp
+    X11ScreenCapture.cpp
+    X11ScreenCaptureBitmap.cpp
     X11WindowList.cpp
     XcbWindowServer.cpp)
 target_link_libraries(pelistra_linux PRIVATE PkgConfig::XCB_TRAY)

@@ -1,0 +1,163 @@
+#include "platform/linux/X11ScreenCapture.h"
+
+#include "platform/linux/X11ScreenCaptureBitmap.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <span>
+#include <utility>
+
+#include <xcb/composite.h>
+#include <xcb/xcbext.h>
+
+namespace pelistra::desktop {
+
+namespace {
+
+constexpr std::uint8_t depthWithAlpha = 32;
+constexpr std::uint8_t depthWithoutAlpha = 24;
+constexpr std::uint32_t allPlanes = ~std::uint32_t{0};
+
+} // namespace
+
+struct X11ScreenCapture::Source {
+    WindowId parent = 0;
+    // Inside the parent.
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    std::uint8_t depth = 0;
+};
+
+X11ScreenCapture::X11ScreenCapture(const x11::Connection& connection)
+    : connection_(&connection), replies_(connection) {
+    const auto* extension = xcb_get_extension_data(connection.get(), &xcb_composite_id);
+    // Pixmaps of windows can be named since version 0.2.
+    constexpr std::uint32_t minor = 2;
+    if (extension == nullptr || extension->present == 0 || !replies_.begin(patience)) {
+        return;
+    }
+    const auto version = replies_.take<xcb_composite_query_version_reply_t>(
+        xcb_composite_query_version(connection.get(), 0, minor));
+    hasComposite_ = version && (version->major_version > 0 || version->minor_version >= minor);
+}
+
+CaptureResult X11ScreenCapture::captureWindow(WindowId window, WindowImageOptions /*options*/) {
+    QImage pixels = pixelsOf(window);
+    if (pixels.isNull()) {
+        return CaptureRefusal::NoImage;
+    }
+    return std::make_unique<QtBitmap>(std::move(pixels));
+}
+
+QImage X11ScreenCapture::pixelsOf(WindowId window) {
+    if (!hasComposite_ || !replies_.begin(patience)) {
+        return {};
+    }
+    const auto source = describe(window);
+    if (!source) {
+        return {};
+    }
+    QImage pixels = fromRedirected(window, 0, 0, *source);
+    if (pixels.isNull()) {
+        pixels = fromRedirected(source->parent, source->x, source->y, *source);
+    }
+    return pixels.isNull() ? fromTemporaryRedirection(window, *source) : pixels;
+}
+
+std::optional<X11ScreenCapture::Source> X11ScreenCapture::describe(WindowId window) {
+    xcb_connection_t* const server = connection_->get();
+    const auto geometryRequest = xcb_get_geometry(server, window);
+    const auto attributesRequest = xcb_get_window_attributes(server, window);
+    const auto treeRequest = xcb_query_tree(server, window);
+    const auto geometry = replies_.take<xcb_get_geometry_reply_t>(geometryRequest);
+    const auto attributes = replies_.take<xcb_get_window_attributes_reply_t>(attributesRequest);
+    const auto tree = replies_.take<xcb_query_tree_reply_t>(treeRequest);
+    if (!geometry || !attributes || !tree || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT ||
+        attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+        int{geometry->width} * int{geometry->height} > mostPixels ||
+        (geometry->depth != depthWithAlpha && geometry->depth != depthWithoutAlpha)) {
+        return std::nullopt;
+    }
+    return Source{.parent = tree->parent,
+                  .x = geometry->x + geometry->border_width,
+                  .y = geometry->y + geometry->border_width,
+                  .width = geometry->width,
+                  .height = geometry->height,
+                  .depth = geometry->depth};
+}
+
+QImage X11ScreenCapture::fromRedirected(WindowId redirected, int x, int y, const Source& source) {
+    if (redirected == connection_->root()) {
+        return {};
+    }
+    const xcb_pixmap_t pixmap = nameWindowPixmap(redirected);
+    const auto request = xcb_get_image(connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap,
+                                       static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
+                                       static_cast<std::uint16_t>(source.width),
+                                       static_cast<std::uint16_t>(source.height), allPlanes);
+    freePixmap(pixmap);
+    return takePixels(request, source);
+}
+
+QImage X11ScreenCapture::fromTemporaryRedirection(WindowId window, const Source& source) {
+    xcb_connection_t* const server = connection_->get();
+    // Nobody sees the window in between, and nothing of it is drawn elsewhere meanwhile.
+    xcb_grab_server(server);
+    ignoreErrorOf(
+        xcb_composite_redirect_window_checked(server, window, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
+    const xcb_pixmap_t pixmap = nameWindowPixmap(window);
+    const auto request = xcb_get_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, 0, 0,
+                                       static_cast<std::uint16_t>(source.width),
+                                       static_cast<std::uint16_t>(source.height), allPlanes);
+    freePixmap(pixmap);
+    ignoreErrorOf(
+        xcb_composite_unredirect_window_checked(server, window, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
+    xcb_ungrab_server(server);
+    return takePixels(request, source);
+}
+
+QImage X11ScreenCapture::takePixels(xcb_get_image_cookie_t request, const Source& source) {
+    const auto reply = replies_.take<xcb_get_image_reply_t>(request);
+    if (!reply || reply->depth != source.depth) {
+        return {};
+    }
+    const std::span<const std::uint8_t> data(
+        xcb_get_image_data(reply.get()),
+        static_cast<std::size_t>(xcb_get_image_data_length(reply.get())));
+    const auto bytesPerLine = static_cast<std::size_t>(source.width) * sizeof(std::uint32_t);
+    if (data.size() < bytesPerLine * static_cast<std::size_t>(source.height)) {
+        return {};
+    }
+    // The alpha of X pictures is already multiplied into their colours.
+    QImage pixels(source.width, source.height,
+                  source.depth == depthWithAlpha ? QImage::Format_ARGB32_Premultiplied
+                                                 : QImage::Format_RGB32);
+    if (pixels.isNull()) {
+        return {};
+    }
+    for (int line = 0; line < source.height; ++line) {
+        std::memcpy(pixels.scanLine(line),
+                    data.subspan(static_cast<std::size_t>(line) * bytesPerLine).data(),
+                    bytesPerLine);
+    }
+    return pixels.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+xcb_pixmap_t X11ScreenCapture::nameWindowPixmap(WindowId window) const {
+    const xcb_pixmap_t pixmap = connection_->newId();
+    ignoreErrorOf(xcb_composite_name_window_pixmap_checked(connection_->get(), window, pixmap));
+    return pixmap;
+}
+
+void X11ScreenCapture::freePixmap(xcb_pixmap_t pixmap) const {
+    ignoreErrorOf(xcb_free_pixmap_checked(connection_->get(), pixmap));
+}
+
+void X11ScreenCapture::ignoreErrorOf(xcb_void_cookie_t request) const {
+    xcb_discard_reply(connection_->get(), request.sequence);
+}
+
+} // namespace pelistra::desktop

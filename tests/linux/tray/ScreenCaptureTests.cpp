@@ -1,0 +1,151 @@
+#include "platform/linux/X11ScreenCapture.h"
+
+#include "platform/linux/X11ScreenCaptureBitmap.h"
+#include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/linux/tray/TestTray.h"
+
+#include <memory>
+#include <stdexcept>
+#include <variant>
+
+#include <gtest/gtest.h>
+#include <xcb/composite.h>
+
+namespace pelistra::testing {
+namespace {
+
+using desktop::QtBitmap;
+using desktop::X11ScreenCapture;
+
+constexpr QRgb red = 0xffcc2010;
+constexpr QRgb halfBlue = 0x80000080;
+
+std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
+    x11::Connection::Failure failure;
+    auto connection = x11::Connection::open(display.name(), failure);
+    if (!connection) {
+        throw std::runtime_error(failure.message);
+    }
+    return connection;
+}
+
+class ScreenCaptureTest : public ::testing::Test {
+protected:
+    // A window filled with one colour. Left half and right half differ when `rightColour` is given.
+    void paint(xcb_window_t window, std::uint32_t colour, int width, int height, int x = 0) {
+        auto* server = client.x().get();
+        const xcb_gcontext_t context = client.x().connection().newId();
+        xcb_create_gc(server, context, window, XCB_GC_FOREGROUND, &colour);
+        const xcb_rectangle_t area{.x = static_cast<std::int16_t>(x),
+                                   .y = 0,
+                                   .width = static_cast<std::uint16_t>(width),
+                                   .height = static_cast<std::uint16_t>(height)};
+        xcb_poly_fill_rectangle(server, window, context, 1, &area);
+        client.x().sync();
+    }
+    xcb_window_t alphaWindow(xcb_window_t parent) {
+        auto& x = client.x();
+        const auto visual = x.connection().alphaVisual();
+        const xcb_colormap_t colours = x.connection().newId();
+        xcb_create_colormap(x.get(), XCB_COLORMAP_ALLOC_NONE, colours, x.root(),
+                            visual.type->visual_id);
+        const std::uint32_t values[] = {0, 0, colours};
+        const xcb_window_t window = x.connection().newId();
+        xcb_create_window(x.get(), visual.depth, window, parent, 5, 5, 20, 20, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.type->visual_id,
+                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values);
+        xcb_map_window(x.get(), window);
+        x.sync();
+        return window;
+    }
+    QImage capture(WindowId window) {
+        const auto result = screenCapture.captureWindow(window, windowImageBoundsIgnoreFraming |
+                                                                    windowImageBestResolution);
+        const auto* bitmap = std::get_if<std::unique_ptr<Bitmap>>(&result);
+        EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
+        return bitmap == nullptr ? QImage() : dynamic_cast<QtBitmap&>(**bitmap).pixels();
+    }
+
+    PrivateDisplay display;
+    std::unique_ptr<x11::Connection> connection = connect(display);
+    IconClient client{display.name()};
+    X11ScreenCapture screenCapture{*connection};
+};
+
+TEST_F(ScreenCaptureTest, IsGrantedWhereCompositeIs) {
+    EXPECT_TRUE(screenCapture.preflightAccess());
+    EXPECT_TRUE(screenCapture.requestAccess());
+}
+
+TEST_F(ScreenCaptureTest, TakesAWindowThatNobodyHasRedirected) {
+    TestTray tray(display.name(), TestTray::Kind::Foreign);
+    const auto icon = client.makeWindow(24, 22);
+    tray.embed(icon, 100, 24, 22);
+    paint(icon, red, 12, 22);
+    const QImage picture = capture(icon);
+    ASSERT_EQ(picture.size(), QSize(24, 22));
+    EXPECT_EQ(picture.pixel(0, 0), red);
+    EXPECT_EQ(picture.pixel(11, 21), red);
+    EXPECT_NE(picture.pixel(12, 0), red);
+    // The window is as it was: still there, still painted.
+    const Picture screen = client.x().capture({.x = 100, .y = 0, .width = 24, .height = 22});
+    EXPECT_EQ(screen.at(3, 3), red & 0xffffff);
+}
+
+TEST_F(ScreenCaptureTest, TakesAnIconBeyondTheScreenFromItsRedirectedContainer) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    xcb_composite_redirect_subwindows(tray.x().get(), tray.bar(), XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    const auto icon = client.makeWindow(24, 28);
+    tray.embed(icon, -500, 24, 28);
+    paint(icon, red, 24, 28);
+    const QImage picture = capture(icon);
+    ASSERT_EQ(picture.size(), QSize(24, 28));
+    EXPECT_EQ(picture.pixel(0, 0), red);
+    EXPECT_EQ(picture.pixel(23, 27), red);
+}
+
+TEST_F(ScreenCaptureTest, KeepsTheAlphaOfAWindowThatHasOne) {
+    if (client.x().connection().alphaVisual().type == nullptr) {
+        FAIL() << "the server has no visual with alpha";
+    }
+    const auto window = alphaWindow(client.x().root());
+    paint(window, halfBlue, 10, 20);
+    const QImage picture = capture(window);
+    ASSERT_EQ(picture.size(), QSize(20, 20));
+    EXPECT_EQ(picture.pixel(2, 2), halfBlue);
+    EXPECT_EQ(qAlpha(picture.pixel(15, 2)), 0);
+}
+
+TEST_F(ScreenCaptureTest, HasNoPictureOfWhatIsGoneHiddenOrAbsurd) {
+    EXPECT_TRUE(capture(0x7fffff).isNull());
+    EXPECT_TRUE(capture(0).isNull());
+    EXPECT_TRUE(capture(client.makeWindow(24, 24)).isNull()) << "not mapped";
+    const auto large = client.makeWindow(32'000, 32'000);
+    xcb_map_window(client.x().get(), large);
+    client.x().sync();
+    EXPECT_TRUE(capture(large).isNull());
+    const auto gone = client.makeWindow(24, 24);
+    xcb_map_window(client.x().get(), gone);
+    xcb_destroy_window(client.x().get(), gone);
+    client.x().sync();
+    EXPECT_TRUE(capture(gone).isNull());
+}
+
+TEST_F(ScreenCaptureTest, APictureHasTheNominalSizeThatItIsGiven) {
+    QImage pixels(4, 2, QImage::Format_ARGB32_Premultiplied);
+    pixels.fill(QColor(Qt::red));
+    const QtBitmap bitmap(pixels);
+    EXPECT_EQ(bitmap.pixelWidth(), 4U);
+    EXPECT_EQ(bitmap.pixelHeight(), 2U);
+    const auto image = bitmap.image({.width = 8, .height = 4});
+    EXPECT_EQ(image->size(), (Size{.width = 8, .height = 4}));
+}
+
+TEST_F(ScreenCaptureTest, AServerThatIsGoneGivesNoPicture) {
+    const auto window = client.makeWindow(24, 24);
+    display.killServer();
+    EXPECT_TRUE(screenCapture.pixelsOf(window).isNull());
+}
+
+} // namespace
+} // namespace pelistra::testing
