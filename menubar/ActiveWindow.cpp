@@ -1,0 +1,90 @@
+#include "menubar/ActiveWindow.h"
+
+#include "menubar/ForeignText.h"
+#include "platform/x11/Properties.h"
+
+#include <utility>
+
+namespace pelistra::menubar {
+
+namespace {
+
+constexpr std::size_t nameLimit = 64;
+constexpr std::size_t titleLimit = 256;
+
+std::string applicationName(const std::optional<x11::PropertyValue>& windowClass) {
+    if (!windowClass) {
+        return {};
+    }
+    const std::vector<std::string> parts = windowClass->texts();
+    if (parts.size() > 1 && !parts[1].empty()) {
+        return cleanText(parts[1], nameLimit);
+    }
+    return parts.empty() ? "" : cleanText(parts[0], nameLimit);
+}
+
+} // namespace
+
+bool ActiveWindow::concerns(const xcb_property_notify_event_t& event) const {
+    if (event.window == server_->root()) {
+        return event.atom == server_->atom(Atom::NetActiveWindow);
+    }
+    return event.window == window_ &&
+           (event.atom == server_->atom(Atom::NetWmName) || event.atom == XCB_ATOM_WM_NAME ||
+            event.atom == XCB_ATOM_WM_CLASS);
+}
+
+bool ActiveWindow::refresh() {
+    follow(current());
+    BarTitle title = window_ == XCB_NONE ? BarTitle{} : read();
+    if (title == title_) {
+        return false;
+    }
+    title_ = std::move(title);
+    return true;
+}
+
+xcb_window_t ActiveWindow::current() const {
+    const auto value =
+        readProperty(server_->connection(),
+                     requestProperty(server_->connection(), server_->root(),
+                                     server_->atom(Atom::NetActiveWindow), XCB_ATOM_WINDOW));
+    const std::vector<std::uint32_t> words = value ? value->words() : std::vector<std::uint32_t>{};
+    return words.empty() ? xcb_window_t{XCB_NONE} : words.front();
+}
+
+void ActiveWindow::follow(xcb_window_t window) {
+    if (window == window_) {
+        return;
+    }
+    const auto listen = [this](xcb_window_t to, std::uint32_t events) {
+        // What is asked of docked windows is the docking's business.
+        if (to != XCB_NONE && to != server_->root() && items_->find(to) == nullptr) {
+            xcb_change_window_attributes(server_->xcb(), to, XCB_CW_EVENT_MASK, &events);
+        }
+    };
+    listen(std::exchange(window_, window), XCB_EVENT_MASK_NO_EVENT);
+    listen(window_, XCB_EVENT_MASK_PROPERTY_CHANGE);
+}
+
+BarTitle ActiveWindow::read() const {
+    const x11::Connection& connection = server_->connection();
+    const auto classRequest = requestProperty(connection, window_, XCB_ATOM_WM_CLASS);
+    const auto nameRequest =
+        requestProperty(connection, window_, server_->atom(Atom::NetWmName));
+    const auto oldNameRequest = requestProperty(connection, window_, XCB_ATOM_WM_NAME);
+    const auto windowClass = readProperty(connection, classRequest);
+    const auto name = readProperty(connection, nameRequest);
+    const auto oldName = readProperty(connection, oldNameRequest);
+    BarTitle title{.application = applicationName(windowClass), .title = {}};
+    if (name) {
+        title.title = cleanText(name->text(), titleLimit);
+    } else if (oldName && oldName->type == XCB_ATOM_STRING) {
+        title.title = cleanLatinText(oldName->text(), titleLimit);
+    } else if (oldName) {
+        title.title = cleanText(oldName->text(), titleLimit);
+    }
+    return title;
+}
+
+} // namespace pelistra::menubar

@@ -1,0 +1,205 @@
+#include "menubar/Artwork.h"
+
+#include <algorithm>
+#include <memory>
+#include <numbers>
+
+#include <pango/pangocairo.h>
+
+namespace pelistra::menubar {
+
+namespace {
+
+struct CairoDeleter {
+    void operator()(cairo_t* context) const { cairo_destroy(context); }
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+    void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
+    void operator()(PangoLayout* layout) const { g_object_unref(layout); }
+    void operator()(PangoFontDescription* font) const { pango_font_description_free(font); }
+    void operator()(PangoAttrList* attributes) const { pango_attr_list_unref(attributes); }
+};
+
+template <class T>
+using Owned = std::unique_ptr<T, CairoDeleter>;
+
+// Draws into an image of its own.
+class Canvas {
+public:
+    Canvas(int width, int height) : image_{.width = width, .height = height, .pixels = {}} {
+        image_.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+        constexpr int bytesPerPixel = 4;
+        surface_.reset(cairo_image_surface_create_for_data(
+            reinterpret_cast<unsigned char*>(image_.pixels.data()), // NOLINT(*-reinterpret-cast)
+            CAIRO_FORMAT_ARGB32, width, height, width * bytesPerPixel));
+        context_.reset(cairo_create(surface_.get()));
+    }
+
+    [[nodiscard]] cairo_t* get() const { return context_.get(); }
+
+    ArgbImage finish() {
+        context_.reset();
+        cairo_surface_flush(surface_.get());
+        surface_.reset();
+        return std::move(image_);
+    }
+
+private:
+    ArgbImage image_;
+    Owned<cairo_surface_t> surface_;
+    Owned<cairo_t> context_;
+};
+
+void setColor(cairo_t* context, const Color& color) {
+    cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
+}
+
+void addStop(cairo_pattern_t* pattern, double offset, const Color& color) {
+    cairo_pattern_add_color_stop_rgba(pattern, offset, color.red, color.green, color.blue,
+                                      color.alpha);
+}
+
+// The line under the bar is one point thick at most, and never thinner than a device pixel.
+int hairlineHeight(const Metrics& metrics) {
+    return std::max(1, metrics.pixels(0.5));
+}
+
+struct Box {
+    double x;
+    double y;
+    double width;
+    double height;
+};
+
+void addRoundedBox(cairo_t* context, const Box& box, double radius) {
+    using std::numbers::pi;
+    const double right = box.x + box.width;
+    const double bottom = box.y + box.height;
+    cairo_new_sub_path(context);
+    cairo_arc(context, right - radius, box.y + radius, radius, -pi / 2, 0);
+    cairo_arc(context, right - radius, bottom - radius, radius, 0, pi / 2);
+    cairo_arc(context, box.x + radius, bottom - radius, radius, pi / 2, pi);
+    cairo_arc(context, box.x + radius, box.y + radius, radius, pi, 3 * pi / 2);
+    cairo_close_path(context);
+}
+
+constexpr double fontSizeInPoints = 13;
+// Between the application's name and the title.
+constexpr double titleGapInPoints = 10;
+
+Owned<PangoLayout> makeLayout(cairo_t* context, const std::string& text, bool bold,
+                              const Metrics& metrics) {
+    Owned<PangoLayout> layout(pango_cairo_create_layout(context));
+    const Owned<PangoFontDescription> font(pango_font_description_new());
+    pango_font_description_set_family_static(font.get(), "Sans");
+    pango_font_description_set_weight(font.get(), bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+    pango_font_description_set_absolute_size(font.get(),
+                                             metrics.pixels(fontSizeInPoints) * PANGO_SCALE);
+    pango_layout_set_font_description(layout.get(), font.get());
+    pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
+    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+    pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
+    return layout;
+}
+
+// Draws at `x`, at most up to `limit`; returns where the text ends.
+int drawText(cairo_t* context, PangoLayout* layout, int x, int limit, int height) {
+    pango_layout_set_width(layout, std::max(0, limit - x) * PANGO_SCALE);
+    int textWidth = 0;
+    int textHeight = 0;
+    pango_layout_get_pixel_size(layout, &textWidth, &textHeight);
+    cairo_move_to(context, x, (height - textHeight) / 2);
+    pango_cairo_show_layout(context, layout);
+    return x + textWidth;
+}
+
+} // namespace
+
+ArgbImage backgroundColumn(const Palette& palette, const Metrics& metrics) {
+    const int height = metrics.barHeight();
+    Canvas canvas(1, height);
+    const Owned<cairo_pattern_t> gradient(cairo_pattern_create_linear(0, 0, 0, height));
+    addStop(gradient.get(), 0, palette.top);
+    addStop(gradient.get(), 1, palette.bottom);
+    cairo_set_source(canvas.get(), gradient.get());
+    cairo_paint(canvas.get());
+    setColor(canvas.get(), palette.hairline);
+    const int line = hairlineHeight(metrics);
+    cairo_rectangle(canvas.get(), 0, height - line, 1, line);
+    cairo_fill(canvas.get());
+    return canvas.finish();
+}
+
+ArgbImage housingImage(int width, const Metrics& metrics) {
+    constexpr double radiusInPoints = 8;
+    const int height = metrics.barHeight();
+    const double radius = std::min<double>(metrics.pixels(radiusInPoints), width / 2.0);
+    Canvas canvas(width, height);
+    // The upper corners lie beyond the screen's edge.
+    addRoundedBox(canvas.get(),
+                  {.x = 0, .y = -radius, .width = double(width), .height = height + radius},
+                  radius);
+    cairo_set_source_rgb(canvas.get(), 0, 0, 0);
+    cairo_fill(canvas.get());
+    return canvas.finish();
+}
+
+ArgbImage titleImage(const BarTitle& title, int width, const Palette& palette,
+                     const Metrics& metrics) {
+    const int height = metrics.barHeight() - hairlineHeight(metrics);
+    if (width < metrics.barHeight() || (title.application.empty() && title.title.empty())) {
+        return {};
+    }
+    Canvas canvas(width, height);
+    int x = 0;
+    if (!title.application.empty()) {
+        const auto layout = makeLayout(canvas.get(), title.application, true, metrics);
+        setColor(canvas.get(), palette.text);
+        x = drawText(canvas.get(), layout.get(), x, width, height) +
+            metrics.pixels(titleGapInPoints);
+    }
+    if (!title.title.empty() && width - x >= metrics.barHeight()) {
+        const auto layout = makeLayout(canvas.get(), title.title, false, metrics);
+        setColor(canvas.get(), palette.quietText);
+        drawText(canvas.get(), layout.get(), x, width, height);
+    }
+    return canvas.finish();
+}
+
+int plateMargin(const Metrics& metrics) {
+    constexpr double marginInPoints = 4;
+    return metrics.pixels(marginInPoints);
+}
+
+ArgbImage plateImage(int itemWidth, const Palette& palette, const Metrics& metrics) {
+    constexpr double radiusInPoints = 6;
+    constexpr int shadowSteps = 4;
+    const int margin = plateMargin(metrics);
+    const int height = metrics.barHeight();
+    Canvas canvas(itemWidth + 2 * margin, height);
+    const double radius = std::min<double>(metrics.pixels(radiusInPoints), itemWidth / 2.0);
+    const double inset = std::max(1, metrics.pixels(1));
+    const Box box{.x = double(margin),
+                  .y = inset,
+                  .width = double(itemWidth),
+                  .height = height - 2 * inset - hairlineHeight(metrics)};
+    // A soft shadow: ever larger boxes, each adding a share of the darkness.
+    Color shade = palette.shadow;
+    shade.alpha /= shadowSteps;
+    for (int step = shadowSteps; step > 0; --step) {
+        const double spread = double(margin) * step / shadowSteps;
+        addRoundedBox(canvas.get(),
+                      {.x = box.x - spread,
+                       .y = box.y - spread / 2 + inset,
+                       .width = box.width + 2 * spread,
+                       .height = box.height + spread},
+                      radius + spread);
+        setColor(canvas.get(), shade);
+        cairo_fill(canvas.get());
+    }
+    addRoundedBox(canvas.get(), box, radius);
+    setColor(canvas.get(), palette.plate);
+    cairo_fill(canvas.get());
+    return canvas.finish();
+}
+
+} // namespace pelistra::menubar

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "menubar/ItemPicture.h"
+#include "menubar/OrderMemory.h"
+#include "menubar/SizeWish.h"
+#include "menubar/XResource.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace pelistra::menubar {
+
+// The life of a docked window.
+enum class ItemState {
+    // It is being moved into its container. In the save-set; not mapped; no slot.
+    Arriving,
+    // Embedded, but its program does not want it shown. Not mapped; no slot.
+    Waiting,
+    // Embedded and mapped; has a slot, which may lie off the screen.
+    Shown,
+};
+
+// A foreign window in the bar. It belongs to its program; the container around it is ours.
+struct DockedItem {
+    xcb_window_t client = XCB_NONE;
+    WindowHandle container;
+    // The container's depth; equal to the client's.
+    std::uint8_t depth = 0;
+    ItemIdentity identity;
+    ItemState state = ItemState::Arriving;
+    SizeWish wish;
+    std::optional<PixelSize> hintedSize;
+    // Whether _XEMBED_INFO, as last read, asks for the window to be mapped.
+    bool wantsMapped = true;
+    std::uint32_t xembedVersion = 0;
+
+    // Where it stands in the bar, in device pixels from the bar's left edge.
+    int x = 0;
+    int width = 0;
+    int height = 0;
+    // Whether the bar's picture shows it there.
+    bool occupiesSlot = false;
+    ItemPicture picture;
+
+    // What the events of one batch left to be done.
+    bool hintsStale = false;
+    bool embedInfoStale = false;
+    // It asked for a size and has to be told what it has, whether that changed or not.
+    bool replyDue = false;
+
+    // The request that moves it into its container, to know its failure by.
+    std::uint32_t reparentSequence = 0;
+    bool errorLogged = false;
+
+    [[nodiscard]] bool hasSlot() const { return state == ItemState::Shown; }
+    // Its size hints were read again. Only a change counts as a wish, so that a program that sets the
+    // same hints again and again does not undo its resize request.
+    void noteHints(const std::optional<PixelSize>& size);
+};
+
+// How an item is named in the log.
+[[nodiscard]] std::string describe(const DockedItem& item);
+// 0x1a00003.
+[[nodiscard]] std::string hexadecimal(xcb_window_t window);
+
+} // namespace pelistra::menubar

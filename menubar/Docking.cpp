@@ -1,0 +1,326 @@
+#include "menubar/Docking.h"
+
+#include "menubar/ForeignText.h"
+#include "menubar/Log.h"
+#include "menubar/XEmbed.h"
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include <xcb/composite.h>
+
+namespace pelistra::menubar {
+
+namespace {
+
+std::vector<std::uint32_t> wordsOf(const std::optional<x11::PropertyValue>& value) {
+    return value ? value->words() : std::vector<std::uint32_t>{};
+}
+
+void setEvents(xcb_connection_t* x, xcb_window_t window, std::uint32_t events) {
+    xcb_change_window_attributes(x, window, XCB_CW_EVENT_MASK, &events);
+}
+
+// A container takes the client's visual, or neither its colours nor an inherited background would
+// fit. What the client does not paint shows the bar below: with alpha by being transparent, without
+// by the background that the painter sets.
+WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSize& size,
+                           const xcb_get_window_attributes_reply_t& attributes,
+                           std::uint8_t depth) {
+    WindowHandle container(server.xcb(), server.connection().newId());
+    const std::array<std::uint32_t, 4> values{
+        0, 0, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+        attributes.colormap};
+    xcb_create_window(server.xcb(), depth, container.id(), bar,
+                      static_cast<std::int16_t>(-size.width), 0,
+                      static_cast<std::uint16_t>(size.width),
+                      static_cast<std::uint16_t>(size.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      attributes.visual,
+                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+                      values.data());
+    return container;
+}
+
+} // namespace
+
+// What is asked about a window that wants to be docked.
+struct Docking::Question {
+    Question(const Server& server, xcb_window_t window)
+        : client(window), attributes(xcb_get_window_attributes(server.xcb(), window)),
+          geometry(xcb_get_geometry(server.xcb(), window)),
+          embedInfo(requestProperty(server.connection(), window, server.atom(Atom::XEmbedInfo))),
+          hints(requestProperty(server.connection(), window, XCB_ATOM_WM_NORMAL_HINTS)),
+          windowClass(requestProperty(server.connection(), window, XCB_ATOM_WM_CLASS)),
+          name(requestProperty(server.connection(), window, XCB_ATOM_WM_NAME)),
+          preferred(requestProperty(server.connection(), window,
+                                    server.atom(Atom::PelistraPreferredPosition))) {}
+
+    xcb_window_t client;
+    xcb_get_window_attributes_cookie_t attributes;
+    xcb_get_geometry_cookie_t geometry;
+    x11::PropertyRequest embedInfo;
+    x11::PropertyRequest hints;
+    x11::PropertyRequest windowClass;
+    x11::PropertyRequest name;
+    x11::PropertyRequest preferred;
+};
+
+// The answers.
+struct Docking::Arrival {
+    Arrival(const Server& server, const Question& question)
+        : client(question.client), attributes(xcb_get_window_attributes_reply(
+                                       server.xcb(), question.attributes, nullptr)),
+          geometry(xcb_get_geometry_reply(server.xcb(), question.geometry, nullptr)),
+          embedInfo(
+              readXEmbedInfo(wordsOf(readProperty(server.connection(), question.embedInfo)))),
+          hints(sizeFromHints(wordsOf(readProperty(server.connection(), question.hints)))) {
+        readNames(readProperty(server.connection(), question.windowClass),
+                  readProperty(server.connection(), question.name));
+        const auto words = wordsOf(readProperty(server.connection(), question.preferred));
+        if (!words.empty()) {
+            preferred = words.front();
+        }
+    }
+
+    void readNames(const std::optional<x11::PropertyValue>& windowClass,
+                   const std::optional<x11::PropertyValue>& name) {
+        const std::vector<std::string> parts =
+            windowClass ? windowClass->texts() : std::vector<std::string>{};
+        if (!parts.empty()) {
+            instance = cleanText(parts[0], identityCharacterLimit);
+        }
+        if (parts.size() > 1) {
+            className = cleanText(parts[1], identityCharacterLimit);
+        }
+        if (instance.empty() && className.empty() && name) {
+            instance = cleanText(name->text(), identityCharacterLimit);
+        }
+    }
+
+    [[nodiscard]] bool isAlive() const { return attributes && geometry; }
+
+    xcb_window_t client;
+    x11::Owned<xcb_get_window_attributes_reply_t> attributes;
+    x11::Owned<xcb_get_geometry_reply_t> geometry;
+    XEmbedInfo embedInfo;
+    std::optional<PixelSize> hints;
+    std::string instance;
+    std::string className;
+    std::optional<std::uint32_t> preferred;
+};
+
+void Docking::request(xcb_window_t client) {
+    const bool known = items_->find(client) != nullptr ||
+                       std::ranges::find(requested_, client) != requested_.end();
+    if (!known && client != XCB_NONE && client != bar_ && client != server_->root()) {
+        requested_.push_back(client);
+    }
+}
+
+void Docking::settle(const Metrics& metrics) {
+    dockRequested(metrics);
+    readStale();
+}
+
+void Docking::dockRequested(const Metrics& metrics) {
+    std::vector<Question> questions;
+    questions.reserve(requested_.size());
+    for (const xcb_window_t client : requested_) {
+        questions.emplace_back(*server_, client);
+    }
+    requested_.clear();
+    for (const Question& question : questions) {
+        dock(Arrival(*server_, question), metrics);
+    }
+}
+
+void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
+    if (!arrival.isAlive()) {
+        log("window " + hexadecimal(arrival.client) + " went away while it was being docked");
+        return;
+    }
+    if (arrival.attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
+        log("window " + hexadecimal(arrival.client) + " cannot be docked: it has nothing to show");
+        return;
+    }
+    if (items_->size() >= itemLimit) {
+        if (!limitLogged_) {
+            log("no more than " + std::to_string(itemLimit) + " items can be docked");
+        }
+        limitLogged_ = true;
+        return;
+    }
+    auto item = std::make_unique<DockedItem>();
+    item->client = arrival.client;
+    item->depth = arrival.geometry->depth;
+    item->wantsMapped = arrival.embedInfo.mapped;
+    item->xembedVersion = arrival.embedInfo.version;
+    item->wish.exact = arrival.preferred.has_value();
+    item->noteHints(arrival.hints);
+    item->identity = {.instance = arrival.instance,
+                      .className = arrival.className,
+                      .ordinal = items_->freeOrdinal(arrival.instance, arrival.className)};
+    const PixelSize size{.width = grantedWidth(item->wish, metrics),
+                         .height = metrics.barHeight()};
+    item->x = -size.width;
+    item->width = size.width;
+    item->height = size.height;
+
+    xcb_connection_t* x = server_->xcb();
+    item->container =
+        makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
+    xcb_composite_redirect_subwindows(x, item->container.id(), XCB_COMPOSITE_REDIRECT_MANUAL);
+    setEvents(x, item->client, XCB_EVENT_MASK_PROPERTY_CHANGE);
+    // From here on the client outlives the bar, however the bar dies.
+    xcb_change_save_set(x, XCB_SET_MODE_INSERT, item->client);
+    xcb_unmap_window(x, item->client);
+    item->reparentSequence =
+        xcb_reparent_window(x, item->client, item->container.id(), 0, 0).sequence;
+    const std::array<std::uint32_t, 5> place{0, 0, static_cast<std::uint32_t>(size.width),
+                                             static_cast<std::uint32_t>(size.height), 0};
+    xcb_configure_window(x, item->client,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_BORDER_WIDTH,
+                         place.data());
+    item->picture =
+        ItemPicture(*server_, item->client, server_->formatOf(arrival.attributes->visual));
+    sendEmbeddedNotify(server_->connection(), server_->atom(Atom::XEmbed), item->client,
+                       item->container.id(), item->xembedVersion);
+
+    std::optional<std::uint32_t> preferred = arrival.preferred;
+    if (preferred) {
+        preferred = items_->countForShown(*preferred);
+    }
+    const std::size_t index = order_->place(item->identity, items_->identities(), preferred);
+    items_->insert(index, std::move(item));
+}
+
+void Docking::readStale() {
+    struct Asked {
+        DockedItem* item;
+        std::optional<x11::PropertyRequest> hints;
+        std::optional<x11::PropertyRequest> embedInfo;
+    };
+    std::vector<Asked> asked;
+    const auto ask = [this](const DockedItem& item, xcb_atom_t property) {
+        return requestProperty(server_->connection(), item.client, property);
+    };
+    for (const auto& item : items_->all()) {
+        if (!item->hintsStale && !item->embedInfoStale) {
+            continue;
+        }
+        Asked entry{.item = item.get(), .hints = {}, .embedInfo = {}};
+        if (item->hintsStale) {
+            entry.hints = ask(*item, XCB_ATOM_WM_NORMAL_HINTS);
+        }
+        if (item->embedInfoStale) {
+            entry.embedInfo = ask(*item, server_->atom(Atom::XEmbedInfo));
+        }
+        asked.push_back(entry);
+    }
+    for (const Asked& entry : asked) {
+        DockedItem& item = *entry.item;
+        if (entry.hints) {
+            item.hintsStale = false;
+            const auto size =
+                sizeFromHints(wordsOf(readProperty(server_->connection(), *entry.hints)));
+            item.noteHints(size);
+        }
+        if (entry.embedInfo) {
+            item.embedInfoStale = false;
+            item.wantsMapped =
+                readXEmbedInfo(wordsOf(readProperty(server_->connection(), *entry.embedInfo)))
+                    .mapped;
+            applyMapping(item);
+        }
+    }
+}
+
+void Docking::arrived(DockedItem& item) {
+    if (item.state == ItemState::Arriving) {
+        item.state = ItemState::Waiting;
+        applyMapping(item);
+    }
+}
+
+void Docking::mappingChanged(DockedItem& item) const {
+    if (item.state != ItemState::Arriving) {
+        item.embedInfoStale = true;
+    }
+}
+
+void Docking::applyMapping(DockedItem& item) const {
+    if (item.state == ItemState::Arriving) {
+        return;
+    }
+    xcb_connection_t* x = server_->xcb();
+    if (item.wantsMapped) {
+        // Also when it is shown already: it may just have unmapped itself.
+        item.state = ItemState::Shown;
+        xcb_map_window(x, item.client);
+        xcb_map_window(x, item.container.id());
+        item.picture.renew();
+    } else if (item.state == ItemState::Shown) {
+        item.state = ItemState::Waiting;
+        xcb_unmap_window(x, item.container.id());
+        xcb_unmap_window(x, item.client);
+    }
+}
+
+void Docking::forget(xcb_window_t client, bool destroyed) {
+    const std::unique_ptr<DockedItem> item = items_->take(client);
+    if (item == nullptr) {
+        return;
+    }
+    if (destroyed) {
+        item->picture.windowGone();
+        return;
+    }
+    setEvents(server_->xcb(), client, XCB_EVENT_MASK_NO_EVENT);
+    xcb_change_save_set(server_->xcb(), XCB_SET_MODE_DELETE, client);
+}
+
+bool Docking::fail(const xcb_generic_error_t& error) {
+    for (const auto& item : items_->all()) {
+        if (item->picture.failed(error.full_sequence)) {
+            return true;
+        }
+        const bool lost =
+            error.error_code == XCB_WINDOW && error.resource_id == item->client;
+        if (lost || error.full_sequence == item->reparentSequence) {
+            logOnce(*item, lost ? "went away" : "cannot be docked: the X server refuses it");
+            forget(item->client, lost);
+            return true;
+        }
+    }
+    return false;
+}
+
+void Docking::logOnce(DockedItem& item, const std::string& what) const {
+    if (!item.errorLogged) {
+        log(describe(item) + " " + what);
+    }
+    item.errorLogged = true;
+}
+
+void Docking::release(DockedItem& item) const {
+    xcb_connection_t* x = server_->xcb();
+    setEvents(x, item.client, XCB_EVENT_MASK_NO_EVENT);
+    setEvents(x, item.container.id(), XCB_EVENT_MASK_NO_EVENT);
+    xcb_unmap_window(x, item.client);
+    xcb_reparent_window(x, item.client, server_->root(), 0, 0);
+    xcb_change_save_set(x, XCB_SET_MODE_DELETE, item.client);
+}
+
+void Docking::releaseAll() {
+    for (const auto& item : items_->all()) {
+        release(*item);
+    }
+    while (items_->size() > 0) {
+        items_->take(items_->all().back()->client);
+    }
+}
+
+} // namespace pelistra::menubar

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "menubar/ItemList.h"
+#include "menubar/Metrics.h"
+#include "menubar/OrderMemory.h"
+#include "menubar/Server.h"
+
+#include <vector>
+
+namespace pelistra::menubar {
+
+// Brings windows into the bar and out of it, and keeps what is known of them up to date.
+class Docking {
+public:
+    // More than any desktop has; a program that docks without end is refused beyond it.
+    static constexpr std::size_t itemLimit = 500;
+
+    // All must outlive this. `bar` is the window that containers become children of.
+    Docking(const Server& server, xcb_window_t bar, ItemList& items, OrderMemory& order)
+        : server_(&server), bar_(bar), items_(&items), order_(&order) {}
+
+    // A window asks to be docked; it happens at the next settle(). Repeated requests are ignored.
+    void request(xcb_window_t client);
+
+    // Does what the events of a batch left to be done: docks, reads again what changed, maps and
+    // unmaps. A fixed number of round trips whatever the number of items.
+    void settle(const Metrics& metrics);
+
+    // The server says that the client lives in its container now.
+    void arrived(DockedItem& item);
+    // The client asks to be mapped, or unmapped itself.
+    void mappingChanged(DockedItem& item) const;
+    // The client is gone, or lives elsewhere.
+    void forget(xcb_window_t client, bool destroyed);
+    // An error answered a request about an item. Returns whether it was about one.
+    bool fail(const xcb_generic_error_t& error);
+
+    // Hands every client back to the root window, unmapped and alive.
+    void releaseAll();
+
+private:
+    struct Arrival;
+    struct Question;
+
+    void dockRequested(const Metrics& metrics);
+    void dock(const Arrival& arrival, const Metrics& metrics);
+    void readStale();
+    void applyMapping(DockedItem& item) const;
+    void release(DockedItem& item) const;
+    void logOnce(DockedItem& item, const std::string& what) const;
+
+    const Server* server_;
+    xcb_window_t bar_;
+    ItemList* items_;
+    OrderMemory* order_;
+    std::vector<xcb_window_t> requested_;
+    bool limitLogged_ = false;
+};
+
+} // namespace pelistra::menubar

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "menubar/Server.h"
+#include "menubar/XResource.h"
+
+#include <cstdint>
+
+namespace pelistra::menubar {
+
+// The picture of one docked window: its redirected pixmap, and the news that it was drawn on.
+class ItemPicture {
+public:
+    ItemPicture() = default;
+    // `client` must be redirected by now; `format` is the picture format of its visual.
+    ItemPicture(const Server& server, xcb_window_t client, xcb_render_pictformat_t format);
+
+    // The server gives a window a new pixmap at every map and resize: name it again before use.
+    void renew();
+    // The window was drawn on. Nothing more is reported until prepare() is called, so that an item
+    // off the screen costs nothing however often it draws.
+    void noteDamage() { damaged_ = true; }
+
+    // Takes note of what was drawn so far and returns the picture to compose, XCB_NONE when there is
+    // none. Call it right before composing.
+    xcb_render_picture_t prepare();
+
+    // An error answered the request with this sequence number. Returns whether it was about the
+    // window's pixmap, which is then without a picture until renew().
+    bool failed(std::uint32_t sequence);
+
+    // The window is gone, and with it what the server destroys by itself.
+    void windowGone() { damage_.release(); }
+
+private:
+    const Server* server_ = nullptr;
+    xcb_window_t client_ = XCB_NONE;
+    xcb_render_pictformat_t format_ = 0;
+    DamageHandle damage_;
+    PixmapHandle pixmap_;
+    PictureHandle picture_;
+    bool stale_ = true;
+    bool damaged_ = false;
+    std::uint32_t namingSequence_ = 0;
+    std::uint32_t pictureSequence_ = 0;
+};
+
+} // namespace pelistra::menubar

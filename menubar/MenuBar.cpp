@@ -1,0 +1,503 @@
+#include "menubar/MenuBar.h"
+
+#include "menubar/Drag.h"
+#include "menubar/Log.h"
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+#include <poll.h>
+
+#include <xcb/damage.h>
+#include <xcb/randr.h>
+#include <xcb/xcb_aux.h>
+
+namespace pelistra::menubar {
+
+namespace {
+
+// Events handled before what they ask for is done once: many enough that a flood is merged, few
+// enough that it holds nobody up.
+constexpr int batchLimit = 1000;
+// The pointer moves this far before a press becomes a drag.
+constexpr double dragThresholdInPoints = 3;
+// Items keep this far away from the camera housing.
+constexpr double housingMarginInPoints = 4;
+// X keeps coordinates in 16 bits.
+constexpr int leastX = INT16_MIN + 1;
+constexpr std::uint32_t dockRequest = 0;
+
+template <class Event>
+Event& mutableEventAs(xcb_generic_event_t& event) {
+    return reinterpret_cast<Event&>(event); // NOLINT(*-reinterpret-cast)
+}
+
+} // namespace
+
+MenuBar::MenuBar(const Server& server, std::unique_ptr<TraySelection> tray, Options options,
+                 OrderFile orderFile)
+    : server_(&server), options_(std::move(options)), orderFile_(std::move(orderFile)),
+      order_(orderFile_.read()), tray_(std::move(tray)), window_(server),
+      docking_(server, window_.id(), items_, order_), painter_(server, window_.id()),
+      publisher_(server, tray_->owner(), window_.id()), dragInput_(server, window_.id()),
+      activeWindow_(server, items_), settings_(server) {
+    const std::uint32_t events =
+        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(server.xcb(), server.root(), XCB_CW_EVENT_MASK, &events);
+    watchMonitors(server);
+}
+
+MenuBar::End MenuBar::run(int stopDescriptor) {
+    settle();
+    window_.show();
+    tray_->announce();
+    server_->connection().flush();
+    while (!end_) {
+        if (drain()) {
+            settle();
+            continue;
+        }
+        if (!server_->connection().isAlive()) {
+            return End::ServerGone;
+        }
+        std::array<pollfd, 2> descriptors{
+            pollfd{.fd = server_->connection().fileDescriptor(), .events = POLLIN, .revents = 0},
+            pollfd{.fd = stopDescriptor, .events = POLLIN, .revents = 0}};
+        ::poll(descriptors.data(), descriptors.size(), -1);
+        if (descriptors[1].revents != 0) {
+            end_ = End::Stopped;
+        }
+    }
+    docking_.releaseAll();
+    xcb_aux_sync(server_->xcb());
+    return *end_;
+}
+
+bool MenuBar::drain() {
+    int handled = 0;
+    while (handled < batchLimit) {
+        const x11::EventPtr event = server_->connection().pollEvent();
+        if (!event) {
+            break;
+        }
+        handle(*event);
+        ++handled;
+    }
+    return handled > 0;
+}
+
+void MenuBar::handle(xcb_generic_event_t& event) {
+    const int type = x11::typeOf(event);
+    if (type == server_->damageEvent()) {
+        handleDamage(x11::eventAs<xcb_damage_notify_event_t>(event).drawable);
+        return;
+    }
+    if (server_->randrEvent() != 0 &&
+        (type == server_->randrEvent() + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+         type == server_->randrEvent() + XCB_RANDR_NOTIFY)) {
+        monitorsStale_ = true;
+        return;
+    }
+    switch (type) {
+    case 0:
+        docking_.fail(x11::eventAs<xcb_generic_error_t>(event));
+        break;
+    case XCB_CLIENT_MESSAGE:
+        handleClientMessage(x11::eventAs<xcb_client_message_event_t>(event));
+        break;
+    case XCB_PROPERTY_NOTIFY:
+        handleProperty(x11::eventAs<xcb_property_notify_event_t>(event));
+        break;
+    case XCB_CONFIGURE_REQUEST:
+        handleConfigureRequest(x11::eventAs<xcb_configure_request_event_t>(event));
+        break;
+    case XCB_REPARENT_NOTIFY:
+        handleReparent(x11::eventAs<xcb_reparent_notify_event_t>(event));
+        break;
+    case XCB_DESTROY_NOTIFY:
+        handleDestroy(x11::eventAs<xcb_destroy_notify_event_t>(event));
+        break;
+    case XCB_MAP_NOTIFY:
+        handleMapped(x11::eventAs<xcb_map_notify_event_t>(event));
+        break;
+    case XCB_UNMAP_NOTIFY:
+        handleUnmapped(x11::eventAs<xcb_unmap_notify_event_t>(event));
+        break;
+    case XCB_MAP_REQUEST:
+        if (DockedItem* item =
+                items_.find(x11::eventAs<xcb_map_request_event_t>(event).window)) {
+            docking_.mappingChanged(*item);
+        }
+        break;
+    case XCB_CONFIGURE_NOTIFY:
+        if (x11::eventAs<xcb_configure_notify_event_t>(event).window == server_->root()) {
+            monitorsStale_ = true;
+        }
+        break;
+    case XCB_EXPOSE:
+        painter_.expose();
+        break;
+    case XCB_BUTTON_PRESS:
+        handlePress(x11::eventAs<xcb_button_press_event_t>(event));
+        break;
+    case XCB_MOTION_NOTIFY:
+        handleMotion(x11::eventAs<xcb_motion_notify_event_t>(event));
+        break;
+    case XCB_BUTTON_RELEASE:
+        handleRelease(x11::eventAs<xcb_button_release_event_t>(event));
+        break;
+    case XCB_KEY_PRESS:
+        handleKey(x11::eventAs<xcb_key_press_event_t>(event));
+        break;
+    case XCB_MAPPING_NOTIFY:
+        dragInput_.refresh(mutableEventAs<xcb_mapping_notify_event_t>(event));
+        break;
+    case XCB_SELECTION_CLEAR:
+        if (tray_->isLoss(x11::eventAs<xcb_selection_clear_event_t>(event))) {
+            end_ = End::TrayTaken;
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void MenuBar::handleClientMessage(const xcb_client_message_event_t& event) {
+    if (settings_.isManagerMessage(event)) {
+        settingsStale_ = true;
+    } else if (event.window == tray_->owner() && event.format == 32 &&
+               event.type == server_->atom(Atom::NetSystemTrayOpcode) &&
+               event.data.data32[1] == dockRequest) {
+        docking_.request(event.data.data32[2]);
+    }
+}
+
+void MenuBar::handleProperty(const xcb_property_notify_event_t& event) {
+    if (activeWindow_.concerns(event)) {
+        activeWindowStale_ = true;
+    }
+    if (settings_.isManagerWindow(event.window)) {
+        settingsStale_ = true;
+    }
+    if (event.window == server_->root() && event.atom == XCB_ATOM_RESOURCE_MANAGER) {
+        resourcesStale_ = true;
+    }
+    if (DockedItem* item = items_.find(event.window)) {
+        item->hintsStale = item->hintsStale || event.atom == XCB_ATOM_WM_NORMAL_HINTS;
+        if (event.atom == server_->atom(Atom::XEmbedInfo)) {
+            item->embedInfoStale = true;
+        }
+    }
+}
+
+void MenuBar::handleConfigureRequest(const xcb_configure_request_event_t& event) {
+    DockedItem* item = items_.find(event.window);
+    if (item == nullptr) {
+        return;
+    }
+    item->replyDue = true;
+    PixelSize wanted{.width = item->width, .height = item->height};
+    const bool sized =
+        (event.value_mask & (XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT)) != 0;
+    if ((event.value_mask & XCB_CONFIG_WINDOW_WIDTH) != 0) {
+        wanted.width = event.width;
+    }
+    if ((event.value_mask & XCB_CONFIG_WINDOW_HEIGHT) != 0) {
+        wanted.height = event.height;
+    }
+    if (sized) {
+        item->wish.source = WishSource::ResizeRequest;
+        item->wish.size = wanted;
+    }
+}
+
+void MenuBar::handleReparent(const xcb_reparent_notify_event_t& event) {
+    DockedItem* item = items_.find(event.window);
+    if (item == nullptr) {
+        return;
+    }
+    if (event.parent == item->container.id()) {
+        docking_.arrived(*item);
+        painter_.setBackground(*item);
+    } else if (event.event == item->container.id()) {
+        forget(event.window, false);
+    }
+}
+
+void MenuBar::handleDestroy(const xcb_destroy_notify_event_t& event) {
+    if (settings_.isManagerWindow(event.window)) {
+        settingsStale_ = true;
+    }
+    forget(event.window, true);
+}
+
+void MenuBar::forget(xcb_window_t client, bool destroyed) {
+    DockedItem* item = items_.find(client);
+    if (item == nullptr) {
+        return;
+    }
+    if (drag_ && drag_->client == client) {
+        endDrag(false);
+    }
+    painter_.invalidate(*item);
+    docking_.forget(client, destroyed);
+}
+
+void MenuBar::handleMapped(const xcb_map_notify_event_t& event) {
+    DockedItem* item = items_.find(event.window);
+    if (item != nullptr && event.event == item->container.id()) {
+        item->picture.renew();
+        painter_.invalidate(*item);
+    }
+}
+
+void MenuBar::handleUnmapped(const xcb_unmap_notify_event_t& event) {
+    DockedItem* item = items_.find(event.window);
+    if (item != nullptr && event.event == item->container.id()) {
+        docking_.mappingChanged(*item);
+    }
+}
+
+void MenuBar::handleDamage(xcb_drawable_t drawable) {
+    if (DockedItem* item = items_.find(drawable)) {
+        item->picture.noteDamage();
+        painter_.invalidate(*item);
+    }
+}
+
+void MenuBar::handlePress(const xcb_button_press_event_t& event) {
+    if (drag_ || event.detail != XCB_BUTTON_INDEX_1) {
+        return;
+    }
+    for (const DockedItem* item : items_.shown()) {
+        if (event.event_x >= item->x && event.event_x < item->x + item->width) {
+            drag_ = Drag{.client = item->client,
+                         .pressX = event.event_x,
+                         .pointerX = event.event_x,
+                         .grip = event.event_x - item->x};
+            dragInput_.begin(event.time);
+            return;
+        }
+    }
+}
+
+void MenuBar::handleMotion(const xcb_motion_notify_event_t& event) {
+    if (!drag_) {
+        return;
+    }
+    drag_->pointerX = event.event_x;
+    if (std::abs(drag_->pointerX - drag_->pressX) >= metrics_.pixels(dragThresholdInPoints)) {
+        drag_->lifted = true;
+    }
+}
+
+void MenuBar::handleRelease(const xcb_button_release_event_t& event) {
+    if (!drag_ || event.detail != XCB_BUTTON_INDEX_1) {
+        return;
+    }
+    drag_->pointerX = event.event_x;
+    endDrag(true);
+}
+
+void MenuBar::handleKey(const xcb_key_press_event_t& event) {
+    if (drag_ && dragInput_.isEscape(event)) {
+        endDrag(false);
+    }
+}
+
+DockedItem* MenuBar::lifted() const {
+    return drag_ && drag_->lifted ? items_.find(drag_->client) : nullptr;
+}
+
+void MenuBar::followDrag() {
+    const DockedItem* item = lifted();
+    if (item == nullptr) {
+        return;
+    }
+    std::vector<int> others;
+    for (const DockedItem* other : items_.shown()) {
+        if (other != item) {
+            others.push_back(other->width);
+        }
+    }
+    const DropPlace place =
+        nearestPlace(others, item->width, drag_->pointerX - drag_->grip, window_.frame().width,
+                     housing_);
+    items_.moveAmongShown(*item, place.index);
+}
+
+void MenuBar::endDrag(bool keep) {
+    dragInput_.end();
+    if (keep) {
+        followDrag();
+    }
+    DockedItem* item = lifted();
+    drag_.reset();
+    if (item == nullptr) {
+        return;
+    }
+    // The plate goes with the drag.
+    painter_.invalidate(item->x - painter_.plateReach(),
+                        item->x + item->width + painter_.plateReach());
+    if (keep) {
+        order_.move(items_.identities(), items_.indexOf(*item));
+        publisher_.publishPositions(items_);
+        return;
+    }
+    std::unique_ptr<DockedItem> taken = items_.take(item->client);
+    const std::size_t index = order_.place(taken->identity, items_.identities(), std::nullopt);
+    items_.insert(index, std::move(taken));
+}
+
+void MenuBar::settle() {
+    followDesktop();
+    followScreen();
+    docking_.settle(metrics_);
+    layOutItems();
+    if (std::exchange(activeWindowStale_, false)) {
+        activeWindow_.refresh();
+    }
+    showTitle();
+    publisher_.publishItems(items_);
+    painter_.paint(items_.shown(), lifted());
+    server_->connection().flush();
+    orderFile_.write(order_);
+}
+
+void MenuBar::followDesktop() {
+    if (std::exchange(settingsStale_, false)) {
+        desktopTheme_ = settings_.readThemeName();
+    }
+    if (std::exchange(resourcesStale_, false)) {
+        const auto resources =
+            readProperty(server_->connection(),
+                         requestProperty(server_->connection(), server_->root(),
+                                         XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING));
+        const double scale = options_.scale.value_or(
+            scaleFromResources(resources ? resources->text() : std::string()));
+        monitorsStale_ = monitorsStale_ || Metrics(scale) != metrics_;
+        metrics_ = Metrics(scale);
+    }
+}
+
+void MenuBar::followScreen() {
+    if (std::exchange(monitorsStale_, false)) {
+        const std::vector<Monitor> monitors = queryMonitors(*server_);
+        PixelRect frame = barMonitor(monitors);
+        const bool reserve = canReserveTop(monitors, frame);
+        frame.height = metrics_.barHeight();
+        window_.place(frame, reserve);
+    }
+    const PixelRect& frame = window_.frame();
+    std::optional<Gap> drawn;
+    if (options_.housing) {
+        drawn = Gap{.begin = std::clamp(metrics_.pixels(options_.housing->x), 0, frame.width),
+                    .end = std::clamp(metrics_.pixels(options_.housing->x + options_.housing->width),
+                                      0, frame.width)};
+        if (drawn->begin == drawn->end) {
+            drawn.reset();
+        }
+    }
+    housing_ = drawn;
+    if (housing_) {
+        const int margin = metrics_.pixels(housingMarginInPoints);
+        housing_->begin -= margin;
+        housing_->end += margin;
+    }
+    const Palette& palette = paletteFor(options_.theme, desktopTheme_);
+    if (painter_.setLook({.width = frame.width,
+                          .metrics = metrics_,
+                          .palette = palette,
+                          .housing = drawn})) {
+        publisher_.publishColors(palette);
+        publisher_.publishScale(metrics_);
+        publisher_.publishAreas(frame, drawn);
+        for (const auto& item : items_.all()) {
+            painter_.setBackground(*item);
+        }
+    }
+}
+
+void MenuBar::layOutItems() {
+    followDrag();
+    const std::vector<DockedItem*> shown = items_.shown();
+    std::vector<int> widths;
+    widths.reserve(shown.size());
+    for (const DockedItem* item : shown) {
+        widths.push_back(grantedWidth(item->wish, metrics_));
+    }
+    const std::vector<int> positions = layOut(widths, window_.frame().width, housing_);
+    const DockedItem* held = lifted();
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const int x = shown[i] == held ? boundedDragX(drag_->pointerX - drag_->grip, widths[i],
+                                                      window_.frame().width)
+                                       : positions[i];
+        placeItem(*shown[i], std::max(x, leastX), widths[i]);
+    }
+    for (const auto& item : items_.all()) {
+        if (item->occupiesSlot != item->hasSlot()) {
+            item->occupiesSlot = item->hasSlot();
+            painter_.invalidate(*item);
+        }
+        if (std::exchange(item->replyDue, false)) {
+            tellPlace(*item);
+        }
+    }
+}
+
+void MenuBar::placeItem(DockedItem& item, int x, int width) {
+    const int height = metrics_.barHeight();
+    const bool resized = item.width != width || item.height != height;
+    if (item.x == x && !resized) {
+        return;
+    }
+    const int reach = &item == lifted() ? painter_.plateReach() : 0;
+    painter_.invalidate(item.x - reach, item.x + item.width + reach);
+    item.x = x;
+    item.width = width;
+    item.height = height;
+    painter_.invalidate(item.x - reach, item.x + item.width + reach);
+    const std::array<std::uint32_t, 3> place{static_cast<std::uint32_t>(x),
+                                             static_cast<std::uint32_t>(width),
+                                             static_cast<std::uint32_t>(height)};
+    xcb_configure_window(server_->xcb(), item.container.id(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         place.data());
+    if (resized) {
+        xcb_configure_window(server_->xcb(), item.client,
+                             XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, &place[1]);
+        item.picture.renew();
+    }
+    // Inside its container it did not move; toolkits place menus by what they believe.
+    item.replyDue = true;
+}
+
+void MenuBar::tellPlace(const DockedItem& item) const {
+    xcb_configure_notify_event_t notice{};
+    notice.response_type = XCB_CONFIGURE_NOTIFY;
+    notice.event = item.client;
+    notice.window = item.client;
+    notice.x = static_cast<std::int16_t>(window_.frame().x + item.x);
+    notice.y = static_cast<std::int16_t>(window_.frame().y);
+    notice.width = static_cast<std::uint16_t>(item.width);
+    notice.height = static_cast<std::uint16_t>(item.height);
+    xcb_send_event(server_->xcb(), 0, item.client, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&notice)); // NOLINT(*-reinterpret-cast)
+}
+
+void MenuBar::showTitle() {
+    int limit = housing_ ? housing_->begin : window_.frame().width;
+    for (const DockedItem* item : items_.shown()) {
+        if (item->x >= 0) {
+            limit = std::min(limit, item->x);
+        } else if (item->x + item->width > 0) {
+            limit = 0;
+        }
+    }
+    painter_.setTitle(activeWindow_.title(), limit);
+}
+
+} // namespace pelistra::menubar

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelistra::menubar {
+
+// Who an item is, the same after a restart of its program: the two parts of its window class, and
+// which of several items with that class it is, counted from 0.
+struct ItemIdentity {
+    std::string instance;
+    std::string className;
+    int ordinal = 0;
+
+    bool operator==(const ItemIdentity&) const = default;
+};
+
+// Identities are at most this many characters per part.
+inline constexpr std::size_t identityCharacterLimit = 128;
+
+// The order of all items that the bar has ever shown, left to right, those of programs that do not
+// run now included.
+class OrderMemory {
+public:
+    // More than this many are not remembered: the leftmost that do not run are forgotten first.
+    static constexpr std::size_t capacity = 512;
+
+    // The index among `present` (identities of the docked items, left to right) where an item
+    // belongs. An item that is not remembered comes in at the left end, or, with a preferred
+    // position, where that many items stand right of it; its place is remembered from now on.
+    std::size_t place(const ItemIdentity& item, std::span<const ItemIdentity> present,
+                      std::optional<std::uint32_t> preferredPosition);
+
+    // The user put `present[index]` where it now stands; `present` is in its new order.
+    void move(std::span<const ItemIdentity> present, std::size_t index);
+
+    [[nodiscard]] const std::vector<ItemIdentity>& order() const { return order_; }
+
+    // One line per item; see parse().
+    [[nodiscard]] std::string text() const;
+
+    struct Parsed;
+    // Reads what text() wrote. Lines that make no sense, and repeated identities, are left out.
+    [[nodiscard]] static Parsed parse(std::string_view text);
+
+    bool operator==(const OrderMemory&) const = default;
+
+private:
+    using Iterator = std::vector<ItemIdentity>::iterator;
+
+    Iterator find(const ItemIdentity& item);
+    void insertNew(const ItemIdentity& item, std::span<const ItemIdentity> present,
+                   std::optional<std::uint32_t> preferredPosition);
+    void forgetSurplus(const ItemIdentity& newest, std::span<const ItemIdentity> present);
+
+    std::vector<ItemIdentity> order_;
+};
+
+struct OrderMemory::Parsed {
+    OrderMemory memory;
+    // How many lines made no sense.
+    std::size_t damagedLines = 0;
+};
+
+} // namespace pelistra::menubar

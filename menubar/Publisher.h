@@ -1,0 +1,44 @@
+#pragma once
+
+#include "menubar/ItemList.h"
+#include "menubar/Layout.h"
+#include "menubar/Metrics.h"
+#include "menubar/Monitors.h"
+#include "menubar/Server.h"
+#include "menubar/Theme.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace pelistra::menubar {
+
+// What the bar tells other programs in properties of the selection's owner window. Nothing is
+// written that has not changed.
+class Publisher {
+public:
+    Publisher(const Server& server, xcb_window_t owner, xcb_window_t bar);
+
+    void publishColors(const Palette& palette);
+    void publishScale(const Metrics& metrics);
+    // The parts of the bar left and right of the camera housing, relative to the root window; `gap`
+    // counts from the bar's left edge. None without a housing.
+    void publishAreas(const PixelRect& bar, const std::optional<Gap>& gap);
+    void publishItems(const ItemList& items);
+    // Tells the items that asked for a position where they stand after a drag.
+    void publishPositions(const ItemList& items) const;
+
+private:
+    void publish(std::vector<std::uint32_t>& last, std::vector<std::uint32_t> words,
+                 xcb_atom_t property, xcb_atom_t type);
+
+    const Server* server_;
+    xcb_window_t owner_;
+    std::vector<std::uint32_t> colors_;
+    std::vector<std::uint32_t> scale_;
+    std::vector<std::uint32_t> areas_;
+    std::vector<std::uint32_t> items_;
+    bool itemsPublished_ = false;
+};
+
+} // namespace pelistra::menubar

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "menubar/Atoms.h"
+#include "platform/x11/Connection.h"
+
+#include <optional>
+#include <string>
+
+#include <xcb/render.h>
+#include <xcb/xcb_renderutil.h>
+
+namespace pelistra::menubar {
+
+// The X server as the bar needs it: the connection, the atoms, and the extensions, all of which are
+// known to be there.
+class Server {
+public:
+    // Empty, with a sentence for the user in `failure`, when the server lacks an extension that the
+    // bar cannot do without.
+    [[nodiscard]] static std::optional<Server> prepare(x11::Connection& connection,
+                                                       std::string& failure);
+
+    [[nodiscard]] const x11::Connection& connection() const { return *connection_; }
+    [[nodiscard]] xcb_connection_t* xcb() const { return connection_->get(); }
+    [[nodiscard]] xcb_window_t root() const { return connection_->root(); }
+    [[nodiscard]] xcb_atom_t atom(Atom which) const { return atoms_[which]; }
+
+    // The code of DamageNotify events.
+    [[nodiscard]] int damageEvent() const { return damageEvent_; }
+    // The code of RandR's ScreenChangeNotify; its Notify events have the next one. 0 without RandR.
+    [[nodiscard]] int randrEvent() const { return randrEvent_; }
+    // Whether RandR knows monitors (version 1.5).
+    [[nodiscard]] bool hasMonitors() const { return hasMonitors_; }
+
+    // The picture format of a visual; 0 when pictures of that visual cannot be made.
+    [[nodiscard]] xcb_render_pictformat_t formatOf(xcb_visualid_t visual) const;
+    // The format of 32 bits with alpha that every server has.
+    [[nodiscard]] xcb_render_pictformat_t alphaFormat() const { return alphaFormat_; }
+
+private:
+    Server(x11::Connection& connection) : connection_(&connection), atoms_(connection) {}
+
+    [[nodiscard]] std::string prepareExtensions();
+
+    x11::Connection* connection_;
+    Atoms atoms_;
+    int damageEvent_ = 0;
+    int randrEvent_ = 0;
+    bool hasMonitors_ = false;
+    // Owned by the render utility library, per connection.
+    const xcb_render_query_pict_formats_reply_t* formats_ = nullptr;
+    xcb_render_pictformat_t alphaFormat_ = 0;
+};
+
+} // namespace pelistra::menubar

@@ -1,0 +1,196 @@
+#include "menubar/TraySelection.h"
+
+#include "menubar/DockedItem.h"
+#include "menubar/ForeignText.h"
+#include "menubar/Log.h"
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <optional>
+
+#include <poll.h>
+
+#include <xcb/res.h>
+
+namespace pelistra::menubar {
+
+namespace {
+
+constexpr std::uint8_t bitsOfByte = 8;
+constexpr std::uint8_t bitsOfWord = 32;
+constexpr std::size_t nameLimit = 64;
+// How long the tray that is being replaced may take to let its icons go.
+constexpr std::chrono::seconds patience{3};
+
+// The process that made the window, as the server knows it; empty when it does not.
+std::optional<std::uint32_t> processOf(xcb_connection_t* x, xcb_window_t window) {
+    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(x, &xcb_res_id);
+    if (extension == nullptr || extension->present == 0) {
+        return std::nullopt;
+    }
+    const xcb_res_client_id_spec_t spec{.client = window,
+                                        .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const x11::Owned<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+        x, xcb_res_query_client_ids(x, 1, &spec), nullptr));
+    if (!reply) {
+        return std::nullopt;
+    }
+    const auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
+    if (id.rem == 0 || xcb_res_client_id_value_value_length(id.data) < 1) {
+        return std::nullopt;
+    }
+    return *xcb_res_client_id_value_value(id.data);
+}
+
+std::string commandOf(std::uint32_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
+    std::string command;
+    std::getline(file, command);
+    return cleanText(command, nameLimit);
+}
+
+// Waits for the next event; null when there is none in time or the connection broke.
+x11::EventPtr nextEvent(const x11::Connection& connection,
+                        std::chrono::steady_clock::time_point deadline) {
+    connection.flush();
+    while (connection.isAlive()) {
+        if (x11::EventPtr event = connection.pollEvent()) {
+            return event;
+        }
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        if (left.count() <= 0) {
+            return nullptr;
+        }
+        pollfd descriptor{.fd = connection.fileDescriptor(), .events = POLLIN, .revents = 0};
+        ::poll(&descriptor, 1, static_cast<int>(left.count()));
+    }
+    return nullptr;
+}
+
+} // namespace
+
+TraySelection::TraySelection(const Server& server)
+    : server_(&server), window_(server.xcb(), server.connection().newId()) {
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(server.xcb(), XCB_COPY_FROM_PARENT, window_.id(), server.root(), -1, -1, 1, 1,
+                      0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                      &events);
+    x11::setText(server.connection(), window_.id(), XCB_ATOM_WM_NAME, XCB_ATOM_STRING,
+                 "pelistra-menubar tray");
+    x11::setText(server.connection(), window_.id(), XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
+                 {"pelistra-menubar\0Pelistra-menubar\0", 34});
+}
+
+std::unique_ptr<TraySelection> TraySelection::acquire(const Server& server, bool replace,
+                                                      std::string& failure) {
+    std::unique_ptr<TraySelection> tray(new TraySelection(server));
+    const xcb_window_t previous = tray->currentOwner();
+    if (previous != XCB_NONE && !replace) {
+        failure = "the system tray of this screen belongs to " + tray->describeOwner(previous) +
+                  "; end it, or use --replace to take over from it";
+        return nullptr;
+    }
+    if (previous != XCB_NONE) {
+        const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        xcb_change_window_attributes(server.xcb(), previous, XCB_CW_EVENT_MASK, &events);
+    }
+    if (!tray->readServerTime()) {
+        failure = "the X server does not answer";
+        return nullptr;
+    }
+    const xcb_atom_t selection = server.atom(Atom::TraySelection);
+    xcb_set_selection_owner(server.xcb(), tray->owner(), selection, tray->time_);
+    if (tray->currentOwner() != tray->owner()) {
+        failure = "another program took the system tray of this screen at the same moment";
+        return nullptr;
+    }
+    if (previous != XCB_NONE) {
+        tray->waitForEnd(previous);
+    }
+    return tray;
+}
+
+bool TraySelection::readServerTime() {
+    // A change of a property of ours is the one thing that always comes back with the time.
+    xcb_change_property(server_->xcb(), XCB_PROP_MODE_APPEND, owner(), XCB_ATOM_WM_NAME,
+                        XCB_ATOM_STRING, bitsOfByte, 0, nullptr);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (const x11::EventPtr event = nextEvent(server_->connection(), deadline)) {
+        if (x11::typeOf(*event) != XCB_PROPERTY_NOTIFY) {
+            continue;
+        }
+        const auto& change = x11::eventAs<xcb_property_notify_event_t>(*event);
+        if (change.window == owner()) {
+            time_ = change.time;
+            return true;
+        }
+    }
+    return false;
+}
+
+xcb_window_t TraySelection::currentOwner() const {
+    const x11::Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        server_->xcb(),
+        xcb_get_selection_owner(server_->xcb(), server_->atom(Atom::TraySelection)), nullptr));
+    return reply ? reply->owner : xcb_window_t{XCB_NONE};
+}
+
+std::string TraySelection::describeOwner(xcb_window_t owner) const {
+    const auto classRequest = requestProperty(server_->connection(), owner, XCB_ATOM_WM_CLASS);
+    const auto nameRequest = requestProperty(server_->connection(), owner, XCB_ATOM_WM_NAME);
+    const auto windowClass = readProperty(server_->connection(), classRequest);
+    const auto windowName = readProperty(server_->connection(), nameRequest);
+    const std::optional<std::uint32_t> process = processOf(server_->xcb(), owner);
+    std::string name = process ? commandOf(*process) : "";
+    if (name.empty() && windowClass) {
+        name = cleanText(windowClass->text(), nameLimit);
+    }
+    if (name.empty() && windowName) {
+        name = cleanText(windowName->text(), nameLimit);
+    }
+    std::string description = name.empty() ? "another program" : "'" + name + "'";
+    description += process ? " (process " + std::to_string(*process) + ")"
+                           : " (window " + hexadecimal(owner) + ")";
+    return description;
+}
+
+void TraySelection::waitForEnd(xcb_window_t owner) const {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (const x11::EventPtr event = nextEvent(server_->connection(), deadline)) {
+        if (x11::typeOf(*event) == XCB_DESTROY_NOTIFY &&
+            x11::eventAs<xcb_destroy_notify_event_t>(*event).window == owner) {
+            return;
+        }
+        // It had gone before we could ask to be told.
+        const bool gone = x11::typeOf(*event) == 0 &&
+                          x11::eventAs<xcb_generic_error_t>(*event).resource_id == owner;
+        if (gone) {
+            return;
+        }
+    }
+    log("the previous tray has not ended yet; going on without waiting");
+}
+
+void TraySelection::announce() const {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = bitsOfWord;
+    message.window = server_->root();
+    message.type = server_->atom(Atom::Manager);
+    const std::array<std::uint32_t, 5> words{time_, server_->atom(Atom::TraySelection), owner(), 0,
+                                             0};
+    std::ranges::copy(words, message.data.data32);
+    xcb_send_event(server_->xcb(), 0, server_->root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+}
+
+bool TraySelection::isLoss(const xcb_selection_clear_event_t& event) const {
+    return event.selection == server_->atom(Atom::TraySelection) && event.owner == owner();
+}
+
+} // namespace pelistra::menubar

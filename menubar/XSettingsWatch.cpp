@@ -1,0 +1,31 @@
+#include "menubar/XSettingsWatch.h"
+
+#include "menubar/XSettings.h"
+#include "platform/x11/Properties.h"
+
+namespace pelistra::menubar {
+
+bool XSettingsWatch::isManagerMessage(const xcb_client_message_event_t& message) const {
+    return message.type == server_->atom(Atom::Manager) &&
+           message.data.data32[1] == server_->atom(Atom::XSettingsSelection);
+}
+
+std::string XSettingsWatch::readThemeName() {
+    xcb_connection_t* x = server_->xcb();
+    const x11::Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        x, xcb_get_selection_owner(x, server_->atom(Atom::XSettingsSelection)), nullptr));
+    manager_ = owner ? owner->owner : xcb_window_t{XCB_NONE};
+    if (manager_ == XCB_NONE) {
+        return {};
+    }
+    const std::uint32_t events =
+        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(x, manager_, XCB_CW_EVENT_MASK, &events);
+    const auto value =
+        readProperty(server_->connection(),
+                     requestProperty(server_->connection(), manager_,
+                                     server_->atom(Atom::XSettingsSettings)));
+    return value ? findTextSetting(value->bytes, "Net/ThemeName").value_or("") : "";
+}
+
+} // namespace pelistra::menubar

@@ -1,0 +1,69 @@
+#include "menubar/Log.h"
+#include "menubar/MenuBar.h"
+#include "menubar/Options.h"
+#include "menubar/OrderFile.h"
+#include "menubar/Server.h"
+#include "menubar/StopSignals.h"
+#include "menubar/TraySelection.h"
+#include "platform/x11/Connection.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace {
+
+using namespace pelistra;
+using namespace pelistra::menubar;
+
+constexpr int cannotRun = 1;
+
+int fail(const std::string& why) {
+    log(why);
+    return cannotRun;
+}
+
+int serve(const Options& options) {
+    const StopSignals signals;
+    x11::Connection::Failure failure;
+    const std::unique_ptr<x11::Connection> connection =
+        x11::Connection::open(options.display, failure);
+    if (!connection) {
+        return fail(failure.message);
+    }
+    std::string reason;
+    const std::optional<Server> server = Server::prepare(*connection, reason);
+    if (!server) {
+        return fail(reason);
+    }
+    std::unique_ptr<TraySelection> tray = TraySelection::acquire(*server, options.replace, reason);
+    if (!tray) {
+        return fail(reason);
+    }
+    MenuBar bar(*server, std::move(tray), options, OrderFile(OrderFile::defaultPath()));
+    switch (bar.run(signals.fileDescriptor())) {
+    case MenuBar::End::ServerGone:
+        return fail("the X server went away");
+    case MenuBar::End::TrayTaken:
+        log("another program took the system tray over; all icons are released");
+        break;
+    case MenuBar::End::Stopped:
+        break;
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const auto parsed = parseOptions(arguments);
+    if (const auto* end = std::get_if<EarlyEnd>(&parsed)) {
+        std::fputs(end->text.c_str(), end->status == 0 ? stdout : stderr);
+        return end->status;
+    }
+    return serve(std::get<Options>(parsed));
+}
