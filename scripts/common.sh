@@ -1,5 +1,5 @@
 # Shared by run, test and bench. Sourced with the working directory at the top of the tree.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2154 # $program is the caller's name
 
 say() { printf '%s\n' "$*"; }
 fail() {

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <ostream>
 #include <sstream>
 #include <string_view>
 #include <system_error>
@@ -72,6 +73,14 @@ std::optional<long> numberAfter(const std::filesystem::path& file, std::string_v
 }
 
 } // namespace
+
+void PrintTo(const ExitStatus& status, std::ostream* stream) {
+    if (status.status) {
+        *stream << "ended with status " << *status.status;
+    } else {
+        *stream << "killed by signal " << status.killedBySignal;
+    }
+}
 
 ChildProcess::ChildProcess(std::vector<std::string> command, const Environment& environment,
                            std::filesystem::path outputFile)

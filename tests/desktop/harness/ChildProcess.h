@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <iosfwd>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,6 +23,8 @@ struct ExitStatus {
 
     bool operator==(const ExitStatus&) const = default;
 };
+
+void PrintTo(const ExitStatus& status, std::ostream* stream);
 
 // A program that runs in a process group of its own, its standard output and error in one file.
 // The kernel kills it when this process dies; the destructor kills its whole group.

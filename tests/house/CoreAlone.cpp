@@ -1,0 +1,2 @@
+// Nothing to do: that this links is the test.
+int main() {}

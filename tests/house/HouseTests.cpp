@@ -1,0 +1,154 @@
+#include "tests/desktop/harness/ChildProcess.h"
+#include "tests/desktop/harness/ProgramsUnderTest.h"
+#include "tests/desktop/harness/TemporaryFolder.h"
+#include "tests/house/Documentation.h"
+#include "tests/house/Includes.h"
+#include "tests/house/Packages.h"
+#include "tests/house/Sources.h"
+
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace pelistra::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::IsSubsetOf;
+using ::testing::SizeIs;
+
+const std::filesystem::path sourceFolder = PELISTRA_SOURCE_FOLDER;
+constexpr std::chrono::minutes wholeTree{2};
+
+struct Ended {
+    std::optional<ExitStatus> status;
+    std::string output;
+};
+
+Ended runToEnd(const std::vector<std::string>& command) {
+    const TemporaryFolder folder;
+    Environment environment{{"PATH", "/usr/local/bin:/usr/bin:/bin"}, {"LANG", "C.UTF-8"}};
+    ChildProcess process(command, environment, folder.path() / "output");
+    const auto status = process.waitForExit(wholeTree);
+    return {.status = status, .output = process.output()};
+}
+
+Ended checkFormat(const std::vector<std::filesystem::path>& files) {
+    std::vector<std::string> command{"clang-format-19", "--dry-run", "-Werror",
+                                     "--style=file:" + (sourceFolder / ".clang-format").string()};
+    for (const std::filesystem::path& file : files) {
+        command.push_back(file.string());
+    }
+    return runToEnd(command);
+}
+
+void write(const std::filesystem::path& file, const std::string& content) {
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << content;
+}
+
+TEST(HouseTests, TheCoreAndTheSeamIncludeNothingForeign) {
+    EXPECT_THAT(foreignIncludesOfTree(sourceFolder), IsEmpty());
+}
+
+TEST(HouseTests, ForeignIncludesAreFoundInCoreAndSeam) {
+    const TemporaryFolder tree;
+    write(tree.path() / "app" / "Bad.cpp", "#include <QWidget>\n#include <vector>\n");
+    write(tree.path() / "app" / "main.cpp", "#include <QApplication>\n");
+    write(tree.path() / "ui" / "deep" / "Bad.h", "#  include \"platform/linux/QtImages.h\"\n");
+    write(tree.path() / "platform" / "Seam.h", "#include <xcb/xcb.h>\n");
+    write(tree.path() / "platform" / "linux" / "Fine.cpp", "#include <xcb/xcb.h>\n");
+    EXPECT_THAT(foreignIncludesOfTree(tree.path()),
+                ElementsAre(HasSubstr("app/Bad.cpp: #include <QWidget>"),
+                            HasSubstr("platform/linux/QtImages.h"),
+                            HasSubstr("platform/Seam.h: #include <xcb/xcb.h>")));
+}
+
+TEST(HouseTests, EveryKindOfForeignIncludeIsSeen) {
+    for (const char* directive :
+         {"#include <X11/Xlib.h>", "#include <AppKit/AppKit.h>", "#import <Cocoa/Cocoa.h>",
+          "#include <unistd.h>", "#include <systemd/sd-journal.h>", "  #  include <glib.h>",
+          "#include \"menubar/Layout.h\"", "#include \"platform/x11/Atoms.h\"",
+          "#include SOME_MACRO", "#include <QString> // for a text"}) {
+        EXPECT_THAT(foreignIncludes(directive, Layer::Core), SizeIs(1)) << directive;
+    }
+    for (const char* directive :
+         {"#include <vector>", "#include \"platform/Geometry.h\"",
+          "#include \"overflow/OverflowItem.h\"", "// #include <QWidget>"}) {
+        EXPECT_THAT(foreignIncludes(directive, Layer::Core), IsEmpty()) << directive;
+    }
+    EXPECT_THAT(foreignIncludes("#include \"overflow/OverflowItem.h\"", Layer::Seam), SizeIs(1));
+}
+
+TEST(HouseTests, TheCoreLinksNothing) {
+    EXPECT_STREQ(PELISTRA_CORE_LINKS, "");
+}
+
+TEST(HouseTests, EverySourceIsFormatted) {
+    std::vector<std::filesystem::path> files;
+    for (const std::string& folder : sourceFolders()) {
+        const auto below = sourcesBelow(sourceFolder / folder);
+        files.insert(files.end(), below.begin(), below.end());
+    }
+    ASSERT_GT(files.size(), 50U);
+    const Ended ended = checkFormat(files);
+    EXPECT_EQ(ended.status, (ExitStatus{.status = 0})) << ended.output;
+}
+
+TEST(HouseTests, AnUnformattedSourceIsFound) {
+    const TemporaryFolder folder;
+    write(folder.path() / "Bad.cpp", "int  f( ){return 1 ;}\n");
+    const Ended ended = checkFormat({folder.path() / "Bad.cpp"});
+    EXPECT_EQ(ended.status, (ExitStatus{.status = 1}));
+    EXPECT_THAT(ended.output, HasSubstr("Bad.cpp"));
+}
+
+TEST(HouseTests, ThePackageListIsInOrder) {
+    EXPECT_THAT(faultsOfPackageList(contentOf(sourceFolder / "packaging" / "packages.txt")),
+                IsEmpty());
+}
+
+TEST(HouseTests, FaultsOfAPackageListAreFound) {
+    EXPECT_THAT(faultsOfPackageList("cmake\ng++\nxvfb\n"), IsEmpty());
+    EXPECT_THAT(faultsOfPackageList("xvfb\ncmake\n"), ElementsAre("out of order: cmake"));
+    EXPECT_THAT(faultsOfPackageList("cmake\ncmake\n"), ElementsAre("twice: cmake"));
+    EXPECT_THAT(faultsOfPackageList("cmake \n"), ElementsAre("no package name: cmake "));
+    EXPECT_THAT(faultsOfPackageList("cmake\n\nxvfb\n"), SizeIs(1));
+    EXPECT_THAT(faultsOfPackageList(""), ElementsAre("empty"));
+}
+
+std::set<std::string> switchesOf(const std::string& program) {
+    const Ended ended = runToEnd({program, "--help"});
+    EXPECT_EQ(ended.status, (ExitStatus{.status = 0})) << program << ": " << ended.output;
+    return switchesIn(ended.output);
+}
+
+TEST(HouseTests, TheReadmeNamesEverySwitchAndNoOther) {
+    const std::set<std::string> documented =
+        switchesInReadme(contentOf(sourceFolder / "README.md"));
+    std::set<std::string> existing;
+    for (const std::string program : {"pelistra", "pelistra-menubar"}) {
+        const std::set<std::string> own = switchesOf((builtPrograms() / program).string());
+        EXPECT_THAT(own, ::testing::Contains("--help")) << program;
+        EXPECT_THAT(own, IsSubsetOf(documented)) << program;
+        existing.insert(own.begin(), own.end());
+    }
+    for (const std::string script : {"run", "test", "bench"}) {
+        existing.merge(switchesOf((sourceFolder / script).string()));
+    }
+    EXPECT_THAT(documented, IsSubsetOf(existing));
+}
+
+TEST(HouseTests, SwitchesAreReadFromTexts) {
+    EXPECT_THAT(switchesIn("  --scale N  (see `--theme`)\n--tour|--nested"),
+                ElementsAre("--nested", "--scale", "--theme", "--tour"));
+    EXPECT_THAT(switchesIn("a --- b, x--y, -z"), IsEmpty());
+    EXPECT_THAT(switchesInReadme("    cmake --preset release\nuse --tour\n"),
+                ElementsAre("--tour"));
+}
+
+} // namespace
+} // namespace pelistra::testing
