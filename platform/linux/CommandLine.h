@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelistra::desktop {
+
+// The switches of the product; each counts as a whole argument, wherever it stands.
+inline constexpr std::string_view showSettingsSwitch = "--show-settings";
+inline constexpr std::string_view showOnboardingSwitch = "--show-onboarding";
+inline constexpr std::string_view startCollapsedSwitch = "--start-collapsed";
+inline constexpr std::string_view verifyLayoutSwitch = "--verify-section-layout";
+
+// What the command line asks for before anything else happens.
+struct CommandLine {
+    enum class Request { Run, Help, Version, Refuse };
+
+    Request request = Request::Run;
+    // What to say for anything but Run, line breaks included.
+    std::string message;
+};
+
+// Reads the arguments, the program's path first. Asking for help or the version wins over
+// everything else; the first argument that is no known option is refused by name.
+[[nodiscard]] CommandLine parseCommandLine(const std::vector<std::string>& arguments,
+                                           std::string_view version);
+
+} // namespace pelistra::desktop

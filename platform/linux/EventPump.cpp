@@ -1,0 +1,87 @@
+#include "platform/linux/EventPump.h"
+
+#include <string>
+#include <utility>
+
+#include <QAbstractEventDispatcher>
+#include <poll.h>
+
+namespace pelistra::desktop {
+
+EventPump::EventPump(x11::Connection& connection, LogSink& log)
+    : connection_(connection), logger_(log, "x11"),
+      notifier_(connection.fileDescriptor(), QSocketNotifier::Read) {
+    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { drain(); });
+    auto* dispatcher = QAbstractEventDispatcher::instance();
+    aboutToBlock_ = QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock,
+                                     &notifier_, [this] { drain(); });
+}
+
+EventPump::~EventPump() {
+    QObject::disconnect(aboutToBlock_);
+}
+
+SubscriptionPtr EventPump::addHandler(Handler handler) {
+    return handlers_.add(std::move(handler));
+}
+
+void EventPump::setConnectionLostHandler(std::function<void()> handler) {
+    connectionLost_ = std::move(handler);
+}
+
+void EventPump::drain() {
+    while (const auto event = connection_.pollEvent()) {
+        dispatch(*event);
+    }
+    connection_.flush();
+    if (!connection_.isAlive()) {
+        noticeLoss();
+    }
+}
+
+bool EventPump::waitUntil(const std::function<bool()>& condition,
+                          std::chrono::milliseconds patience) {
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + patience;
+    while (true) {
+        drain();
+        if (condition()) {
+            return true;
+        }
+        const auto remaining =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        if (remaining.count() <= 0 || !connection_.isAlive()) {
+            return false;
+        }
+        // The condition itself may have queued events.
+        drain();
+        pollfd descriptor{.fd = connection_.fileDescriptor(), .events = POLLIN, .revents = 0};
+        ::poll(&descriptor, 1, static_cast<int>(remaining.count()));
+    }
+}
+
+void EventPump::dispatch(const xcb_generic_event_t& event) {
+    if (x11::typeOf(event) == 0) {
+        reportError(x11::eventAs<xcb_generic_error_t>(event));
+        return;
+    }
+    handlers_.call(event);
+}
+
+// Windows of other programs vanish between two looks, so an error is to be expected now and then.
+void EventPump::reportError(const xcb_generic_error_t& error) {
+    if (!std::exchange(errorIsReported_, true)) {
+        logger_.error("The X server refused a request: error " + std::to_string(error.error_code) +
+                      ", request " + std::to_string(error.major_code) + "." +
+                      std::to_string(error.minor_code) + "; further errors are not logged");
+    }
+}
+
+void EventPump::noticeLoss() {
+    notifier_.setEnabled(false);
+    if (const auto handler = std::exchange(connectionLost_, nullptr)) {
+        handler();
+    }
+}
+
+} // namespace pelistra::desktop

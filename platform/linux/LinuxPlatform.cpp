@@ -1,0 +1,141 @@
+#include "platform/linux/LinuxPlatform.h"
+
+#include "platform/linux/AbsentServices.h"
+#include "platform/linux/EventPump.h"
+#include "platform/linux/FileUserDefaults.h"
+#include "platform/linux/QtApplication.h"
+#include "platform/linux/QtImages.h"
+#include "platform/linux/QtMainQueue.h"
+#include "platform/linux/QtWindows.h"
+#include "platform/linux/SingleInstance.h"
+#include "platform/linux/StatusToolTip.h"
+#include "platform/linux/SystemLog.h"
+#include "platform/linux/TerminationSignals.h"
+#include "platform/linux/TrayHost.h"
+#include "platform/linux/TrayLook.h"
+#include "platform/linux/TrayStatusBar.h"
+#include "platform/linux/WindowCanvas.h"
+#include "platform/linux/X11ScreenCapture.h"
+#include "platform/linux/X11WindowList.h"
+#include "platform/linux/XcbScreens.h"
+#include "platform/linux/XcbWindowServer.h"
+
+#include <array>
+#include <cstdlib>
+#include <string>
+
+#include <QApplication>
+
+namespace pelistra::desktop {
+
+namespace {
+
+// The QApplication, with the arguments that it keeps references to. Platform themes of desktops
+// load whole toolkits of their own; the generic one is enough for what is shown here.
+class QtRuntime {
+public:
+    QtRuntime() : application_(count_, arguments_.data()) {
+        QApplication::setQuitOnLastWindowClosed(false);
+        QApplication::setApplicationName("pelistra");
+        QApplication::setApplicationDisplayName("Pelistra");
+        QApplication::setApplicationVersion(PELISTRA_VERSION);
+        QApplication::setDesktopFileName("pelistra");
+    }
+
+private:
+    std::array<std::string, 3> texts_{"pelistra", "-platformtheme", "generic"};
+    std::array<char*, 4> arguments_{texts_[0].data(), texts_[1].data(), texts_[2].data(), nullptr};
+    int count_ = static_cast<int>(texts_.size());
+    QApplication application_;
+};
+
+} // namespace
+
+struct LinuxPlatform::Services {
+    Services(x11::Connection& connection, SingleInstance& instance,
+             std::vector<std::string> arguments)
+        : pump(connection, log), defaults(defaultsPath(), mainQueue, log),
+          trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
+          application(connection, screens, std::move(arguments)), iconAtoms(connection),
+          canvas(connection), toolTip(connection), statusBar({.connection = connection,
+                                                              .trayHost = trayHost,
+                                                              .screens = screens,
+                                                              .application = application,
+                                                              .defaults = defaults,
+                                                              .atoms = iconAtoms,
+                                                              .canvas = canvas,
+                                                              .toolTip = toolTip},
+                                                             pump, mainQueue),
+          trayLook(connection), windowList(trayLook, [](const TrayIcon&) { return std::nullopt; }),
+          windowServer(trayLook, windowList), screenCapture(connection),
+          termination([this] { application.terminate(); }),
+          instanceEvents(
+              pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
+        pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
+        trayHost.start();
+    }
+
+    // Nothing can be shown or cleaned up any more, and Qt's own connection is as dead as ours.
+    [[noreturn]] void endWithoutDisplay() {
+        Logger(log, "x11").error("The X display has gone");
+        defaults.synchronize();
+        std::_Exit(EXIT_FAILURE);
+    }
+
+    QtRuntime qt;
+    SystemLog log;
+    QtMainQueue mainQueue;
+    EventPump pump;
+    FileUserDefaults defaults;
+    TrayHost trayHost;
+    XcbScreens screens;
+    QtApplication application;
+    QtImages images;
+    QtWindows windows;
+    TrayIconAtoms iconAtoms;
+    WindowCanvas canvas;
+    StatusToolTip toolTip;
+    TrayStatusBar statusBar;
+    TrayLook trayLook;
+    X11WindowList windowList;
+    XcbWindowServer windowServer;
+    X11ScreenCapture screenCapture;
+    AbsentRunningApplications runningApplications;
+    AbsentEventPosting eventPosting;
+    AbsentPanels panels;
+    AbsentGlobalClicks globalClicks;
+    AbsentLoginItem loginItem;
+    TerminationSignals termination;
+    SubscriptionPtr instanceEvents;
+};
+
+LinuxPlatform::LinuxPlatform(x11::Connection& connection, SingleInstance& instance,
+                             std::vector<std::string> arguments)
+    : services_(std::make_unique<Services>(connection, instance, std::move(arguments))) {}
+
+LinuxPlatform::~LinuxPlatform() = default;
+
+Platform LinuxPlatform::platform() {
+    return {.application = services_->application,
+            .mainQueue = services_->mainQueue,
+            .log = services_->log,
+            .defaults = services_->defaults,
+            .statusBar = services_->statusBar,
+            .screens = services_->screens,
+            .images = services_->images,
+            .windowList = services_->windowList,
+            .privateLibrary = services_->windowServer,
+            .runningApplications = services_->runningApplications,
+            .screenCapture = services_->screenCapture,
+            .eventPosting = services_->eventPosting,
+            .windows = services_->windows,
+            .panels = services_->panels,
+            .globalClicks = services_->globalClicks,
+            .loginItem = services_->loginItem};
+}
+
+int LinuxPlatform::run() {
+    return QApplication::exec();
+}
+
+} // namespace pelistra::desktop

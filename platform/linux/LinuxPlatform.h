@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/x11/Connection.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pelistra::desktop {
+
+class SingleInstance;
+
+// The seam on Linux: owns the QApplication and one of each service, in the order in which they need
+// each other.
+class LinuxPlatform {
+public:
+    // The connection and the instance must outlive this object; nobody else handles the
+    // connection's events from now on.
+    LinuxPlatform(x11::Connection& connection, SingleInstance& instance,
+                  std::vector<std::string> arguments);
+    LinuxPlatform(const LinuxPlatform&) = delete;
+    LinuxPlatform& operator=(const LinuxPlatform&) = delete;
+    ~LinuxPlatform();
+
+    // The services, valid as long as this object.
+    [[nodiscard]] Platform platform();
+
+    // Runs the event loop until the application is terminated, SIGINT or SIGTERM comes, or the
+    // display is lost. Returns the exit status.
+    [[nodiscard]] int run();
+
+private:
+    struct Services;
+    std::unique_ptr<Services> services_;
+};
+
+} // namespace pelistra::desktop

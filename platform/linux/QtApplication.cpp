@@ -1,0 +1,66 @@
+#include "platform/linux/QtApplication.h"
+
+#include "platform/linux/XcbScreens.h"
+
+#include <utility>
+
+#include <QApplication>
+#include <QWidget>
+#include <unistd.h>
+
+namespace pelistra::desktop {
+
+QtApplication::QtApplication(x11::Connection& connection, const XcbScreens& screens,
+                             std::vector<std::string> arguments)
+    : connection_(connection), screens_(screens), arguments_(std::move(arguments)) {}
+
+void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+void QtApplication::activateIgnoringOtherApps() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->windowType() == Qt::Window && window->isVisible()) {
+            window->raise();
+            window->activateWindow();
+        }
+    }
+}
+
+void QtApplication::terminate() {
+    QCoreApplication::quit();
+}
+
+std::optional<std::string> QtApplication::infoText(std::string_view key) const {
+    if (key == "CFBundleShortVersionString") {
+        return PELISTRA_VERSION;
+    }
+    if (key == "CFBundleName") {
+        return "Pelistra";
+    }
+    if (key == "CFBundleIdentifier") {
+        return "com.pelistra.app";
+    }
+    return std::nullopt;
+}
+
+ProcessId QtApplication::processIdentifier() const {
+    return ::getpid();
+}
+
+ScreenPoint QtApplication::mouseLocation() const {
+    const x11::Owned<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
+        connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
+    if (pointer) {
+        lastMouseLocation_ = screens_.coordinates().toScreen(pointer->root_x, pointer->root_y);
+    }
+    return lastMouseLocation_;
+}
+
+void QtApplication::handleEvent(const Event& event, const std::function<void()>& block) {
+    const auto outer = std::exchange(currentEvent_, event);
+    block();
+    currentEvent_ = outer;
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/x11/Connection.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pelistra::desktop {
+
+class XcbScreens;
+
+// The application on Qt. The QApplication itself is made and owned by whoever makes this.
+class QtApplication final : public Application {
+public:
+    QtApplication(x11::Connection& connection, const XcbScreens& screens,
+                  std::vector<std::string> arguments);
+
+    // Qt has no such policy: nothing that is not an ordinary window asks for a taskbar entry, and
+    // the last window's closing never ends the application.
+    void setActivationPolicy(ActivationPolicy policy) override;
+    void activateIgnoringOtherApps() override;
+    void terminate() override;
+    [[nodiscard]] std::optional<Event> currentEvent() const override { return currentEvent_; }
+    [[nodiscard]] const std::vector<std::string>& arguments() const override { return arguments_; }
+    // CFBundleName, CFBundleIdentifier and CFBundleShortVersionString.
+    [[nodiscard]] std::optional<std::string> infoText(std::string_view key) const override;
+    [[nodiscard]] ProcessId processIdentifier() const override;
+    // The last known place when the server does not answer.
+    [[nodiscard]] ScreenPoint mouseLocation() const override;
+
+    // Runs the block with that event as the current one.
+    void handleEvent(const Event& event, const std::function<void()>& block);
+
+private:
+    x11::Connection& connection_;
+    const XcbScreens& screens_;
+    std::vector<std::string> arguments_;
+    std::optional<Event> currentEvent_;
+    mutable ScreenPoint lastMouseLocation_;
+};
+
+} // namespace pelistra::desktop

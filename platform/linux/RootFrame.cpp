@@ -1,0 +1,20 @@
+#include "platform/linux/RootFrame.h"
+
+namespace pelistra::desktop {
+
+std::optional<RootRect> rootFrameOf(const x11::Connection& connection, xcb_window_t window) {
+    const auto geometryCookie = xcb_get_geometry(connection.get(), window);
+    const auto placeCookie =
+        xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0);
+    const x11::Owned<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection.get(), geometryCookie, nullptr));
+    const x11::Owned<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(connection.get(), placeCookie, nullptr));
+    if (!geometry || !place) {
+        return std::nullopt;
+    }
+    return RootRect{
+        .x = place->dst_x, .y = place->dst_y, .width = geometry->width, .height = geometry->height};
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,50 @@
+#include "platform/linux/Symbols.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QPointF>
+
+namespace pelistra::desktop {
+
+namespace {
+
+// The weight of a text symbol beside 13-point text.
+constexpr double weight = 1.75;
+
+// A symbol that is one line through some points.
+struct PolylineSymbol {
+    std::string_view name;
+    double width;
+    double height;
+    std::array<std::array<double, 2>, 3> points;
+};
+
+// The arms of a chevron meet at a right angle in the narrow direction's middle; the ends keep half
+// a stroke and a little air to the edge.
+constexpr std::array symbols{
+    PolylineSymbol{
+        .name = "chevron.right", .width = 9, .height = 14, .points = {{{2, 2}, {7, 7}, {2, 12}}}},
+    PolylineSymbol{
+        .name = "chevron.up", .width = 14, .height = 9, .points = {{{2, 7}, {7, 2}, {12, 7}}}},
+    PolylineSymbol{
+        .name = "chevron.down", .width = 14, .height = 9, .points = {{{2, 2}, {7, 7}, {12, 2}}}},
+};
+
+} // namespace
+
+std::optional<Symbol> symbolNamed(std::string_view name) {
+    const auto* const found = std::ranges::find(symbols, name, &PolylineSymbol::name);
+    if (found == symbols.end()) {
+        return std::nullopt;
+    }
+    Symbol symbol{
+        .width = found->width, .height = found->height, .strokes = {}, .strokeWidth = weight};
+    symbol.strokes.moveTo(found->points.front()[0], found->points.front()[1]);
+    for (const auto& [x, y] : found->points) {
+        symbol.strokes.lineTo(x, y);
+    }
+    return symbol;
+}
+
+} // namespace pelistra::desktop

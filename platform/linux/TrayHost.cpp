@@ -1,0 +1,219 @@
+#include "platform/linux/TrayHost.h"
+
+#include "platform/x11/Atoms.h"
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace pelistra::desktop {
+
+namespace {
+
+using Words = std::vector<std::uint32_t>;
+
+// Of the system-tray protocol.
+constexpr std::uint32_t requestDockOpcode = 0;
+constexpr std::size_t colorsCount = 12;
+
+Words wordsOf(const x11::Connection& connection, x11::PropertyRequest request) {
+    const auto value = x11::readProperty(connection, request);
+    return value ? value->words() : Words();
+}
+
+std::optional<QColor> foregroundIn(const Words& colors) {
+    constexpr std::uint32_t mostOfChannel = 0xffff;
+    constexpr unsigned toByte = 8;
+    if (colors.size() != colorsCount || std::ranges::any_of(colors, [](std::uint32_t channel) {
+            return channel > mostOfChannel;
+        })) {
+        return std::nullopt;
+    }
+    return QColor(static_cast<int>(colors[0] >> toByte), static_cast<int>(colors[1] >> toByte),
+                  static_cast<int>(colors[2] >> toByte));
+}
+
+RootRect rectIn(const Words& words, std::size_t first) {
+    return {.x = static_cast<std::int32_t>(words[first]),
+            .y = static_cast<std::int32_t>(words[first + 1]),
+            .width = static_cast<std::int32_t>(words[first + 2]),
+            .height = static_cast<std::int32_t>(words[first + 3])};
+}
+
+} // namespace
+
+TrayHost::TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log)
+    : connection_(connection), logger_(log, "menu-bar") {
+    const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection_.screenNumber());
+    const std::array<std::string_view, NameCount> names{selection,
+                                                        "MANAGER",
+                                                        "_NET_SYSTEM_TRAY_OPCODE",
+                                                        "_NET_SYSTEM_TRAY_VISUAL",
+                                                        "_NET_SYSTEM_TRAY_COLORS",
+                                                        "_PELISTRA_MENUBAR_WINDOW",
+                                                        "_PELISTRA_MENUBAR_ITEMS",
+                                                        "_PELISTRA_MENUBAR_SCALE",
+                                                        "_PELISTRA_MENUBAR_AUXILIARY_AREAS",
+                                                        "_NET_WM_STRUT_PARTIAL"};
+    atoms_ = x11::internAtoms(connection_, names);
+    // Before the first look, so that a tray that comes meanwhile is not missed.
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK, &mask);
+    events_ = pump.addHandler([this](const auto& event) { handle(event); });
+}
+
+void TrayHost::start() {
+    look();
+    if (!tray_) {
+        logger_.info("There is no menu bar yet; waiting for one");
+    }
+}
+
+double TrayHost::scale() const {
+    constexpr double unscaledDpi = 96;
+    if (tray_ && tray_->scale) {
+        return *tray_->scale;
+    }
+    const auto resources =
+        x11::readProperty(connection_, x11::requestProperty(connection_, connection_.root(),
+                                                            XCB_ATOM_RESOURCE_MANAGER));
+    const auto dpi = resources ? dpiIn(resources->text()) : std::nullopt;
+    return dpi ? *dpi / unscaledDpi : 1;
+}
+
+std::optional<std::vector<std::uint32_t>> TrayHost::dockedWindows() const {
+    if (!tray_ || tray_->barWindow == XCB_WINDOW_NONE) {
+        return std::nullopt;
+    }
+    return wordsOf(connection_, x11::requestProperty(connection_, tray_->owner, atoms_[BarItems],
+                                                     XCB_ATOM_WINDOW));
+}
+
+void TrayHost::requestDock(xcb_window_t window) const {
+    if (!tray_) {
+        return;
+    }
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = tray_->owner;
+    message.type = atoms_[Opcode];
+    message.data.data32[0] = XCB_CURRENT_TIME;
+    message.data.data32[1] = requestDockOpcode;
+    message.data.data32[2] = window;
+    xcb_send_event(connection_.get(), 0, tray_->owner, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+}
+
+SubscriptionPtr TrayHost::observe(std::function<void(Change)> handler) {
+    return observers_.add(std::move(handler));
+}
+
+void TrayHost::handle(const xcb_generic_event_t& event) {
+    switch (x11::typeOf(event)) {
+    case XCB_CLIENT_MESSAGE:
+        handleMessage(x11::eventAs<xcb_client_message_event_t>(event));
+        break;
+    case XCB_DESTROY_NOTIFY:
+        if (tray_ && x11::eventAs<xcb_destroy_notify_event_t>(event).window == tray_->owner) {
+            lose();
+        }
+        break;
+    case XCB_PROPERTY_NOTIFY: {
+        const auto& notify = x11::eventAs<xcb_property_notify_event_t>(event);
+        // Which icons are docked is asked when somebody wants to know.
+        if (tray_ && notify.window == tray_->owner && notify.atom != atoms_[BarItems]) {
+            tray_ = describe(tray_->owner);
+            observers_.call(Change::Changed);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void TrayHost::handleMessage(const xcb_client_message_event_t& message) {
+    if (message.window == connection_.root() && message.type == atoms_[Manager] &&
+        message.format == 32 && message.data.data32[1] == atoms_[Selection]) {
+        look();
+    }
+}
+
+void TrayHost::look() {
+    const x11::Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
+        connection_.get(), xcb_get_selection_owner(connection_.get(), atoms_[Selection]), nullptr));
+    const xcb_window_t owner = reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+    if (tray_ && tray_->owner != owner) {
+        lose();
+    }
+    if (owner == XCB_WINDOW_NONE || tray_) {
+        return;
+    }
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const auto cookie =
+        xcb_change_window_attributes_checked(connection_.get(), owner, XCB_CW_EVENT_MASK, &mask);
+    // An owner that is gone already is announced again by its successor.
+    if (const x11::ErrorPtr error{xcb_request_check(connection_.get(), cookie)}; error) {
+        return;
+    }
+    tray_ = describe(owner);
+    observers_.call(Change::Arrived);
+}
+
+void TrayHost::lose() {
+    logger_.info("The menu bar has gone; waiting for another one");
+    tray_.reset();
+    observers_.call(Change::Left);
+}
+
+Tray TrayHost::describe(xcb_window_t owner) const {
+    const auto visual =
+        x11::requestProperty(connection_, owner, atoms_[VisualProperty], XCB_ATOM_VISUALID);
+    const auto colors = x11::requestProperty(connection_, owner, atoms_[Colors], XCB_ATOM_CARDINAL);
+    const auto bar = x11::requestProperty(connection_, owner, atoms_[BarWindow], XCB_ATOM_WINDOW);
+    const auto scale =
+        x11::requestProperty(connection_, owner, atoms_[BarScale], XCB_ATOM_CARDINAL);
+    const auto areas =
+        x11::requestProperty(connection_, owner, atoms_[BarAreas], XCB_ATOM_CARDINAL);
+    Tray tray;
+    tray.owner = owner;
+    if (const auto words = wordsOf(connection_, visual); words.size() == 1) {
+        tray.visual = connection_.visual(words.front());
+    }
+    if (tray.visual.type == nullptr) {
+        tray.visual = connection_.visual(connection_.screen().root_visual);
+    }
+    tray.foreground = foregroundIn(wordsOf(connection_, colors));
+    if (const auto words = wordsOf(connection_, bar); words.size() == 1) {
+        tray.barWindow = words.front();
+    }
+    tray.scale = scaleIn(wordsOf(connection_, scale));
+    constexpr std::size_t rectWords = 4;
+    if (const auto words = wordsOf(connection_, areas); words.size() == 2 * rectWords) {
+        tray.auxiliaryAreas = {rectIn(words, 0), rectIn(words, rectWords)};
+    }
+    if (tray.barWindow != XCB_WINDOW_NONE) {
+        describeBar(tray);
+    }
+    return tray;
+}
+
+void TrayHost::describeBar(Tray& tray) const {
+    const auto geometryCookie = xcb_get_geometry(connection_.get(), tray.barWindow);
+    const auto strut =
+        x11::requestProperty(connection_, tray.barWindow, atoms_[StrutPartial], XCB_ATOM_CARDINAL);
+    xcb_generic_error_t* rawError = nullptr;
+    const x11::Owned<xcb_get_geometry_reply_t> geometry(
+        xcb_get_geometry_reply(connection_.get(), geometryCookie, &rawError));
+    const x11::ErrorPtr error(rawError);
+    if (geometry) {
+        tray.barHeight = geometry->height;
+    }
+    if (const auto words = wordsOf(connection_, strut); words.size() == Strut{}.size()) {
+        std::ranges::copy(words, tray.strut.emplace().begin());
+    }
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "platform/Logger.h"
+#include "platform/linux/Coordinates.h"
+#include "platform/linux/EventPump.h"
+#include "platform/linux/HandlerList.h"
+#include "platform/linux/ScreenLayout.h"
+#include "platform/x11/Connection.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include <QColor>
+
+namespace pelistra::desktop {
+
+// The system tray that is there now, as far as a program with icons in it needs to know it.
+struct Tray {
+    // The owner of the tray selection.
+    xcb_window_t owner = XCB_WINDOW_NONE;
+    // The visual that icons should have.
+    x11::Connection::Visual visual;
+    // The colour of texts and symbols.
+    std::optional<QColor> foreground;
+    // What only our own menu bar says: its window, the height of that, its scale, its strut, the
+    // areas beside the camera housing.
+    xcb_window_t barWindow = XCB_WINDOW_NONE;
+    std::optional<int> barHeight;
+    std::optional<double> scale;
+    std::optional<Strut> strut;
+    std::optional<std::array<RootRect, 2>> auxiliaryAreas;
+};
+
+// Watches the system tray come, change and go.
+class TrayHost {
+public:
+    enum class Change { Arrived, Changed, Left };
+
+    // Selects the events of the root window that the front end needs (its structure); nobody else
+    // may select events on the root through this connection.
+    TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log);
+    TrayHost(const TrayHost&) = delete;
+    TrayHost& operator=(const TrayHost&) = delete;
+    ~TrayHost() = default;
+
+    // Looks for the tray for the first time; says so in the log when there is none.
+    void start();
+
+    [[nodiscard]] const std::optional<Tray>& tray() const { return tray_; }
+    // Device pixels per point: what the menu bar says, else the resolution of the user's resource
+    // database (96 dpi = 1), else 1.
+    [[nodiscard]] double scale() const;
+    // The windows that our menu bar has docked, asked afresh; empty under any other tray.
+    [[nodiscard]] std::optional<std::vector<std::uint32_t>> dockedWindows() const;
+    // Asks the tray to take the window.
+    void requestDock(xcb_window_t window) const;
+
+    [[nodiscard]] SubscriptionPtr observe(std::function<void(Change)> handler);
+
+private:
+    enum Name : std::uint8_t {
+        Selection,
+        Manager,
+        Opcode,
+        VisualProperty,
+        Colors,
+        BarWindow,
+        BarItems,
+        BarScale,
+        BarAreas,
+        StrutPartial,
+        NameCount
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void handleMessage(const xcb_client_message_event_t& message);
+    void look();
+    void lose();
+    [[nodiscard]] Tray describe(xcb_window_t owner) const;
+    void describeBar(Tray& tray) const;
+
+    x11::Connection& connection_;
+    Logger logger_;
+    std::array<xcb_atom_t, NameCount> atoms_{};
+    std::optional<Tray> tray_;
+    HandlerList<Change> observers_;
+    SubscriptionPtr events_;
+};
+
+} // namespace pelistra::desktop

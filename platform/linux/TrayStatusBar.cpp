@@ -1,0 +1,91 @@
+#include "platform/linux/TrayStatusBar.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pelistra::desktop {
+
+TrayStatusBar::TrayStatusBar(const StatusItemServices& services, EventPump& pump,
+                             MainQueue& mainQueue)
+    : services_(services), pump_(pump), mainQueue_(mainQueue),
+      events_(pump.addHandler([this](const auto& event) { handle(event); })),
+      trayChanges_(
+          services.trayHost.observe([this](TrayHost::Change change) { handleTray(change); })) {}
+
+std::unique_ptr<StatusItem> TrayStatusBar::statusItem(double withLength) {
+    const auto forget = [this](TrayStatusItem& item) { std::erase(items_, &item); };
+    auto item = std::make_unique<TrayStatusItem>(
+        services_,
+        TrayStatusItem::Callbacks{.scheduleDocking = [this] { scheduleDocking(); },
+                                  .ejected = [this](TrayStatusItem&) { itemWasEjected(); },
+                                  .destroyed = forget},
+        withLength);
+    items_.push_back(item.get());
+    scheduleDocking();
+    return item;
+}
+
+void TrayStatusBar::handle(const xcb_generic_event_t& event) {
+    const auto items = items_;
+    for (TrayStatusItem* item : items) {
+        // An action may have ended an item.
+        if (std::ranges::find(items_, item) != items_.end()) {
+            item->handle(event);
+        }
+    }
+}
+
+void TrayStatusBar::handleTray(TrayHost::Change change) {
+    switch (change) {
+    case TrayHost::Change::Arrived:
+        ejections_ = 0;
+        scheduleDocking();
+        break;
+    case TrayHost::Change::Changed:
+        std::ranges::for_each(items_, &TrayStatusItem::refreshLook);
+        break;
+    case TrayHost::Change::Left:
+        std::ranges::for_each(items_, &TrayStatusItem::undock);
+        services_.connection.flush();
+        break;
+    }
+}
+
+void TrayStatusBar::scheduleDocking() {
+    if (!std::exchange(dockingIsScheduled_, true)) {
+        mainQueue_.async(lifetime_.guard([this] { dockItems(); }));
+    }
+}
+
+void TrayStatusBar::dockItems() {
+    dockingIsScheduled_ = false;
+    if (!services_.trayHost.tray()) {
+        return;
+    }
+    std::ranges::for_each(items_, &TrayStatusItem::dock);
+    services_.connection.flush();
+    if (!std::exchange(firstDockingIsOver_, true)) {
+        pump_.waitUntil([this] { return itemsAreLaidOut(); }, layoutPatience);
+    }
+}
+
+void TrayStatusBar::itemWasEjected() {
+    if (++ejections_ <= mostEjections) {
+        mainQueue_.asyncAfter(ejectionPause, lifetime_.guard([this] { scheduleDocking(); }));
+    }
+}
+
+bool TrayStatusBar::itemsAreLaidOut() const {
+    const auto isReady = [](const TrayStatusItem* item) {
+        return !item->isWanted() || item->isDocked();
+    };
+    if (!std::ranges::all_of(items_, isReady)) {
+        return false;
+    }
+    const auto docked = services_.trayHost.dockedWindows();
+    return !docked || std::ranges::all_of(items_, [&docked](const TrayStatusItem* item) {
+        return !item->isWanted() || std::ranges::find(*docked, item->window()) != docked->end();
+    });
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,340 @@
+#include "platform/linux/TrayStatusItem.h"
+
+#include "platform/linux/FileUserDefaults.h"
+#include "platform/linux/QtApplication.h"
+#include "platform/linux/RootFrame.h"
+#include "platform/linux/StatusToolTip.h"
+#include "platform/linux/TrayHost.h"
+#include "platform/linux/WindowCanvas.h"
+#include "platform/linux/XcbScreens.h"
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace pelistra::desktop {
+
+namespace {
+
+constexpr xcb_button_t leftButton = 1;
+constexpr xcb_button_t rightButton = 3;
+
+// The height of an icon under a tray that does not say how high it is, in points.
+constexpr double usualIconHeight = 24;
+// The longest side of an X window.
+constexpr double longestSide = 32767;
+
+std::optional<EventType> typeOfPress(xcb_button_t button) {
+    switch (button) {
+    case leftButton:
+        return EventType::LeftMouseDown;
+    case rightButton:
+        return EventType::RightMouseDown;
+    default:
+        return std::nullopt;
+    }
+}
+
+std::optional<EventType> typeOfRelease(xcb_button_t button) {
+    switch (button) {
+    case leftButton:
+        return EventType::LeftMouseUp;
+    case rightButton:
+        return EventType::RightMouseUp;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+TrayStatusItem::TrayStatusItem(const StatusItemServices& services, Callbacks callbacks,
+                               double length)
+    : services_(services), callbacks_(std::move(callbacks)),
+      button_(std::make_shared<TrayStatusButton>(TrayStatusButton::Callbacks{
+          .redraw = [this] { redraw(); }, .frame = [this] { return frame(); }})),
+      length_(length) {}
+
+TrayStatusItem::~TrayStatusItem() {
+    button_->detach();
+    undock();
+    services_.connection.flush();
+    callbacks_.destroyed(*this);
+}
+
+void TrayStatusItem::setAutosaveName(std::string_view name) {
+    if (name_ == name) {
+        return;
+    }
+    name_ = name;
+    // A tray knows an icon by the name that it had when it came.
+    undock();
+    callbacks_.scheduleDocking();
+}
+
+void TrayStatusItem::setVisible(bool visible) {
+    visible_ = visible;
+    if (visible_) {
+        callbacks_.scheduleDocking();
+    } else {
+        undock();
+        services_.connection.flush();
+    }
+}
+
+void TrayStatusItem::setLength(double length) {
+    if (std::exchange(length_, length) != length) {
+        requestLength();
+    }
+}
+
+void TrayStatusItem::dock() {
+    const auto& tray = services_.trayHost.tray();
+    if (!visible_ || window_ != nullptr || !tray) {
+        return;
+    }
+    const auto position = services_.defaults.numberForKey(positionKey());
+    constexpr double mostItems = 100000;
+    width_ = pixelLength();
+    height_ = pixelHeight();
+    window_ = std::make_unique<TrayIconWindow>(
+        services_.connection, services_.atoms,
+        TrayIconWindow::Traits{
+            .visual = tray->visual,
+            .width = width_,
+            .height = height_,
+            .name = name_,
+            .preferredPosition = position ? std::optional(static_cast<std::uint32_t>(
+                                                std::lround(std::clamp(*position, 0.0, mostItems))))
+                                          : std::nullopt});
+    services_.trayHost.requestDock(window_->id());
+}
+
+void TrayStatusItem::undock() {
+    if (window_ == nullptr) {
+        return;
+    }
+    setHovered(false);
+    window_.reset();
+    embedded_ = false;
+    mapped_ = false;
+    pressed_ = 0;
+}
+
+xcb_window_t TrayStatusItem::window() const {
+    return window_ ? window_->id() : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+void TrayStatusItem::refreshLook() {
+    requestLength();
+    redraw();
+}
+
+void TrayStatusItem::requestLength() {
+    if (window_ != nullptr) {
+        window_->requestSize(pixelLength(), pixelHeight());
+        services_.connection.flush();
+    }
+}
+
+void TrayStatusItem::handle(const xcb_generic_event_t& event) {
+    switch (x11::typeOf(event)) {
+    case XCB_REPARENT_NOTIFY:
+        handleReparent(x11::eventAs<xcb_reparent_notify_event_t>(event));
+        break;
+    case XCB_DESTROY_NOTIFY:
+        if (x11::eventAs<xcb_destroy_notify_event_t>(event).window == window()) {
+            undock();
+            callbacks_.ejected(*this);
+        }
+        break;
+    case XCB_MAP_NOTIFY:
+        if (x11::eventAs<xcb_map_notify_event_t>(event).window == window()) {
+            mapped_ = true;
+        }
+        break;
+    case XCB_UNMAP_NOTIFY:
+        if (x11::eventAs<xcb_unmap_notify_event_t>(event).window == window()) {
+            mapped_ = false;
+        }
+        break;
+    case XCB_CONFIGURE_NOTIFY:
+        handleConfigure(x11::eventAs<xcb_configure_notify_event_t>(event));
+        break;
+    case XCB_EXPOSE: {
+        const auto& expose = x11::eventAs<xcb_expose_event_t>(event);
+        if (expose.window == window() && expose.count == 0) {
+            redraw();
+        }
+        break;
+    }
+    case XCB_ENTER_NOTIFY:
+    case XCB_LEAVE_NOTIFY:
+        if (x11::eventAs<xcb_enter_notify_event_t>(event).event == window()) {
+            setHovered(x11::typeOf(event) == XCB_ENTER_NOTIFY);
+        }
+        break;
+    case XCB_BUTTON_PRESS:
+        handlePress(x11::eventAs<xcb_button_press_event_t>(event));
+        break;
+    case XCB_BUTTON_RELEASE:
+        handleRelease(x11::eventAs<xcb_button_release_event_t>(event));
+        break;
+    case XCB_PROPERTY_NOTIFY:
+        handleProperty(x11::eventAs<xcb_property_notify_event_t>(event));
+        break;
+    default:
+        break;
+    }
+}
+
+void TrayStatusItem::handleReparent(const xcb_reparent_notify_event_t& event) {
+    if (event.window != window()) {
+        return;
+    }
+    embedded_ = event.parent != services_.connection.root();
+    if (!embedded_) {
+        // The tray has died or has let go of the icon. On the root, it would be an ordinary window.
+        undock();
+        services_.connection.flush();
+        callbacks_.ejected(*this);
+    }
+}
+
+void TrayStatusItem::handleConfigure(const xcb_configure_notify_event_t& event) {
+    // What a window manager or embedder sends without having changed anything says nothing new.
+    if (event.window != window() || (width_ == event.width && height_ == event.height)) {
+        return;
+    }
+    const bool isSquare = length_ == squareLength;
+    const bool isHigher = height_ != event.height;
+    width_ = event.width;
+    height_ = event.height;
+    // Under a tray that decides the height itself, a square item follows it.
+    if (isSquare && isHigher && !services_.trayHost.tray()->barHeight) {
+        window_->requestSize(height_, height_);
+    }
+    redraw();
+}
+
+void TrayStatusItem::handlePress(const xcb_button_press_event_t& event) {
+    if (event.event != window() || pressed_ != 0) {
+        return;
+    }
+    if (const auto type = typeOfPress(event.detail)) {
+        services_.toolTip.hide();
+        pressed_ = event.detail;
+        redraw();
+        trigger(*type, event.state);
+    }
+}
+
+void TrayStatusItem::handleRelease(const xcb_button_release_event_t& event) {
+    if (event.event != window() || pressed_ != event.detail) {
+        return;
+    }
+    pressed_ = 0;
+    redraw();
+    const bool isInside = event.event_x >= 0 && event.event_x < width_ && event.event_y >= 0 &&
+                          event.event_y < height_;
+    if (const auto type = typeOfRelease(event.detail); type && isInside) {
+        trigger(*type, event.state);
+    }
+}
+
+void TrayStatusItem::trigger(EventType type, std::uint16_t state) {
+    if (const auto action = button_->actionFor(type)) {
+        const bool withAlt = (state & XCB_MOD_MASK_1) != 0;
+        services_.application.handleEvent(
+            {.type = type, .modifierFlags = withAlt ? modifierOption : 0}, action);
+    }
+}
+
+void TrayStatusItem::setHovered(bool hovered) {
+    if (std::exchange(hovered_, hovered) == hovered) {
+        return;
+    }
+    redraw();
+    if (hovered) {
+        services_.toolTip.schedule(button_, window());
+    } else {
+        services_.toolTip.hide();
+    }
+}
+
+void TrayStatusItem::handleProperty(const xcb_property_notify_event_t& event) {
+    if (event.window == window() && event.atom == services_.atoms[TrayIconAtoms::Position] &&
+        event.state == XCB_PROPERTY_NEW_VALUE) {
+        savePosition();
+    }
+}
+
+void TrayStatusItem::savePosition() {
+    const auto value = x11::readProperty(
+        services_.connection,
+        x11::requestProperty(services_.connection, window(),
+                             services_.atoms[TrayIconAtoms::Position], XCB_ATOM_CARDINAL));
+    const auto words = value ? value->words() : std::vector<std::uint32_t>();
+    if (words.size() == 1) {
+        services_.defaults.setNumber(words.front(), positionKey());
+    }
+}
+
+void TrayStatusItem::redraw() {
+    if (window_ == nullptr || !mapped_) {
+        return;
+    }
+    const auto& tray = services_.trayHost.tray();
+    auto feedback = StatusItemLook::Feedback::None;
+    if (!button_->isInert() && pressed_ != 0) {
+        feedback = StatusItemLook::Feedback::Pressed;
+    } else if (!button_->isInert() && hovered_) {
+        feedback = StatusItemLook::Feedback::Hovered;
+    }
+    const auto picture =
+        pictureOf({.width = width_,
+                   .height = height_,
+                   .scale = services_.trayHost.scale(),
+                   .image = button_->image(),
+                   .foreground = tray && tray->foreground
+                                     ? *tray->foreground
+                                     : QGuiApplication::palette().color(QPalette::WindowText),
+                   .feedback = feedback});
+    services_.canvas.show(window_->id(), window_->visual(), picture.pixels, picture.x, picture.y);
+    services_.connection.flush();
+}
+
+int TrayStatusItem::pixelHeight() const {
+    const auto& tray = services_.trayHost.tray();
+    if (tray && tray->barHeight) {
+        return std::max(1, *tray->barHeight);
+    }
+    return static_cast<int>(std::lround(usualIconHeight * services_.trayHost.scale()));
+}
+
+int TrayStatusItem::pixelLength() const {
+    if (length_ == squareLength) {
+        const auto& tray = services_.trayHost.tray();
+        return isDocked() && tray && !tray->barHeight ? height_ : pixelHeight();
+    }
+    return static_cast<int>(
+        std::lround(std::clamp(length_ * services_.trayHost.scale(), 1.0, longestSide)));
+}
+
+std::optional<ScreenRect> TrayStatusItem::frame() const {
+    if (window_ == nullptr || !embedded_) {
+        return std::nullopt;
+    }
+    const auto pixels = rootFrameOf(services_.connection, window());
+    return pixels ? std::optional(services_.screens.coordinates().toScreen(*pixels)) : std::nullopt;
+}
+
+std::string TrayStatusItem::positionKey() const {
+    return "NSStatusItem Preferred Position " + name_;
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "platform/MainQueue.h"
+#include "platform/StatusBar.h"
+#include "platform/linux/HandlerList.h"
+#include "platform/linux/StatusItemPicture.h"
+#include "platform/linux/TrayIconWindow.h"
+#include "platform/linux/TrayStatusButton.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace pelistra::desktop {
+
+class FileUserDefaults;
+class QtApplication;
+class StatusToolTip;
+class TrayHost;
+class WindowCanvas;
+class XcbScreens;
+
+// What every status item uses; all of it outlives the items.
+struct StatusItemServices {
+    x11::Connection& connection;
+    TrayHost& trayHost;
+    const XcbScreens& screens;
+    QtApplication& application;
+    FileUserDefaults& defaults;
+    const TrayIconAtoms& atoms;
+    const WindowCanvas& canvas;
+    StatusToolTip& toolTip;
+};
+
+// A status item: while it is wanted and a tray is there, an icon in the tray; what it is to show
+// lives on without one.
+class TrayStatusItem final : public StatusItem {
+public:
+    // What the item asks of its status bar.
+    struct Callbacks {
+        // It is to be docked on the next turn.
+        std::function<void()> scheduleDocking;
+        // The tray has thrown it out.
+        std::function<void(TrayStatusItem&)> ejected;
+        std::function<void(TrayStatusItem&)> destroyed;
+    };
+
+    TrayStatusItem(const StatusItemServices& services, Callbacks callbacks, double length);
+    TrayStatusItem(const TrayStatusItem&) = delete;
+    TrayStatusItem& operator=(const TrayStatusItem&) = delete;
+    ~TrayStatusItem() override;
+
+    void setAutosaveName(std::string_view name) override;
+    void setVisible(bool visible) override;
+    void setLength(double length) override;
+    [[nodiscard]] double length() const override { return length_; }
+    [[nodiscard]] std::shared_ptr<StatusButton> button() const override { return button_; }
+
+    // Asks the tray to take the item, if it is wanted and is not in a tray.
+    void dock();
+    // Takes it out of the tray, if it is in one.
+    void undock();
+    // In the tray and mapped.
+    [[nodiscard]] bool isDocked() const { return embedded_ && mapped_; }
+    [[nodiscard]] bool isWanted() const { return visible_; }
+    // XCB_WINDOW_NONE while there is no window.
+    [[nodiscard]] xcb_window_t window() const;
+    // The tray looks different now, or its scale has changed.
+    void refreshLook();
+
+    void handle(const xcb_generic_event_t& event);
+
+private:
+    void handleReparent(const xcb_reparent_notify_event_t& event);
+    void handleConfigure(const xcb_configure_notify_event_t& event);
+    void handlePress(const xcb_button_press_event_t& event);
+    void handleRelease(const xcb_button_release_event_t& event);
+    void handleProperty(const xcb_property_notify_event_t& event);
+    void setHovered(bool hovered);
+    void trigger(EventType type, std::uint16_t state);
+    void savePosition();
+    void requestLength();
+    void redraw();
+    [[nodiscard]] int pixelHeight() const;
+    [[nodiscard]] int pixelLength() const;
+    [[nodiscard]] std::optional<ScreenRect> frame() const;
+    [[nodiscard]] std::string positionKey() const;
+
+    StatusItemServices services_;
+    Callbacks callbacks_;
+    std::shared_ptr<TrayStatusButton> button_;
+    std::string name_;
+    bool visible_ = true;
+    double length_;
+
+    std::unique_ptr<TrayIconWindow> window_;
+    bool embedded_ = false;
+    bool mapped_ = false;
+    // What the tray has given it, in device pixels.
+    int width_ = 0;
+    int height_ = 0;
+    bool hovered_ = false;
+    // The button that went down on the item and is still down; 0 for none.
+    xcb_button_t pressed_ = 0;
+};
+
+} // namespace pelistra::desktop

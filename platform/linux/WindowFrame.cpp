@@ -1,0 +1,159 @@
+#include "platform/linux/WindowFrame.h"
+
+#include "platform/Window.h"
+
+#include <cmath>
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPen>
+#include <QScreen>
+#include <QWindow>
+
+namespace pelistra::desktop {
+
+namespace {
+
+// The close button in the corner of a window without title bar, in points.
+constexpr int closeButtonSize = 28;
+constexpr int closeButtonMargin = 8;
+constexpr double closeCrossInset = 9.5;
+constexpr double closeStroke = 1.6;
+constexpr double hoverStrength = 0.12;
+constexpr double pressedStrength = 0.22;
+
+class CloseButton final : public QAbstractButton {
+public:
+    explicit CloseButton(QWidget* parent) : QAbstractButton(parent) {
+        setFixedSize(closeButtonSize, closeButtonSize);
+        setFocusPolicy(Qt::NoFocus);
+        setAttribute(Qt::WA_Hover);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QColor ink = palette().color(QPalette::WindowText);
+        if (underMouse() || isDown()) {
+            QColor field = ink;
+            field.setAlphaF(static_cast<float>(isDown() ? pressedStrength : hoverStrength));
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(field);
+            painter.drawEllipse(rect());
+        }
+        painter.setPen(QPen(ink, closeStroke, Qt::SolidLine, Qt::RoundCap));
+        const QRectF cross = QRectF(rect()).adjusted(closeCrossInset, closeCrossInset,
+                                                     -closeCrossInset, -closeCrossInset);
+        painter.drawLine(cross.topLeft(), cross.bottomRight());
+        painter.drawLine(cross.topRight(), cross.bottomLeft());
+    }
+};
+
+QSize whole(Size size) {
+    return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
+}
+
+} // namespace
+
+WindowFrame::WindowFrame(Size contentSize, std::uint32_t styleMask) : styleMask_(styleMask) {
+    if (is(window_style::resizable)) {
+        resize(whole(contentSize));
+    } else {
+        setFixedSize(whole(contentSize));
+    }
+    updateFrame();
+}
+
+void WindowFrame::setTitleHidden(bool hidden) {
+    titleHidden_ = hidden;
+    updateFrame();
+}
+
+void WindowFrame::setTitlebarTransparent(bool transparent) {
+    titlebarTransparent_ = transparent;
+    updateFrame();
+}
+
+void WindowFrame::setContentMinimum(Size size) {
+    if (is(window_style::resizable)) {
+        setMinimumSize(whole(size));
+    }
+}
+
+void WindowFrame::updateFrame() {
+    const bool isBare =
+        titleHidden_ && titlebarTransparent_ && is(window_style::fullSizeContentView);
+    Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint;
+    if (isBare || !is(window_style::titled)) {
+        flags |= Qt::FramelessWindowHint;
+    } else {
+        flags |= Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+    }
+    flags.setFlag(Qt::WindowCloseButtonHint, is(window_style::closable));
+    flags.setFlag(Qt::WindowMinimizeButtonHint, is(window_style::miniaturizable));
+    flags.setFlag(Qt::WindowMaximizeButtonHint, is(window_style::resizable));
+    setWindowFlags(flags);
+    if (isBare && is(window_style::closable) && closeButton_.isNull()) {
+        closeButton_ = new CloseButton(this); // NOLINT(*-owning-memory): its parent owns it
+        connect(closeButton_, &QAbstractButton::clicked, this, &QWidget::close);
+        placeCloseButton();
+    }
+}
+
+void WindowFrame::centre() {
+    const QRect area = screen()->availableGeometry();
+    // A third of the free height above, two thirds below.
+    constexpr int heightParts = 3;
+    move(area.x() + (area.width() - width()) / 2,
+         area.y() + (area.height() - height()) / heightParts);
+}
+
+void WindowFrame::bringUp() {
+    if (isMinimized()) {
+        showNormal();
+    } else {
+        show();
+    }
+    raise();
+    activateWindow();
+}
+
+// Closing puts the window away; its owner may show it again.
+void WindowFrame::closeEvent(QCloseEvent* event) {
+    event->accept();
+}
+
+void WindowFrame::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Close) && is(window_style::closable)) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void WindowFrame::mousePressEvent(QMouseEvent* event) {
+    if (movable_ && event->button() == Qt::LeftButton && windowHandle() != nullptr) {
+        windowHandle()->startSystemMove();
+        return;
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void WindowFrame::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    placeCloseButton();
+}
+
+void WindowFrame::placeCloseButton() {
+    if (!closeButton_.isNull()) {
+        closeButton_->move(width() - closeButtonSize - closeButtonMargin, closeButtonMargin);
+        closeButton_->raise();
+    }
+}
+
+} // namespace pelistra::desktop

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/Geometry.h"
+
+#include <cstdint>
+#include <optional>
+
+#include <QPointer>
+#include <QWidget>
+
+class QPushButton;
+class QAbstractButton;
+
+namespace pelistra::desktop {
+
+// The widget of an ordinary window. Without a visible title and with a transparent title bar, the
+// content takes the whole window and a close button lies over its corner; the window manager's
+// frame is left out then, and the window moves by its background.
+class WindowFrame final : public QWidget {
+public:
+    WindowFrame(Size contentSize, std::uint32_t styleMask);
+
+    void setTitleHidden(bool hidden);
+    void setTitlebarTransparent(bool transparent);
+    void setMovableByBackground(bool movable) { movable_ = movable; }
+    void setContentMinimum(Size size);
+    // Puts the window into the middle of its screen's free area, a little above.
+    void centre();
+    // Shows it, un-minimised, in front, and makes it the active window.
+    void bringUp();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    [[nodiscard]] bool is(std::uint32_t style) const { return (styleMask_ & style) != 0; }
+    void updateFrame();
+    void placeCloseButton();
+
+    std::uint32_t styleMask_;
+    bool titleHidden_ = false;
+    bool titlebarTransparent_ = false;
+    bool movable_ = false;
+    // A child widget; Qt's parent owns it.
+    QPointer<QAbstractButton> closeButton_;
+};
+
+} // namespace pelistra::desktop

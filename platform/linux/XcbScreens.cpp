@@ -1,0 +1,174 @@
+#include "platform/linux/XcbScreens.h"
+
+#include "platform/linux/RootFrame.h"
+#include "platform/x11/Atoms.h"
+#include "platform/x11/Properties.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include <xcb/randr.h>
+
+namespace pelistra::desktop {
+
+namespace {
+
+constexpr std::size_t rectWords = 4;
+
+} // namespace
+
+XcbScreens::XcbScreens(x11::Connection& connection, EventPump& pump, TrayHost& trayHost,
+                       MainQueue& mainQueue)
+    : connection_(connection), trayHost_(trayHost), mainQueue_(mainQueue) {
+    const auto atoms = x11::internAtoms(
+        connection_, std::array<std::string_view, 2>{"_NET_WORKAREA", "_NET_CURRENT_DESKTOP"});
+    workAreaAtom_ = atoms[0];
+    currentDesktopAtom_ = atoms[1];
+    const auto* randr = xcb_get_extension_data(connection_.get(), &xcb_randr_id);
+    if (randr != nullptr && randr->present != 0) {
+        // Monitors came with version 1.5; the server answers in the version that it was asked for.
+        constexpr std::uint32_t major = 1;
+        constexpr std::uint32_t minor = 5;
+        const x11::Owned<xcb_randr_query_version_reply_t> version(xcb_randr_query_version_reply(
+            connection_.get(), xcb_randr_query_version(connection_.get(), major, minor), nullptr));
+        if (version && (version->major_version > major || version->minor_version >= minor)) {
+            randrEvent_ = randr->first_event;
+            xcb_randr_select_input(
+                connection_.get(), connection_.root(),
+                XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE | XCB_RANDR_NOTIFY_MASK_RESOURCE_CHANGE);
+        }
+    }
+    lastScreens_ = screens();
+    events_ = pump.addHandler([this](const auto& event) { handle(event); });
+    trayChanges_ = trayHost_.observe([this](TrayHost::Change) { scheduleComparison(); });
+}
+
+std::vector<Screen> XcbScreens::screens() const {
+    return screensFrom(facts());
+}
+
+std::optional<Screen> XcbScreens::main() const {
+    const auto all = screens();
+    if (all.empty()) {
+        return std::nullopt;
+    }
+    const auto point = focusedPoint();
+    const auto found = std::ranges::find_if(
+        all, [&point](const Screen& screen) { return point && screen.frame.contains(*point); });
+    return found == all.end() ? all.front() : *found;
+}
+
+SubscriptionPtr XcbScreens::observeParameterChanges(std::function<void()> handler) {
+    return observers_.add(std::move(handler));
+}
+
+Coordinates XcbScreens::coordinates() const {
+    ScreenFacts facts;
+    facts.monitors = monitors();
+    facts.scale = trayHost_.scale();
+    return coordinatesFrom(facts);
+}
+
+ScreenFacts XcbScreens::facts() const {
+    ScreenFacts facts;
+    facts.monitors = monitors();
+    facts.scale = trayHost_.scale();
+    facts.workArea = workArea();
+    if (const auto& tray = trayHost_.tray()) {
+        facts.barStrut = tray->strut;
+        facts.auxiliaryAreas = tray->auxiliaryAreas;
+    }
+    // The root as the server has it now: what the connection was told at its start ages.
+    facts.root = rootFrameOf(connection_, connection_.root()).value_or(RootRect{});
+    return facts;
+}
+
+std::vector<Monitor> XcbScreens::monitors() const {
+    std::vector<Monitor> result;
+    if (randrEvent_ == 0) {
+        if (const auto root = rootFrameOf(connection_, connection_.root())) {
+            result.push_back({.frame = *root, .isPrimary = true});
+        }
+        return result;
+    }
+    const x11::Owned<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
+        connection_.get(), xcb_randr_get_monitors(connection_.get(), connection_.root(), 1),
+        nullptr));
+    if (!reply) {
+        return result;
+    }
+    for (auto monitor = xcb_randr_get_monitors_monitors_iterator(reply.get()); monitor.rem != 0;
+         xcb_randr_monitor_info_next(&monitor)) {
+        const auto& info = *monitor.data;
+        result.push_back(
+            {.frame = {.x = info.x, .y = info.y, .width = info.width, .height = info.height},
+             .isPrimary = info.primary != 0});
+    }
+    return result;
+}
+
+std::optional<RootRect> XcbScreens::workArea() const {
+    const auto areaRequest =
+        x11::requestProperty(connection_, connection_.root(), workAreaAtom_, XCB_ATOM_CARDINAL);
+    const auto desktopRequest = x11::requestProperty(connection_, connection_.root(),
+                                                     currentDesktopAtom_, XCB_ATOM_CARDINAL);
+    const auto areaValue = x11::readProperty(connection_, areaRequest);
+    const auto desktopValue = x11::readProperty(connection_, desktopRequest);
+    const auto areas = areaValue ? areaValue->words() : std::vector<std::uint32_t>();
+    const auto desktops = desktopValue ? desktopValue->words() : std::vector<std::uint32_t>();
+    const std::size_t desktop = desktops.empty() ? 0 : desktops.front();
+    if (areas.size() / rectWords <= desktop) {
+        return std::nullopt;
+    }
+    const auto* words = areas.data() + desktop * rectWords;
+    return RootRect{.x = static_cast<std::int32_t>(words[0]),
+                    .y = static_cast<std::int32_t>(words[1]),
+                    .width = static_cast<std::int32_t>(words[2]),
+                    .height = static_cast<std::int32_t>(words[3])};
+}
+
+std::optional<ScreenPoint> XcbScreens::focusedPoint() const {
+    const x11::Owned<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
+        connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    // None and PointerRoot are no windows.
+    if (!focus || focus->focus <= XCB_INPUT_FOCUS_POINTER_ROOT ||
+        focus->focus == connection_.root()) {
+        return std::nullopt;
+    }
+    const auto frame = rootFrameOf(connection_, focus->focus);
+    if (!frame) {
+        return std::nullopt;
+    }
+    return coordinates().toScreen(frame->x + frame->width / 2, frame->y + frame->height / 2);
+}
+
+void XcbScreens::handle(const xcb_generic_event_t& event) {
+    const int type = x11::typeOf(event);
+    const bool isRandr =
+        randrEvent_ != 0 && (type == randrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                             type == randrEvent_ + XCB_RANDR_NOTIFY);
+    const bool isRoot =
+        type == XCB_CONFIGURE_NOTIFY &&
+        x11::eventAs<xcb_configure_notify_event_t>(event).window == connection_.root();
+    if (isRandr || isRoot) {
+        scheduleComparison();
+    }
+}
+
+void XcbScreens::scheduleComparison() {
+    if (!std::exchange(comparisonIsScheduled_, true)) {
+        mainQueue_.async(lifetime_.guard([this] { compare(); }));
+    }
+}
+
+void XcbScreens::compare() {
+    comparisonIsScheduled_ = false;
+    const auto before = std::exchange(lastScreens_, screens());
+    if (before != lastScreens_) {
+        observers_.call();
+    }
+}
+
+} // namespace pelistra::desktop

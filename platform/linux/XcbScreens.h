@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/Lifetime.h"
+#include "platform/MainQueue.h"
+#include "platform/Screens.h"
+#include "platform/linux/Coordinates.h"
+#include "platform/linux/EventPump.h"
+#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/TrayHost.h"
+
+namespace pelistra::desktop {
+
+// The monitors as RandR describes them; without RandR, the root window is the one screen.
+class XcbScreens final : public Screens {
+public:
+    XcbScreens(x11::Connection& connection, EventPump& pump, TrayHost& trayHost,
+               MainQueue& mainQueue);
+
+    [[nodiscard]] std::vector<Screen> screens() const override;
+    [[nodiscard]] std::optional<Screen> main() const override;
+    [[nodiscard]] SubscriptionPtr observeParameterChanges(std::function<void()> handler) override;
+
+    // The translation between root pixels and points that holds now.
+    [[nodiscard]] Coordinates coordinates() const;
+
+private:
+    [[nodiscard]] ScreenFacts facts() const;
+    [[nodiscard]] std::vector<Monitor> monitors() const;
+    [[nodiscard]] std::optional<RootRect> workArea() const;
+    [[nodiscard]] std::optional<ScreenPoint> focusedPoint() const;
+    void handle(const xcb_generic_event_t& event);
+    void scheduleComparison();
+    void compare();
+
+    x11::Connection& connection_;
+    TrayHost& trayHost_;
+    MainQueue& mainQueue_;
+    xcb_atom_t workAreaAtom_ = XCB_ATOM_NONE;
+    xcb_atom_t currentDesktopAtom_ = XCB_ATOM_NONE;
+    // The first event of RandR; 0 without RandR.
+    std::uint8_t randrEvent_ = 0;
+    std::vector<Screen> lastScreens_;
+    bool comparisonIsScheduled_ = false;
+    HandlerList<> observers_;
+    SubscriptionPtr events_;
+    SubscriptionPtr trayChanges_;
+    Lifetime lifetime_;
+};
+
+} // namespace pelistra::desktop
