@@ -72,6 +72,10 @@ void FakeMainQueue::advance(Seconds time) {
     const Nanoseconds until = now_ + nanoseconds(time);
     runUntilIdle();
     while (runNextDue(until)) {
+        // What is due at one moment comes before the turns that it asks for.
+        const Nanoseconds moment = now_;
+        while (runNextDue(moment)) {
+        }
         runUntilIdle();
     }
     now_ = until;

@@ -110,6 +110,14 @@ TEST_F(FakeMainQueueTest, TurnsRunBetweenTicks) {
     EXPECT_THAT(ran_, ElementsAre("tick", "hop", "tick", "hop"));
 }
 
+TEST_F(FakeMainQueueTest, WhatIsDueAtOneMomentComesBeforeTheTurnsThatItAsksFor) {
+    queue_.asyncAfter(Seconds(1), [this] { queue_.async(noting("turn of the first")); });
+    queue_.asyncAfter(Seconds(1), noting("second"));
+    queue_.advance(Seconds(1));
+
+    EXPECT_THAT(ran_, ElementsAre("second", "turn of the first"));
+}
+
 TEST_F(FakeMainQueueTest, TheClockStandsWhereTimeWasLetPass) {
     queue_.asyncAfter(Seconds(1), [this] { EXPECT_DOUBLE_EQ(queue_.now().count(), 1); });
     queue_.advance(Seconds(2.5));

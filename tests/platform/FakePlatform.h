@@ -57,6 +57,17 @@ struct FakePlatform {
                       .panels = panels,
                       .globalClicks = globalClicks,
                       .loginItem = loginItem};
+
+    // Sends a mouse event to the button: its action runs, with the event as the current one, when
+    // its mask asks for events of that type.
+    void send(const Event& event, const FakeStatusButton& to) {
+        const auto action = to.action;
+        if (action && (to.mask & maskOf(event.type)) != 0) {
+            application.event = event;
+            action();
+            application.event.reset();
+        }
+    }
 };
 
 } // namespace pelistra::testing

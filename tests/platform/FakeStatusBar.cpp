@@ -19,8 +19,9 @@ std::string hexadecimal(EventMask mask) {
 
 class FakeStatusItem final : public StatusItem {
 public:
-    FakeStatusItem(Journal& journal, std::shared_ptr<FakeStatusItemRecord> record)
-        : journal_(journal), record_(std::move(record)) {}
+    FakeStatusItem(Journal& journal, const std::function<void()>& afterLengthChange,
+                   std::shared_ptr<FakeStatusItemRecord> record)
+        : journal_(journal), afterLengthChange_(afterLengthChange), record_(std::move(record)) {}
     FakeStatusItem(const FakeStatusItem&) = delete;
     FakeStatusItem& operator=(const FakeStatusItem&) = delete;
     ~FakeStatusItem() override {
@@ -39,6 +40,9 @@ public:
     void setLength(double length) override {
         note(".length = " + decimal(length));
         record_->length = length;
+        if (afterLengthChange_) {
+            afterLengthChange_();
+        }
     }
     [[nodiscard]] double length() const override { return record_->length; }
     [[nodiscard]] std::shared_ptr<StatusButton> button() const override { return record_->button; }
@@ -47,6 +51,7 @@ private:
     void note(const std::string& what) { journal_.note(*record_->name + what); }
 
     Journal& journal_;
+    const std::function<void()>& afterLengthChange_;
     std::shared_ptr<FakeStatusItemRecord> record_;
 };
 
@@ -88,7 +93,7 @@ std::unique_ptr<StatusItem> FakeStatusBar::statusItem(double withLength) {
         record->button = std::make_shared<FakeStatusButton>(journal_, record->name);
     }
     items.push_back(record);
-    return std::make_unique<FakeStatusItem>(journal_, std::move(record));
+    return std::make_unique<FakeStatusItem>(journal_, afterLengthChange, std::move(record));
 }
 
 FakeStatusItemRecord& FakeStatusBar::item(std::string_view named) {

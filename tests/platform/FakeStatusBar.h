@@ -4,6 +4,7 @@
 #include "tests/platform/Journal.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -66,6 +67,8 @@ public:
     std::vector<std::shared_ptr<FakeStatusItemRecord>> items;
     // Numbers (from 0, in the order of asking) of the items that get no button.
     std::set<std::size_t> itemsWithoutButton;
+    // Runs after an item was given a length, as a menu bar lays its items out.
+    std::function<void()> afterLengthChange;
 
 private:
     Journal& journal_;
