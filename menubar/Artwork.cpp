@@ -4,6 +4,7 @@
 #include <memory>
 #include <numbers>
 
+#include <fontconfig/fontconfig.h>
 #include <pango/pangocairo.h>
 
 namespace pelistra::menubar {
@@ -200,6 +201,12 @@ ArgbImage plateImage(int itemWidth, const Palette& palette, const Metrics& metri
     setColor(canvas.get(), palette.plate);
     cairo_fill(canvas.get());
     return canvas.finish();
+}
+
+void releaseDrawing() {
+    pango_cairo_font_map_set_default(nullptr);
+    cairo_debug_reset_static_data();
+    FcFini();
 }
 
 } // namespace pelistra::menubar

@@ -48,7 +48,7 @@ WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSi
 // What is asked about a window that wants to be docked.
 struct Docking::Question {
     Question(const Server& server, xcb_window_t window)
-        : client(window), attributes(xcb_get_window_attributes(server.xcb(), window)),
+        : client(listenTo(server, window)), attributes(xcb_get_window_attributes(server.xcb(), window)),
           geometry(xcb_get_geometry(server.xcb(), window)),
           embedInfo(requestProperty(server.connection(), window, server.atom(Atom::XEmbedInfo))),
           hints(requestProperty(server.connection(), window, XCB_ATOM_WM_NORMAL_HINTS)),
@@ -56,6 +56,12 @@ struct Docking::Question {
           name(requestProperty(server.connection(), window, XCB_ATOM_WM_NAME)),
           preferred(requestProperty(server.connection(), window,
                                     server.atom(Atom::PelistraPreferredPosition))) {}
+
+    // Before anything is read, so that no change goes unnoticed in between.
+    static xcb_window_t listenTo(const Server& server, xcb_window_t window) {
+        setEvents(server.xcb(), window, XCB_EVENT_MASK_PROPERTY_CHANGE);
+        return window;
+    }
 
     xcb_window_t client;
     xcb_get_window_attributes_cookie_t attributes;
@@ -142,10 +148,12 @@ void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
         return;
     }
     if (arrival.attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
+        setEvents(server_->xcb(), arrival.client, XCB_EVENT_MASK_NO_EVENT);
         log("window " + hexadecimal(arrival.client) + " cannot be docked: it has nothing to show");
         return;
     }
     if (items_->size() >= itemLimit) {
+        setEvents(server_->xcb(), arrival.client, XCB_EVENT_MASK_NO_EVENT);
         if (!limitLogged_) {
             log("no more than " + std::to_string(itemLimit) + " items can be docked");
         }
@@ -172,7 +180,6 @@ void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
     item->container =
         makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
     xcb_composite_redirect_subwindows(x, item->container.id(), XCB_COMPOSITE_REDIRECT_MANUAL);
-    setEvents(x, item->client, XCB_EVENT_MASK_PROPERTY_CHANGE);
     // From here on the client outlives the bar, however the bar dies.
     xcb_change_save_set(x, XCB_SET_MODE_INSERT, item->client);
     xcb_unmap_window(x, item->client);

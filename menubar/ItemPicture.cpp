@@ -46,6 +46,8 @@ bool ItemPicture::failed(std::uint32_t sequence) {
     if (sequence == namingSequence_) {
         pixmap_.release();
     }
+    // Worth another try when it is composed again.
+    stale_ = true;
     return true;
 }
 

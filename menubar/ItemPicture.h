@@ -25,7 +25,7 @@ public:
     xcb_render_picture_t prepare();
 
     // An error answered the request with this sequence number. Returns whether it was about the
-    // window's pixmap, which is then without a picture until renew().
+    // window's pixmap, which is then named again when it is next composed.
     bool failed(std::uint32_t sequence);
 
     // The window is gone, and with it what the server destroys by itself.

@@ -247,6 +247,14 @@ void MenuBar::forget(xcb_window_t client, bool destroyed) {
 }
 
 void MenuBar::handleMapped(const xcb_map_notify_event_t& event) {
+    if (event.window == window_.id()) {
+        // Only now the docked windows have pixmaps, or new ones when a window manager has come.
+        for (const auto& item : items_.all()) {
+            item->picture.renew();
+        }
+        painter_.expose();
+        return;
+    }
     DockedItem* item = items_.find(event.window);
     if (item != nullptr && event.event == item->container.id()) {
         item->picture.renew();

@@ -96,7 +96,8 @@ EarlyEnd wrong(const std::string& what) {
 }
 
 std::string quoted(std::string_view text) {
-    return "'" + std::string(text) + "'";
+    std::string result(1, '\'');
+    return result.append(text).append(1, '\'');
 }
 
 const Switch* find(std::string_view name) {

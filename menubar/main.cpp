@@ -1,3 +1,4 @@
+#include "menubar/Artwork.h"
 #include "menubar/Log.h"
 #include "menubar/MenuBar.h"
 #include "menubar/Options.h"
@@ -65,5 +66,7 @@ int main(int argc, char** argv) {
         std::fputs(end->text.c_str(), end->status == 0 ? stdout : stderr);
         return end->status;
     }
-    return serve(std::get<Options>(parsed));
+    const int status = serve(std::get<Options>(parsed));
+    releaseDrawing();
+    return status;
 }
