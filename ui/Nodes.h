@@ -285,7 +285,7 @@ struct Animated {
 };
 
 struct AlertButton {
-    std::string label;
+    std::string label = {};
     ButtonRole role = ButtonRole::Regular;
     Action action = {};
 
@@ -293,9 +293,9 @@ struct AlertButton {
 };
 
 struct Alert {
-    std::string title;
-    std::string message;
-    AlertButton button;
+    std::string title = {};
+    std::string message = {};
+    AlertButton button = {};
     bool isPresented = false;
     // Grows with every occasion for the alert. The front end shows it once for each occasion while
     // it is presented, and takes it down when it no longer is: dismissing it changes nothing here,

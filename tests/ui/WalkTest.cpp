@@ -1,0 +1,106 @@
+#include "ui/Walk.h"
+#include "tests/ui/ViewQueries.h"
+#include "ui/Nodes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace pelistra::testing {
+namespace {
+
+using namespace ui;
+using ::testing::ElementsAre;
+using Continued = std::vector<std::optional<std::size_t>>;
+
+View text(const char* text) {
+    return Text{.text = text};
+}
+
+View keyed(std::uint64_t key, const char* content = "content") {
+    return text(content).id(key);
+}
+
+TEST(ChildrenOf, LeavesHaveNone) {
+    for (const View& leaf :
+         {text("a"), View(Symbol{.name = "a"}), View(Picture{}), View(Toggle{.label = "a"}),
+          View(Spacer()), View(Divider()), View(FilledShape{}), View(StrokedShape{})}) {
+        EXPECT_TRUE(childrenOf(leaf).empty());
+    }
+}
+
+TEST(ChildrenOf, StacksGiveTheirChildrenInOrder) {
+    const std::vector<View> children = {text("a"), text("b")};
+    EXPECT_EQ(childrenOf(HStack{.children = children}), children);
+    EXPECT_EQ(childrenOf(VStack{.children = children}), children);
+    EXPECT_EQ(childrenOf(ZStack{.children = children}), children);
+}
+
+TEST(ChildrenOf, ModifiersGiveTheirContent) {
+    const View content = text("a");
+    const std::vector<View> alone = {content};
+    EXPECT_EQ(childrenOf(content.padding({})), alone);
+    EXPECT_EQ(childrenOf(content.frame({})), alone);
+    EXPECT_EQ(childrenOf(content.clipped(Circle())), alone);
+    EXPECT_EQ(childrenOf(content.contentShape(Circle())), alone);
+    EXPECT_EQ(childrenOf(content.help("")), alone);
+    EXPECT_EQ(childrenOf(content.accessibilityLabel("")), alone);
+    EXPECT_EQ(childrenOf(content.id("")), alone);
+    EXPECT_EQ(childrenOf(content.transition({})), alone);
+    EXPECT_EQ(childrenOf(content.animation(EaseOut(), 0)), alone);
+    EXPECT_EQ(childrenOf(content.alert({})), alone);
+    EXPECT_EQ(childrenOf(HorizontalScroll{.content = content}), alone);
+    EXPECT_EQ(childrenOf(Button{.label = content}), alone);
+}
+
+TEST(ChildrenOf, WhatLiesBehindComesFirst) {
+    EXPECT_EQ(childrenOf(text("front").background(text("behind"))),
+              (std::vector<View>{text("behind"), text("front")}));
+    EXPECT_EQ(childrenOf(text("below").overlay(text("above"))),
+              (std::vector<View>{text("below"), text("above")}));
+}
+
+TEST(ChildrenOf, FormsGiveTheRowsOfAllSections) {
+    const View form = GroupedForm{.sections = {{.title = "1", .rows = {text("a"), text("b")}},
+                                               {.title = "2", .rows = {text("c")}}}};
+    EXPECT_THAT(texts(form), ElementsAre("a", "b", "c"));
+}
+
+TEST(KeyOf, OnlyTheOutermostNodeCounts) {
+    EXPECT_EQ(*keyOf(keyed(5)), Key(std::uint64_t{5}));
+    EXPECT_EQ(keyOf(keyed(5).padding({})), nullptr);
+}
+
+TEST(ContinuedFrom, KeysFollowTheirViewWhereverItMoves) {
+    const std::vector<View> before = {keyed(1), keyed(2), keyed(3)};
+    const std::vector<View> after = {keyed(3), keyed(9), keyed(1, "changed")};
+    EXPECT_EQ(continuedFrom(before, after), (Continued{2, std::nullopt, 0}));
+}
+
+TEST(ContinuedFrom, NumbersAndNamesAreDifferentKeys) {
+    const std::vector<View> before = {keyed(1)};
+    const std::vector<View> after = {text("content").id("1")};
+    EXPECT_EQ(continuedFrom(before, after), (Continued{std::nullopt}));
+}
+
+TEST(ContinuedFrom, AKeyThatComesTwiceIsContinuedOnce) {
+    const std::vector<View> before = {keyed(1)};
+    const std::vector<View> after = {keyed(1), keyed(1)};
+    EXPECT_EQ(continuedFrom(before, after), (Continued{0, std::nullopt}));
+}
+
+TEST(ContinuedFrom, WithoutKeysPlaceAndKindDecide) {
+    const std::vector<View> before = {text("a"), Spacer(), text("b")};
+    const std::vector<View> after = {text("x"), text("y"), text("z"), text("new")};
+    EXPECT_EQ(continuedFrom(before, after), (Continued{0, std::nullopt, 2, std::nullopt}));
+}
+
+TEST(ContinuedFrom, KeyedSiblingsDoNotShiftTheOthers) {
+    const std::vector<View> before = {text("a"), keyed(1), text("b")};
+    const std::vector<View> after = {text("a"), text("b")};
+    EXPECT_EQ(continuedFrom(before, after), (Continued{0, 2}));
+}
+
+} // namespace
+} // namespace pelistra::testing
