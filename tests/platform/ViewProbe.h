@@ -4,16 +4,12 @@
 
 #include <cstddef>
 #include <string_view>
-#include <vector>
 
 namespace pelistra {
 class Application;
 }
 
 namespace pelistra::testing {
-
-// The view and all views inside it, each before what it contains, in drawing order.
-std::vector<ui::View> allViews(const ui::View& root);
 
 // Whether a text with exactly these words is drawn anywhere inside.
 bool showsText(const ui::View& root, std::string_view text);

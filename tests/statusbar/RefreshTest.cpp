@@ -1,7 +1,5 @@
 #include "tests/statusbar/StatusBarFixture.h"
-
-#include "tests/platform/ViewProbe.h"
-#include "ui/Nodes.h"
+#include "tests/ui/ViewQueries.h"
 
 #include <algorithm>
 
@@ -19,13 +17,7 @@ protected:
     }
 
     // How many icons the second row holds.
-    [[nodiscard]] std::size_t iconsInRow() const {
-        std::size_t icons = 0;
-        for (const ui::View& view : allViews(row())) {
-            icons += view.as<ui::Represented>() != nullptr ? 1 : 0;
-        }
-        return icons;
-    }
+    [[nodiscard]] std::size_t iconsInRow() const { return all<ui::Represented>(row()).size(); }
 };
 
 TEST_F(RefreshTest, TheListIsRefreshedEveryTwoSecondsWhileCollapsed) {
