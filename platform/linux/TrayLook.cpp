@@ -407,6 +407,18 @@ std::optional<TrayView> TrayLook::look() {
     return replies_.failed() ? std::nullopt : std::optional(std::move(view));
 }
 
+std::optional<Coordinates> TrayLook::coordinates() {
+    if (!replies_.begin(patience)) {
+        return std::nullopt;
+    }
+    Tray tray = findTray();
+    if (tray.owner != XCB_NONE) {
+        readOwner(tray);
+    }
+    return replies_.failed() ? std::nullopt
+                             : std::optional(Coordinates(tray.scale, tray.primaryMonitor));
+}
+
 std::optional<Rect> TrayLook::frameOf(WindowId window) {
     if (!replies_.begin(patience)) {
         return std::nullopt;

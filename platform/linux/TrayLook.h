@@ -68,6 +68,9 @@ public:
     // space; empty when there is no such window.
     [[nodiscard]] std::optional<Rect> frameOf(WindowId window);
 
+    // How root pixels become points now; empty when the server did not answer in time.
+    [[nodiscard]] std::optional<Coordinates> coordinates();
+
     [[nodiscard]] bool serverKnowsProcesses() const { return hasResource_; }
 
 private:

@@ -2,8 +2,11 @@
 pkg_check_modules(XCB_TRAY REQUIRED IMPORTED_TARGET xcb xcb-res xcb-randr xcb-composite xcb-xinput xcb-xtest)
 
 target_sources(pelistra_linux PRIVATE
+    ClickDelivery.cpp
+    PointerDevice.cpp
     TrayLook.cpp
     TrayLookText.cpp
+    X11EventPosting.cpp
     X11ScreenCapture.cpp
     X11ScreenCaptureBitmap.cpp
     X11WindowList.cpp

@@ -1,0 +1,417 @@
+#include "platform/linux/ClickDelivery.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include <xcb/res.h>
+#include <xcb/xcbext.h>
+
+namespace pelistra::desktop {
+
+namespace {
+
+constexpr std::uint8_t leftButton = 1;
+constexpr xcb_input_device_id_t allMasterDevices = 1;
+// A window is rarely this deep in the tree; the bound keeps a search from going on for ever while
+// windows move.
+constexpr int deepestWindow = 32;
+// When to look whether a click has opened a menu: programs need a moment, and some need a second.
+constexpr std::array<Seconds, 6> menuLooks{Seconds{0.05}, Seconds{0.1}, Seconds{0.15},
+                                           Seconds{0.3},  Seconds{0.6}, Seconds{0.8}};
+// How long a program may take to close its menu after a click.
+constexpr Seconds closingTime{0.2};
+// Long enough after the start that a program whose last click was ours has forgotten the device.
+constexpr Seconds cleaningDelay{1};
+
+bool isPresent(const x11::Connection& connection, xcb_extension_t& extension) {
+    const auto* data = xcb_get_extension_data(connection.get(), &extension);
+    return data != nullptr && data->present != 0;
+}
+
+int wholePart(xcb_input_fp1616_t fixed) {
+    constexpr int fractionBits = 16;
+    return fixed >> fractionBits;
+}
+
+} // namespace
+
+ClickDelivery::ClickDelivery(const x11::Connection& connection, MainQueue& mainQueue, LogSink& log)
+    : connection_(&connection), mainQueue_(&mainQueue), logger_(log, "private-activation"),
+      replies_(connection), device_(connection, replies_),
+      hasResource_(isPresent(connection, xcb_res_id)) {
+    mainQueue_->asyncAfter(cleaningDelay, lifetime_.guard([this] {
+        if (replies_.begin(patience)) {
+            device_.removeAbandoned();
+        }
+    }));
+}
+
+ClickDelivery::~ClickDelivery() {
+    if (!device_.exists() || !replies_.begin(patience)) {
+        return;
+    }
+    device_.release();
+    if (device_.isGrabbed()) {
+        const auto own = placeOf(device_.pointer());
+        clickOutside(own.value_or(RootPlace{}));
+    }
+    endWatching();
+    device_.removeWhenQuiet();
+}
+
+std::uint32_t ClickDelivery::clientOf(WindowId window) const {
+    return window & ~xcb_get_setup(connection_->get())->resource_id_mask;
+}
+
+bool ClickDelivery::belongsTo(WindowId window, ProcessId process) {
+    if (!hasResource_) {
+        return true;
+    }
+    const xcb_res_client_id_spec_t client{.client = window,
+                                          .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const auto reply = replies_.take<xcb_res_query_client_ids_reply_t>(
+        xcb_res_query_client_ids(connection_->get(), 1, &client));
+    if (!reply) {
+        return true;
+    }
+    const auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
+    // The server does not know the process of a client on another machine; then the claim counts by
+    // which the caller found it.
+    return id.rem == 0 || xcb_res_client_id_value_value_length(id.data) == 0 ||
+           static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data)) == process;
+}
+
+std::optional<ClickDelivery::Target> ClickDelivery::describe(WindowId window, ProcessId process,
+                                                             RootPlace place) {
+    xcb_connection_t* const server = connection_->get();
+    const auto attributesRequest = xcb_get_window_attributes(server, window);
+    const auto placeRequest = xcb_translate_coordinates(server, connection_->root(), window,
+                                                        static_cast<std::int16_t>(place.x),
+                                                        static_cast<std::int16_t>(place.y));
+    const auto attributes = replies_.take<xcb_get_window_attributes_reply_t>(attributesRequest);
+    const auto inside = replies_.take<xcb_translate_coordinates_reply_t>(placeRequest);
+    if (!attributes || !inside || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+        !belongsTo(window, process)) {
+        return std::nullopt;
+    }
+    return Target{.inside = {.x = inside->dst_x, .y = inside->dst_y},
+                  .eventMask = attributes->all_event_masks};
+}
+
+ClickDelivery::Way ClickDelivery::wayOf(WindowId window, ProcessId process, RootPlace place) {
+    if (!replies_.begin(patience)) {
+        return Way::None;
+    }
+    const auto target = describe(window, process, place);
+    if (!target) {
+        return Way::None;
+    }
+    return (target->eventMask & XCB_EVENT_MASK_BUTTON_PRESS) != 0 ? Way::Sent : Way::SecondPointer;
+}
+
+bool ClickDelivery::press(WindowId window, ProcessId process, RootPlace place) {
+    pressedBy_ = Way::None;
+    if (!replies_.begin(patience)) {
+        return false;
+    }
+    const auto target = describe(window, process, place);
+    if (!target) {
+        return false;
+    }
+    if ((target->eventMask & XCB_EVENT_MASK_BUTTON_PRESS) != 0) {
+        // GTK 2 ignores a press in a window that the pointer has not entered.
+        sendCrossing(window, *target, place);
+        sendButton(XCB_BUTTON_PRESS, window, *target, place);
+        pressedBy_ = Way::Sent;
+    } else if (pressWithDevice(window, place)) {
+        pressedBy_ = Way::SecondPointer;
+    }
+    connection_->flush();
+    return pressedBy_ != Way::None && connection_->isAlive();
+}
+
+bool ClickDelivery::release(WindowId window, ProcessId process, RootPlace place) {
+    const Way way = std::exchange(pressedBy_, Way::None);
+    if (way == Way::None) {
+        return false;
+    }
+    if (way == Way::SecondPointer) {
+        device_.release();
+        ++click_;
+        lookForMenu(window, 0);
+        return connection_->isAlive();
+    }
+    if (!replies_.begin(patience)) {
+        return false;
+    }
+    const auto target = describe(window, process, place);
+    if (target) {
+        sendButton(XCB_BUTTON_RELEASE, window, *target, place);
+        connection_->flush();
+    }
+    // A window that goes away at the press has had its click.
+    return connection_->isAlive();
+}
+
+void ClickDelivery::sendButton(std::uint8_t type, WindowId window, const Target& target,
+                               RootPlace place) {
+    const bool isRelease = type == XCB_BUTTON_RELEASE;
+    const xcb_button_press_event_t event{
+        .response_type = type,
+        .detail = leftButton,
+        .sequence = 0,
+        .time = XCB_CURRENT_TIME,
+        .root = connection_->root(),
+        .event = window,
+        .child = XCB_NONE,
+        // Qt opens its menu at the root coordinates.
+        .root_x = static_cast<std::int16_t>(place.x),
+        .root_y = static_cast<std::int16_t>(place.y),
+        .event_x = static_cast<std::int16_t>(target.inside.x),
+        .event_y = static_cast<std::int16_t>(target.inside.y),
+        .state = static_cast<std::uint16_t>(isRelease ? XCB_BUTTON_MASK_1 : 0),
+        .same_screen = 1,
+        .pad0 = 0};
+    // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
+    const auto* const bytes = reinterpret_cast<const char*>(&event);
+    ignoreErrorOf(xcb_send_event_checked(
+        connection_->get(), 0, window,
+        isRelease ? XCB_EVENT_MASK_BUTTON_RELEASE : XCB_EVENT_MASK_BUTTON_PRESS, bytes));
+}
+
+void ClickDelivery::sendCrossing(WindowId window, const Target& target, RootPlace place) {
+    if ((target.eventMask & XCB_EVENT_MASK_ENTER_WINDOW) == 0) {
+        return;
+    }
+    constexpr std::uint8_t sameScreen = 2;
+    const xcb_enter_notify_event_t event{.response_type = XCB_ENTER_NOTIFY,
+                                         .detail = XCB_NOTIFY_DETAIL_ANCESTOR,
+                                         .sequence = 0,
+                                         .time = XCB_CURRENT_TIME,
+                                         .root = connection_->root(),
+                                         .event = window,
+                                         .child = XCB_NONE,
+                                         .root_x = static_cast<std::int16_t>(place.x),
+                                         .root_y = static_cast<std::int16_t>(place.y),
+                                         .event_x = static_cast<std::int16_t>(target.inside.x),
+                                         .event_y = static_cast<std::int16_t>(target.inside.y),
+                                         .state = 0,
+                                         .mode = XCB_NOTIFY_MODE_NORMAL,
+                                         .same_screen_focus = sameScreen};
+    ignoreErrorOf(xcb_send_event_checked(
+        connection_->get(), 0, window, XCB_EVENT_MASK_ENTER_WINDOW,
+        // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
+        reinterpret_cast<const char*>(&event)));
+}
+
+std::vector<WindowId> ClickDelivery::windowsAt(RootPlace place) {
+    std::vector<WindowId> chain;
+    WindowId window = connection_->root();
+    for (int depth = 0; depth < deepestWindow && window != XCB_NONE; ++depth) {
+        const auto reply =
+            replies_.take<xcb_translate_coordinates_reply_t>(xcb_translate_coordinates(
+                connection_->get(), connection_->root(), window, static_cast<std::int16_t>(place.x),
+                static_cast<std::int16_t>(place.y)));
+        window = reply ? reply->child : WindowId{XCB_NONE};
+        if (window != XCB_NONE) {
+            chain.push_back(window);
+        }
+    }
+    return chain;
+}
+
+bool ClickDelivery::isUncovered(WindowId window, RootPlace place) {
+    const bool isOnScreen = place.x >= 0 && place.y >= 0 &&
+                            place.x < connection_->screen().width_in_pixels &&
+                            place.y < connection_->screen().height_in_pixels;
+    const auto windows = isOnScreen ? windowsAt(place) : std::vector<WindowId>{};
+    return std::ranges::find(windows, window) != windows.end();
+}
+
+bool ClickDelivery::pressWithDevice(WindowId window, RootPlace place) {
+    // The press goes to whatever is topmost at that place, so it must be the window.
+    if (!isUncovered(window, place)) {
+        return false;
+    }
+    if (!device_.prepare()) {
+        logger_.error("No second pointer can be made; this icon cannot be clicked");
+        return false;
+    }
+    if (device_.isGrabbed()) {
+        // The menu of an earlier click would swallow this one.
+        clickOutside(place);
+        if (device_.isGrabbed()) {
+            return false;
+        }
+    }
+    endWatching();
+    device_.moveTo(place);
+    device_.press();
+    return true;
+}
+
+void ClickDelivery::lookForMenu(WindowId icon, std::size_t attempt) {
+    if (attempt == menuLooks.size()) {
+        // Nothing was opened that needs the second pointer: off the icon, so that no tip shows.
+        device_.park();
+        return;
+    }
+    mainQueue_->asyncAfter(menuLooks.at(attempt),
+                           lifetime_.guard([this, icon, attempt, click = click_] {
+                               if (click != click_ || !replies_.begin(patience)) {
+                                   return;
+                               }
+                               if (device_.isGrabbed()) {
+                                   beginWatching(icon);
+                               } else {
+                                   lookForMenu(icon, attempt + 1);
+                               }
+                           }));
+}
+
+void ClickDelivery::beginWatching(WindowId icon) {
+    menu_ = Menu{.icon = icon};
+    selectRawPresses(true);
+    grabUserKeyboard();
+    connection_->flush();
+}
+
+void ClickDelivery::endWatching() {
+    if (!menu_) {
+        return;
+    }
+    if (menu_->keyboardIsGrabbed) {
+        ignoreErrorOf(xcb_input_xi_ungrab_device_checked(connection_->get(), XCB_CURRENT_TIME,
+                                                         device_.userKeyboard()));
+    }
+    selectRawPresses(false);
+    menu_.reset();
+    device_.park();
+}
+
+void ClickDelivery::selectRawPresses(bool on) const {
+    struct {
+        xcb_input_event_mask_t header;
+        std::uint32_t mask;
+    } const events{.header = {.deviceid = allMasterDevices, .mask_len = 1},
+                   .mask = on ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS}
+                              : std::uint32_t{0}};
+    ignoreErrorOf(xcb_input_xi_select_events_checked(connection_->get(), connection_->root(), 1,
+                                                     &events.header));
+}
+
+// The keyboard is grabbed synchronously: it waits at each key for what we decide, so that a key
+// that comes after the menu has closed goes where it would have gone without us.
+void ClickDelivery::grabUserKeyboard() {
+    const std::uint32_t keys =
+        XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
+    const auto reply = replies_.take<xcb_input_xi_grab_device_reply_t>(xcb_input_xi_grab_device(
+        connection_->get(), connection_->root(), XCB_CURRENT_TIME, XCB_NONE, device_.userKeyboard(),
+        XCB_INPUT_GRAB_MODE_22_SYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1, &keys));
+    menu_->keyboardIsGrabbed = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    if (menu_->keyboardIsGrabbed) {
+        allowKey(XCB_INPUT_EVENT_MODE_SYNC_DEVICE);
+    }
+}
+
+void ClickDelivery::allowKey(std::uint8_t mode) const {
+    ignoreErrorOf(xcb_input_xi_allow_events_checked(connection_->get(), XCB_CURRENT_TIME,
+                                                    device_.userKeyboard(), mode, 0, XCB_NONE));
+    connection_->flush();
+}
+
+void ClickDelivery::handle(const xcb_generic_event_t& event) {
+    if (!menu_ || x11::typeOf(event) != XCB_GE_GENERIC) {
+        return;
+    }
+    const auto* const extension = xcb_get_extension_data(connection_->get(), &xcb_input_id);
+    const auto& generic = x11::eventAs<xcb_ge_generic_event_t>(event);
+    if (extension == nullptr || generic.extension != extension->major_opcode) {
+        return;
+    }
+    switch (generic.event_type) {
+    case XCB_INPUT_RAW_BUTTON_PRESS:
+        handlePress(x11::eventAs<xcb_input_raw_button_press_event_t>(event).deviceid);
+        break;
+    case XCB_INPUT_KEY_PRESS:
+        handleKey(x11::eventAs<xcb_input_key_press_event_t>(event), true);
+        break;
+    case XCB_INPUT_KEY_RELEASE:
+        handleKey(x11::eventAs<xcb_input_key_press_event_t>(event), false);
+        break;
+    default:
+        break;
+    }
+}
+
+void ClickDelivery::handleKey(const xcb_input_key_press_event_t& event, bool pressed) {
+    if (event.deviceid != device_.userKeyboard()) {
+        return;
+    }
+    if (!replies_.begin(patience) || !device_.isGrabbed()) {
+        // The menu has gone: the key goes where it was meant to go, and so do all that follow.
+        allowKey(XCB_INPUT_EVENT_MODE_REPLAY_DEVICE);
+        endWatching();
+        return;
+    }
+    const auto keyCode = static_cast<std::uint8_t>(event.detail);
+    if (pressed) {
+        device_.pressKey(keyCode);
+    } else {
+        device_.releaseKey(keyCode);
+        checkMenuSoon();
+    }
+    allowKey(XCB_INPUT_EVENT_MODE_SYNC_DEVICE);
+}
+
+void ClickDelivery::handlePress(xcb_input_device_id_t device) {
+    if (device_.isOwn(device) || !replies_.begin(patience)) {
+        return;
+    }
+    const auto place = placeOf(device);
+    if (!place || !device_.isGrabbed()) {
+        endWatching();
+        return;
+    }
+    const auto windows = windowsAt(*place);
+    const bool isInMenu = std::ranges::find(windows, menu_->icon) == windows.end() &&
+                          std::ranges::any_of(windows, [&](WindowId window) {
+                              return clientOf(window) == clientOf(menu_->icon);
+                          });
+    if (!isInMenu) {
+        clickOutside(*place);
+    }
+    checkMenuSoon();
+}
+
+std::optional<RootPlace> ClickDelivery::placeOf(xcb_input_device_id_t device) {
+    const auto reply = replies_.take<xcb_input_xi_query_pointer_reply_t>(
+        xcb_input_xi_query_pointer(connection_->get(), connection_->root(), device));
+    return reply ? std::optional(
+                       RootPlace{.x = wholePart(reply->root_x), .y = wholePart(reply->root_y)})
+                 : std::nullopt;
+}
+
+void ClickDelivery::clickOutside(RootPlace place) {
+    device_.moveTo(place);
+    device_.press();
+    device_.release();
+}
+
+void ClickDelivery::checkMenuSoon() {
+    mainQueue_->asyncAfter(closingTime, lifetime_.guard([this] { checkMenu(); }));
+}
+
+void ClickDelivery::checkMenu() {
+    if (menu_ && (!replies_.begin(patience) || !device_.isGrabbed())) {
+        endWatching();
+        connection_->flush();
+    }
+}
+
+void ClickDelivery::ignoreErrorOf(xcb_void_cookie_t request) const {
+    xcb_discard_reply(connection_->get(), request.sequence);
+}
+
+} // namespace pelistra::desktop

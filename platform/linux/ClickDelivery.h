@@ -1,0 +1,105 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/Lifetime.h"
+#include "platform/Logger.h"
+#include "platform/MainQueue.h"
+#include "platform/WindowList.h"
+#include "platform/linux/PointerDevice.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/Replies.h"
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace pelistra::desktop {
+
+// Delivers one left click to one window, while the user's own pointer and the keyboard focus stay
+// where they are.
+//
+// A window that listens to core button events (GTK 2, Qt, Tk) gets them sent: nothing else in the
+// server changes. Any other window (GTK 3, GTK 4, Java) is clicked by a second pointer of ours. A
+// menu that opens then belongs to that second pointer: the user's pointer can choose in it, but
+// neither a click outside nor the user's keyboard would reach it. So while such a menu is open a
+// click outside is repeated with the second pointer, and the user's keys go to the menu. Both end
+// with the menu.
+class ClickDelivery {
+public:
+    // How long one question to the server may take.
+    static constexpr std::chrono::milliseconds patience{500};
+
+    // The connection must be used by nobody else, and its events must be handed to handle(). All
+    // must outlive this object. Some seconds from now it removes second pointers that programs
+    // which have crashed left behind.
+    ClickDelivery(const x11::Connection& connection, MainQueue& mainQueue, LogSink& log);
+    ClickDelivery(const ClickDelivery&) = delete;
+    ClickDelivery& operator=(const ClickDelivery&) = delete;
+    // Closes the menu that its last click has opened and takes the second pointer away, which takes
+    // up to half a second if there is one.
+    ~ClickDelivery();
+
+    // Presses the button on a window of that process. False when it is known that the press reached
+    // nobody: there is no such window, it belongs to another process, or it needs the second
+    // pointer and that cannot be made or the window is covered at that place.
+    [[nodiscard]] bool press(WindowId window, ProcessId process, RootPlace place);
+    // Releases what press() has pressed.
+    [[nodiscard]] bool release(WindowId window, ProcessId process, RootPlace place);
+
+    void handle(const xcb_generic_event_t& event);
+
+    // Whether a menu opened by the second pointer is being looked after.
+    [[nodiscard]] bool watchesMenu() const { return menu_.has_value(); }
+    // How a window is reached; for people who look for the reason of a click that did nothing.
+    enum class Way : std::uint8_t { None, Sent, SecondPointer };
+    [[nodiscard]] Way wayOf(WindowId window, ProcessId process, RootPlace place);
+
+private:
+    struct Target {
+        RootPlace inside;
+        std::uint32_t eventMask = 0;
+    };
+    struct Menu {
+        WindowId icon = 0;
+        bool keyboardIsGrabbed = false;
+    };
+
+    [[nodiscard]] std::optional<Target> describe(WindowId window, ProcessId process,
+                                                 RootPlace place);
+    [[nodiscard]] bool belongsTo(WindowId window, ProcessId process);
+    [[nodiscard]] std::vector<WindowId> windowsAt(RootPlace place);
+    [[nodiscard]] bool isUncovered(WindowId window, RootPlace place);
+    void sendButton(std::uint8_t type, WindowId window, const Target& target, RootPlace place);
+    void sendCrossing(WindowId window, const Target& target, RootPlace place);
+    [[nodiscard]] bool pressWithDevice(WindowId window, RootPlace place);
+
+    void lookForMenu(WindowId icon, std::size_t attempt);
+    void beginWatching(WindowId icon);
+    void endWatching();
+    void checkMenuSoon();
+    void checkMenu();
+    void handlePress(xcb_input_device_id_t device);
+    void handleKey(const xcb_input_key_press_event_t& event, bool pressed);
+    [[nodiscard]] std::optional<RootPlace> placeOf(xcb_input_device_id_t device);
+    void clickOutside(RootPlace place);
+    void selectRawPresses(bool on) const;
+    void grabUserKeyboard();
+    void allowKey(std::uint8_t mode) const;
+    [[nodiscard]] std::uint32_t clientOf(WindowId window) const;
+    void ignoreErrorOf(xcb_void_cookie_t request) const;
+
+    const x11::Connection* connection_;
+    MainQueue* mainQueue_;
+    Logger logger_;
+    x11::Replies replies_;
+    PointerDevice device_;
+    bool hasResource_ = false;
+    Way pressedBy_ = Way::None;
+    std::optional<Menu> menu_;
+    // Counts clicks, so that a look for the menu of an earlier one ends.
+    std::uint64_t click_ = 0;
+    Lifetime lifetime_;
+};
+
+} // namespace pelistra::desktop
