@@ -32,9 +32,8 @@ constexpr double largestWidth = 920;
 
 std::optional<Screen> screenWith(const ScreenPoint& point, const Screens& screens) {
     const auto all = screens.screens();
-    const auto found = std::find_if(all.begin(), all.end(), [&point](const Screen& screen) {
-        return screen.frame.contains(point);
-    });
+    const auto found = std::ranges::find_if(
+        all, [&point](const Screen& screen) { return screen.frame.contains(point); });
     return found != all.end() ? *found : screens.main();
 }
 
