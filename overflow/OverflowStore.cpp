@@ -1,5 +1,6 @@
 #include "overflow/OverflowStore.h"
 
+#include "overflow/WindowIdMap.h"
 #include "platform/FatalError.h"
 #include "platform/RunningApplications.h"
 #include "platform/ScreenCapture.h"
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <cmath>
 #include <tuple>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <variant>
@@ -31,40 +31,35 @@ constexpr const char* noMainWindowMessage =
 
 using Items = std::vector<OverflowItem>;
 
-// Items of the windows, in their order, with the pictures that the known items carry. Should the
-// window server name a window twice, its first appearance counts.
+// Items of the windows, in their order, with the pictures that the known items carry.
 Items withKnownPictures(std::vector<PrivateMenuBarWindow> windows, const Items& known) {
-    std::unordered_map<WindowId, const ImagePtr*> pictures;
+    WindowIdMap<const ImagePtr*> pictures(known.size());
     for (const OverflowItem& item : known) {
         pictures.emplace(item.id, &item.capturedImage);
     }
-    std::unordered_set<WindowId> seen;
     Items result;
     result.reserve(windows.size());
     for (auto& window : windows) {
-        if (seen.insert(window.id).second) {
-            const auto picture = pictures.find(window.id);
-            result.push_back(OverflowItem::from(
-                std::move(window), picture != pictures.end() ? *picture->second : nullptr));
-        }
+        const ImagePtr* const* const picture = pictures.find(window.id);
+        result.push_back(
+            OverflowItem::from(std::move(window), picture != nullptr ? **picture : nullptr));
     }
     return result;
 }
 
 // The known items where their windows are now, and an item for each window that had none.
 Items merged(const Items& known, std::vector<PrivateMenuBarWindow> windows) {
-    std::unordered_map<WindowId, std::size_t> positions;
-    positions.reserve(known.size() + windows.size());
-    for (const OverflowItem& item : known) {
-        positions.emplace(item.id, positions.size());
-    }
     Items result = known;
+    WindowIdMap<std::size_t> positions(known.size() + windows.size());
+    for (std::size_t position = 0; position < known.size(); ++position) {
+        positions.emplace(known[position].id, position);
+    }
     for (auto& window : windows) {
-        const auto [entry, isNew] = positions.try_emplace(window.id, result.size());
+        const auto [position, isNew] = positions.emplace(window.id, result.size());
         if (isNew) {
             result.push_back(OverflowItem::from(std::move(window), nullptr));
         } else {
-            result[entry->second].lastKnownFrame = window.frame;
+            result[*position].lastKnownFrame = window.frame;
         }
     }
     return result;
@@ -90,7 +85,9 @@ Items sortedByPlace(Items items, Tie tie) {
                             tie == Tie::SmallerIdFirst ? item.id : position, position);
     }
     // Sorting the small keys first moves each item once.
-    std::ranges::sort(places);
+    if (!std::ranges::is_sorted(places)) {
+        std::ranges::sort(places);
+    }
     Items result;
     result.reserve(items.size());
     for (const auto& place : places) {

@@ -31,12 +31,12 @@ bool hasIconSize(const Rect& frame) {
            frame.height() <= heightUpTo;
 }
 
-std::string ownerNameOf(const WindowInfo& info, const RunningApplication* application) {
-    if (info.ownerName) {
-        return *info.ownerName;
+std::string ownerNameOf(std::optional<std::string> reported,
+                        const RunningApplication* application) {
+    if (!reported && application != nullptr) {
+        reported = application->localizedName();
     }
-    auto localizedName = application != nullptr ? application->localizedName() : std::nullopt;
-    return localizedName ? *std::move(localizedName) : unknownOwner;
+    return std::move(reported).value_or(unknownOwner);
 }
 
 } // namespace
@@ -112,8 +112,8 @@ std::vector<PrivateMenuBarWindow> PrivateMenuBarBridge::windows() const {
     if (ids.empty()) {
         return {};
     }
-    const auto list = windowList_.copyWindowInfo().value_or(std::vector<WindowInfo>{});
-    const auto infos = byNumber(list);
+    auto list = windowList_.copyWindowInfo().value_or(std::vector<WindowInfo>{});
+    auto infos = byNumber(list);
 
     std::vector<PrivateMenuBarWindow> result;
     result.reserve(ids.size());
@@ -146,11 +146,9 @@ std::vector<WindowId> PrivateMenuBarBridge::listedIds(ConnectionId connection) c
     return ids;
 }
 
-PrivateMenuBarBridge::InfoByNumber
-PrivateMenuBarBridge::byNumber(const std::vector<WindowInfo>& infos) {
-    InfoByNumber result;
-    result.reserve(infos.size());
-    for (const WindowInfo& info : infos) {
+PrivateMenuBarBridge::InfoByNumber PrivateMenuBarBridge::byNumber(std::vector<WindowInfo>& infos) {
+    InfoByNumber result(infos.size());
+    for (WindowInfo& info : infos) {
         if (info.number && !result.emplace(*info.number, &info).second) {
             fatalError("the window server listed one window number twice");
         }
@@ -166,27 +164,26 @@ std::optional<Rect> PrivateMenuBarBridge::frameOf(ConnectionId connection, Windo
     return frame;
 }
 
-std::optional<PrivateMenuBarWindow> PrivateMenuBarBridge::record(ConnectionId connection,
-                                                                 WindowId window,
-                                                                 const InfoByNumber& infos) const {
+std::optional<PrivateMenuBarWindow>
+PrivateMenuBarBridge::record(ConnectionId connection, WindowId window, InfoByNumber& infos) const {
     const auto frame = frameOf(connection, window);
     if (!frame || !hasIconSize(*frame)) {
         return std::nullopt;
     }
-    const auto found = infos.find(window);
-    if (found == infos.end() || !found->second->ownerPid) {
+    WindowInfo** const entry = infos.find(window);
+    WindowInfo* const info = entry != nullptr ? std::exchange(*entry, nullptr) : nullptr;
+    if (info == nullptr || !info->ownerPid) {
         return std::nullopt;
     }
-    const WindowInfo& info = *found->second;
-    const auto application = runningApplications_.runningApplication(*info.ownerPid);
-    return PrivateMenuBarWindow{.id = window,
-                                .ownerPID = *info.ownerPid,
-                                .ownerName = ownerNameOf(info, application.get()),
-                                .windowName = info.name.value_or(std::string()),
-                                .bundleIdentifier =
-                                    application ? application->bundleIdentifier() : std::nullopt,
-                                .frame = *frame,
-                                .applicationIcon = application ? application->icon() : nullptr};
+    const auto application = runningApplications_.runningApplication(*info->ownerPid);
+    return PrivateMenuBarWindow{
+        .id = window,
+        .ownerPID = *info->ownerPid,
+        .ownerName = ownerNameOf(std::move(info->ownerName), application.get()),
+        .windowName = std::move(info->name).value_or(std::string()),
+        .bundleIdentifier = application ? application->bundleIdentifier() : std::nullopt,
+        .frame = *frame,
+        .applicationIcon = application ? application->icon() : nullptr};
 }
 
 } // namespace pelistra

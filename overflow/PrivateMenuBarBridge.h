@@ -2,13 +2,13 @@
 
 #include "overflow/OverflowServices.h"
 #include "overflow/PrivateMenuBarWindow.h"
+#include "overflow/WindowIdMap.h"
 #include "platform/Logger.h"
 #include "platform/PrivateLibrary.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 namespace pelistra {
@@ -31,8 +31,8 @@ public:
 
     [[nodiscard]] bool hasSymbols() const { return symbols_.has_value(); }
 
-    // The menu-bar windows of all processes that are there now, in the window server's order; empty
-    // when it gives no answer.
+    // The menu-bar windows of all processes that are there now, each once, in the window server's
+    // order; empty when it gives no answer.
     [[nodiscard]] std::vector<PrivateMenuBarWindow> windows() const;
 
     // Where a window is now, in global coordinates; empty without the functions or when the window
@@ -47,14 +47,15 @@ private:
         MenuBarWindowListFunction menuBarWindowList;
         WindowFrameFunction windowFrame;
     };
-    using InfoByNumber = std::unordered_map<WindowId, const WindowInfo*>;
+    using InfoByNumber = WindowIdMap<WindowInfo*>;
 
     [[nodiscard]] std::optional<Symbols> loadSymbols() const;
-    [[nodiscard]] static InfoByNumber byNumber(const std::vector<WindowInfo>& infos);
+    [[nodiscard]] static InfoByNumber byNumber(std::vector<WindowInfo>& infos);
     [[nodiscard]] std::vector<WindowId> listedIds(ConnectionId connection) const;
     [[nodiscard]] std::optional<Rect> frameOf(ConnectionId connection, WindowId window) const;
+    // Takes what it needs out of the window's entry, which is then gone from the map.
     [[nodiscard]] std::optional<PrivateMenuBarWindow>
-    record(ConnectionId connection, WindowId window, const InfoByNumber& infos) const;
+    record(ConnectionId connection, WindowId window, InfoByNumber& infos) const;
 
     PrivateLibrary& library_;
     WindowList& windowList_;

@@ -5,14 +5,18 @@
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace pelistra::testing {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Eq;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
@@ -199,6 +203,13 @@ TEST_F(PrivateMenuBarBridgeTest, KeepsTheServersOrder) {
     place(10, clockPid, 100);
     place(20, clockPid, 250);
     EXPECT_THAT(idsOf(makeBridge()->windows()), ElementsAre(30, 10, 20));
+}
+
+TEST_F(PrivateMenuBarBridgeTest, WindowNamedTwiceIsOneRecord) {
+    place(1, clockPid, 10);
+    place(2, clockPid, 50);
+    library.ids = {1, 2, 1};
+    EXPECT_THAT(idsOf(makeBridge()->windows()), ElementsAre(1, 2));
 }
 
 TEST_F(PrivateMenuBarBridgeTest, WithoutWindowListNothingIsKnown) {
@@ -388,6 +399,19 @@ TEST_F(PrivateMenuBarBridgeTest, WindowFrameIsEmptyWhenTheServerRefuses) {
     library.frameErrors[9] = 1000;
     EXPECT_EQ(bridge->windowFrame(9), std::nullopt);
     EXPECT_THAT(log.lines, IsEmpty());
+}
+
+TEST_F(PrivateMenuBarBridgeTest, SharedBridgeIsMadeOnceForAllThreads) {
+    std::vector<std::shared_ptr<PrivateMenuBarBridge>> bridges(8);
+    {
+        std::vector<std::jthread> threads;
+        for (auto& bridge : bridges) {
+            threads.emplace_back(
+                [this, &bridge] { bridge = PrivateMenuBarBridge::shared(services()); });
+        }
+    }
+    EXPECT_THAT(bridges, Each(Eq(bridges.front())));
+    EXPECT_THAT(journal.entriesStartingWith("dlopen"), SizeIs(1));
 }
 
 TEST_F(PrivateMenuBarBridgeTest, SharedBridgeIsMadeOnce) {
