@@ -35,14 +35,28 @@ View dividerLine(double height) {
         .frame({.width = 3, .height = height});
 }
 
+// The hidden section, on a tint that sets it off from the rest of the bar.
+View hiddenSection() {
+    const RoundedRectangle tint = {.cornerRadius = 10};
+    return OnboardingView::sampleIcons(5, hiddenOpacity)
+        .padding(Edges::all(spacing::medium))
+        .background(
+            FilledShape{.outline = tint, .fill = Color{.base = Role::Accent, .opacity = 0.12}});
+}
+
 View menuBarIllustration() {
     const View arrow = Symbol{.name = "chevron.right", .font = {.size = TextStyle::Headline}};
-    const RoundedRectangle card = {.cornerRadius = 14};
-    return View(HStack{.spacing = spacing::large,
-                       .children = {OnboardingView::sampleIcons(5, hiddenOpacity), dividerLine(24),
-                                    OnboardingView::sampleIcons(3, visibleOpacity), arrow}})
-        .padding(
-            {.top = 18, .leading = spacing::section, .bottom = 18, .trailing = spacing::section})
+    const RoundedRectangle card = {.cornerRadius = 16};
+    return View(HStack{.spacing = spacing::medium,
+                       .children = {hiddenSection(), dividerLine(26),
+                                    OnboardingView::sampleIcons(3, visibleOpacity)
+                                        .padding({.leading = spacing::small,
+                                                  .trailing = spacing::small}),
+                                    arrow}})
+        .padding({.top = spacing::medium,
+                  .leading = spacing::medium,
+                  .bottom = spacing::medium,
+                  .trailing = spacing::large})
         .background(FilledShape{.outline = card, .fill = Color{.base = palette::card}})
         .overlay(StrokedShape{.outline = card, .color = {.opacity = 0.1}});
 }
