@@ -67,8 +67,8 @@ void AppDelegate::completeOnboarding() {
     onboardingWindowController_->close();
     // The window goes one turn later: its own button may be what completed onboarding, and must
     // outlive its click.
-    platform_.mainQueue.async(
-        [window = std::shared_ptr<Window>(std::move(onboardingWindowController_))] {});
+    closedWindows_.push_back(std::move(onboardingWindowController_));
+    platform_.mainQueue.async(lifetime_.guard([this] { closedWindows_.clear(); }));
 }
 
 std::unique_ptr<Window> AppDelegate::makeSettingsWindow() {

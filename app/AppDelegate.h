@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 
 #include <memory>
+#include <vector>
 
 namespace pelistra {
 
@@ -46,6 +47,7 @@ private:
     std::unique_ptr<StatusBarController> statusBarController_;
     std::unique_ptr<Window> settingsWindowController_;
     std::unique_ptr<Window> onboardingWindowController_;
+    std::vector<std::unique_ptr<Window>> closedWindows_;
     Lifetime lifetime_;
 };
 

@@ -1,6 +1,6 @@
 #include "statusbar/RevealGeometry.h"
 
-#include "statusbar/StatusBarController.h"
+#include "statusbar/SectionLengths.h"
 
 #include <algorithm>
 
@@ -45,7 +45,7 @@ double RevealGeometry::temporaryDividerLength(const Rect& currentItemFrame, cons
     const double distance = target - currentItemFrame.minX();
     // Written so that a distance that is not a number counts as none.
     const double shift = distance > 0 ? distance : 0;
-    return std::max(dividerLength - shift, StatusBarController::Lengths::expanded);
+    return std::max(dividerLength - shift, SectionLengths::expanded);
 }
 
 } // namespace pelistra

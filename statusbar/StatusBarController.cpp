@@ -13,7 +13,6 @@
 #include "statusbar/StatusItemNames.h"
 #include "statusbar/StatusTexts.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -45,26 +44,10 @@ std::shared_ptr<OverflowStore> makeOverflowStore(const Platform& platform) {
 
 } // namespace
 
-double StatusBarController::Lengths::collapsed(const Screens& screens) {
-    constexpr double withoutScreens = 3456;
-    constexpr double longest = 10'000;
-    constexpr double shortest = 500;
-
-    const auto all = screens.screens();
-    if (all.empty()) {
-        return withoutScreens;
-    }
-    double widest = all.front().frame.width();
-    for (const Screen& screen : all) {
-        widest = std::max(widest, screen.frame.width());
-    }
-    return std::max(std::min(2 * widest, longest), shortest);
-}
-
 StatusBarController::StatusBarController(const Platform& platform,
                                          std::function<void()> showSettings)
     : platform_(platform), logger_(platform.log, "status-bar"),
-      overflowStore_(makeOverflowStore(platform)),
+      showSettings_(std::move(showSettings)), overflowStore_(makeOverflowStore(platform)),
       itemWindows_(platform.windowList, platform.application), revealGeometry_(platform.screens) {
     // The menu bar looks the positions up when the items come, so they are written first; and it
     // puts a new item left of the one before, so the control comes first.
@@ -72,7 +55,6 @@ StatusBarController::StatusBarController(const Platform& platform,
     installInitialPositionIfNeeded(1, status_item_names::divider, platform_.defaults);
     controlItem_ = makeItem(status_item_names::control);
     dividerItem_ = makeItem(status_item_names::divider);
-    showSettings_ = std::move(showSettings);
 
     controlItem_->setVisible(true);
     dividerItem_->setVisible(true);

@@ -9,6 +9,7 @@
 #include "platform/Subscription.h"
 #include "statusbar/Generation.h"
 #include "statusbar/RevealGeometry.h"
+#include "statusbar/SectionLengths.h"
 #include "statusbar/StatusItemWindows.h"
 
 #include <functional>
@@ -27,15 +28,7 @@ struct OverflowItem;
 // divider by growing the divider until the menu bar pushes it off the screen. Main thread only.
 class StatusBarController {
 public:
-    // The divider's two lengths, in points.
-    struct Lengths {
-        // Wide enough for the divider's picture (12 points) with a point of air on either side.
-        static constexpr double expanded = 14;
-
-        // Twice the width of the widest screen, so that whatever stands left of the divider leaves
-        // every screen; between 500 and 10,000. Read afresh from the screens.
-        [[nodiscard]] static double collapsed(const Screens& screens);
-    };
+    using Lengths = SectionLengths;
 
     // Puts both items into the menu bar, expanded. On the next turn of the main queue it checks
     // their order and obeys the process's switches. `showSettings` is called when the user asks for

@@ -15,12 +15,12 @@ std::optional<Rect> StatusItemWindows::statusWindowFrame(std::string_view named)
     const auto window = std::ranges::find_if(*windows, [&](const WindowInfo& info) {
         return info.ownerPid == ownPid && info.layer == statusWindowLayer && info.name == named;
     });
-    if (window == windows->end() || !window->bounds) {
+    const auto bounds = window == windows->end() ? std::nullopt : window->bounds;
+    if (!bounds) {
         return std::nullopt;
     }
-    const WindowBounds& bounds = *window->bounds;
-    return makeRect<GlobalSpace>(bounds.x.value_or(0), bounds.y.value_or(0),
-                                 bounds.width.value_or(0), bounds.height.value_or(0));
+    return makeRect<GlobalSpace>(bounds->x.value_or(0), bounds->y.value_or(0),
+                                 bounds->width.value_or(0), bounds->height.value_or(0));
 }
 
 } // namespace pelistra

@@ -353,6 +353,16 @@ TEST_F(AppDelegateTest, TheGuidesLastButtonCompletesOnboardingAndSurvivesItsOwnC
     EXPECT_TRUE(window(0).destroyed);
 }
 
+TEST_F(AppDelegateTest, AWindowThatHasJustClosedGoesWithTheDelegateAtTheLatest) {
+    launchAndSettle();
+    delegate_->showOnboarding();
+    delegate_->completeOnboarding();
+    delegate_.reset();
+
+    EXPECT_TRUE(window(0).destroyed);
+    EXPECT_NO_THROW(fake_.mainQueue.runUntilIdle());
+}
+
 TEST_F(AppDelegateTest, AfterCompletingARelaunchOfTheVersionShowsNothing) {
     onboardingIsNotDone();
     launchAndSettle();
