@@ -158,6 +158,7 @@ TEST_P(RealTrayProgramTests, ShowsItsIconInAForeignTray) {
     const auto program = startTrayProgram(display, GetParam());
     EXPECT_TRUE(waitFor([&] { return dockedWindow(client, GetParam().className).has_value(); }))
         << program->output();
+    program->terminate(std::chrono::seconds(1));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, RealTrayProgramTests, ::testing::ValuesIn(realTrayPrograms()),

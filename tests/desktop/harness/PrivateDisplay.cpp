@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace pelistra::testing {
@@ -15,6 +15,8 @@ namespace {
 // What a program needs of the environment that the tests run in. All else would let the user's
 // session leak in.
 constexpr const char* inherited[] = {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
+
+constexpr std::chrono::seconds serverEndTime{5};
 
 Environment baseEnvironment() {
     Environment environment{
@@ -32,23 +34,36 @@ Environment baseEnvironment() {
     return environment;
 }
 
-std::string firstLine(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    std::string line;
-    // A line without its end is still being written.
-    return std::getline(stream, line) && !stream.eof() ? line : std::string();
+// The first whole line of a program's output that `isAnswer` accepts; empty while there is none.
+// Servers mix warnings with it, for example about displays that others use.
+std::string answerIn(const ChildProcess& program, bool (*isAnswer)(const std::string&)) {
+    std::istringstream stream(program.output());
+    for (std::string line; std::getline(stream, line) && !stream.eof();) {
+        if (isAnswer(line)) {
+            return line;
+        }
+    }
+    return {};
 }
 
-std::string waitForFirstLine(const std::filesystem::path& file, ChildProcess& writer) {
-    std::string line;
-    const bool came = waitFor([&] {
-        line = firstLine(file);
-        return !line.empty() || !writer.isRunning();
-    });
-    if (!came || line.empty()) {
-        throw std::runtime_error(writer.name() + " did not come up: " + writer.output());
+std::string waitForAnswer(ChildProcess& program, bool (*isAnswer)(const std::string&)) {
+    std::string answer;
+    static_cast<void>(waitFor([&] {
+        answer = answerIn(program, isAnswer);
+        return !answer.empty() || !program.isRunning();
+    }));
+    if (answer.empty()) {
+        throw std::runtime_error(program.name() + " did not come up: " + program.output());
     }
-    return line;
+    return answer;
+}
+
+bool isDisplayNumber(const std::string& line) {
+    return !line.empty() && line.find_first_not_of("0123456789") == std::string::npos;
+}
+
+bool isBusAddress(const std::string& line) {
+    return line.starts_with("unix:");
 }
 
 // Shows a window and says whether the window manager has taken it. Its properties on the root come
@@ -80,6 +95,15 @@ PrivateDisplay::PrivateDisplay(const Options& options) : environment_(baseEnviro
     }
 }
 
+PrivateDisplay::~PrivateDisplay() {
+    windowManager_.reset();
+    sessionBus_.reset();
+    if (server_) {
+        // Asked to end, it removes its lock and its socket.
+        server_->terminate(serverEndTime);
+    }
+}
+
 void PrivateDisplay::setEnvironment(const std::string& variable, const std::string& value) {
     environment_[variable] = value;
 }
@@ -106,6 +130,7 @@ void PrivateDisplay::makeFolders() {
         {"XDG_CACHE_HOME", "cache"},
         {"XDG_DATA_HOME", "data"},
         {"XDG_RUNTIME_DIR", "runtime"},
+        {"TMPDIR", "tmp"},
     };
     for (const auto& [variable, name] : folders) {
         const std::filesystem::path path = folder() / name;
@@ -122,15 +147,14 @@ void PrivateDisplay::startServer(const Options& options) {
     server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-dpi",
                      std::to_string(options.dpi), "-nolisten", "tcp", "-noreset", "+extension",
                      "RANDR", "+extension", "Composite"});
-    name_ = ":" + waitForFirstLine(folder() / "1-Xvfb.log", *server_);
+    name_ = ":" + waitForAnswer(*server_, isDisplayNumber);
     environment_["DISPLAY"] = name_;
 }
 
 void PrivateDisplay::startSessionBus() {
     sessionBus_ = start({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                          "--address=unix:path=" + (folder() / "runtime" / "bus").string()});
-    const std::string log = std::to_string(startedPrograms_) + "-dbus-daemon.log";
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = waitForFirstLine(folder() / log, *sessionBus_);
+    environment_["DBUS_SESSION_BUS_ADDRESS"] = waitForAnswer(*sessionBus_, isBusAddress);
 }
 
 void PrivateDisplay::startWindowManager() {

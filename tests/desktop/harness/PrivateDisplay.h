@@ -26,6 +26,9 @@ public:
     // Throws std::runtime_error when a server does not come up in time.
     explicit PrivateDisplay(const Options& options);
     PrivateDisplay() : PrivateDisplay(Options{}) {}
+    PrivateDisplay(const PrivateDisplay&) = delete;
+    PrivateDisplay& operator=(const PrivateDisplay&) = delete;
+    ~PrivateDisplay();
 
     // For example ":7".
     [[nodiscard]] const std::string& name() const { return name_; }

@@ -68,7 +68,10 @@ bool OrganiserUnderTest::isCollapsed() {
 }
 
 void OrganiserUnderTest::completeOnboarding(const PrivateDisplay& display) {
-    static_cast<void>(display);
+    const std::filesystem::path folder = display.configFolder() / "pelistra";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "defaults")
+        << "\"hasCompletedOnboarding." << PELISTRA_VERSION << "\" = true\n";
 }
 
 } // namespace pelistra::testing

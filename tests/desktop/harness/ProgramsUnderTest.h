@@ -52,8 +52,8 @@ public:
     [[nodiscard]] std::optional<WindowFrame> dividerFrame();
     // The divider is at least 500 points long: nothing else makes it longer than its own 14.
     [[nodiscard]] bool isCollapsed();
-    // Marks onboarding of every version that may be built here as done, so that its window does not
-    // open. Call it before the organiser starts.
+    // Marks the onboarding of this version as done in the defaults file, so that its window does
+    // not open. Call it before the organiser starts for the first time.
     static void completeOnboarding(const PrivateDisplay& display);
 
 private:

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "tests/desktop/harness/ProgramsUnderTest.h"
+#include "tests/desktop/harness/RealTrayPrograms.h"
+#include "tests/desktop/harness/UserInput.h"
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pelistra::testing {
+
+// A whole desktop: private X server, window manager, session bus, and on request our bar, our
+// organiser and real tray programs, with a client that looks at it all and a hand that works it.
+class Desktop {
+public:
+    using Size = PrivateDisplay::Options;
+
+    Desktop() : Desktop(Size{}) {}
+    explicit Desktop(Size size);
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+    ~Desktop();
+
+    [[nodiscard]] PrivateDisplay& display() { return display_; }
+    [[nodiscard]] XClient& x() { return client_; }
+    [[nodiscard]] UserInput& input() { return input_; }
+
+    BarUnderTest& startBar(const std::vector<std::string>& options = {});
+    // With onboarding done, unless it has been started on this desktop before.
+    OrganiserUnderTest&
+    startOrganiser(const std::vector<std::string>& options = {},
+                   OrganiserUnderTest::WaitForItems wait = OrganiserUnderTest::WaitForItems::Yes);
+    // Starts it and waits for its icon on the bar; throws std::runtime_error when none comes.
+    ChildProcess& startProgram(const std::string& program);
+    // The programs must have been started.
+    [[nodiscard]] BarUnderTest& bar() { return *bar_; }
+    [[nodiscard]] OrganiserUnderTest& organiser() { return *organiser_; }
+    [[nodiscard]] ChildProcess& program(const std::string& name);
+    void endOrganiser() { organiser_.reset(); }
+    void endPrograms();
+
+    struct Item {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        std::string className;
+        WindowFrame frame;
+
+        bool operator==(const Item&) const = default;
+    };
+    // What the bar holds, left to right.
+    [[nodiscard]] std::vector<Item> items();
+    // Foreign items left of the divider, and right of it.
+    [[nodiscard]] std::vector<Item> hiddenSection();
+    [[nodiscard]] std::vector<Item> visibleSection();
+    // WM_CLASS classes of items(), left to right; our own two by their autosave names.
+    [[nodiscard]] std::vector<std::string> order();
+    [[nodiscard]] std::optional<Item> item(const std::string& className);
+
+    // Every item of the hidden section lies left of the screen and is still mapped.
+    [[nodiscard]] bool hiddenSectionIsOffScreen();
+    // Every item of the bar lies on the screen and is mapped.
+    [[nodiscard]] bool everythingIsOnScreen();
+    // Waits for either, for as long as patience allows.
+    [[nodiscard]] bool waitUntilCollapsed();
+    [[nodiscard]] bool waitUntilExpanded();
+
+    // Clicks the arrow where it is now; false when it is not on the bar.
+    [[nodiscard]] bool clickControl(UserInput::Button button = UserInput::Button::Left,
+                                    const UserInput::Modifiers& modifiers = {});
+    // Moves an item by Super-drag so that its middle comes to `x`; false when it is not there.
+    [[nodiscard]] bool dragItem(const std::string& className, int x,
+                                const UserInput::Modifiers& modifiers = {keys::super});
+    // Puts an item between the divider and the arrow.
+    [[nodiscard]] bool dragIntoVisibleSection(const std::string& className);
+
+    // Gives the only output a mode of that size, at most the size the display was started with;
+    // throws std::runtime_error when the server refuses.
+    void setScreenSize(int width, int height);
+    // Divides the screen into monitors side by side; the first is the primary one. Their widths
+    // must add up to the screen's.
+    void setMonitors(const std::vector<int>& widths);
+
+private:
+    void runXrandr(const std::vector<std::string>& arguments);
+
+    struct RunningProgram {
+        std::string name;
+        std::unique_ptr<ChildProcess> process;
+    };
+
+    PrivateDisplay display_;
+    XClient client_;
+    UserInput input_{client_};
+    std::unique_ptr<BarUnderTest> bar_;
+    std::unique_ptr<OrganiserUnderTest> organiser_;
+    std::vector<RunningProgram> programs_;
+};
+
+void PrintTo(const Desktop::Item& item, std::ostream* stream);
+
+} // namespace pelistra::testing
