@@ -91,6 +91,8 @@ TEST_F(SecondRowBadInputTest, AScreenNarrowerThanTheMarginsGivesAnEmptyWidthNotA
     button_->frame = makeRect<ScreenSpace>(0, barBottom, 12, 24);
     show();
     EXPECT_EQ(panel().contentSize.width, 0);
+    // The margins cross, and the right one wins.
+    EXPECT_EQ(panel().frame().minX(), 4);
 }
 
 TEST_F(SecondRowBadInputTest, AThousandOpeningsLeaveOneMonitorAndOneObserver) {
