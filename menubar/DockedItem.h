@@ -51,7 +51,6 @@ struct DockedItem {
 
     // The request that moves it into its container, to know its failure by.
     std::uint32_t reparentSequence = 0;
-    bool errorLogged = false;
 
     [[nodiscard]] bool hasSlot() const { return state == ItemState::Shown; }
     // Its size hints were read again. Only a change counts as a wish, so that a program that sets the

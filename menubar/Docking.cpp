@@ -1,7 +1,6 @@
 #include "menubar/Docking.h"
 
 #include "menubar/ForeignText.h"
-#include "menubar/Log.h"
 #include "menubar/XEmbed.h"
 #include "platform/x11/Properties.h"
 
@@ -142,22 +141,23 @@ void Docking::dockRequested(const Metrics& metrics) {
     }
 }
 
-void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
+std::string Docking::faultOf(const Arrival& arrival) const {
     if (!arrival.isAlive()) {
-        log("window " + hexadecimal(arrival.client) + " went away while it was being docked");
-        return;
+        return "went away while it was being docked";
     }
     if (arrival.attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
-        setEvents(server_->xcb(), arrival.client, XCB_EVENT_MASK_NO_EVENT);
-        log("window " + hexadecimal(arrival.client) + " cannot be docked: it has nothing to show");
-        return;
+        return "cannot be docked: it has nothing to show";
     }
     if (items_->size() >= itemLimit) {
+        return "is not docked: there are " + std::to_string(itemLimit) + " items already";
+    }
+    return {};
+}
+
+void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
+    if (const std::string fault = faultOf(arrival); !fault.empty()) {
         setEvents(server_->xcb(), arrival.client, XCB_EVENT_MASK_NO_EVENT);
-        if (!limitLogged_) {
-            log("no more than " + std::to_string(itemLimit) + " items can be docked");
-        }
-        limitLogged_ = true;
+        complaints_.add("window " + hexadecimal(arrival.client) + " " + fault);
         return;
     }
     auto item = std::make_unique<DockedItem>();
@@ -297,19 +297,13 @@ bool Docking::fail(const xcb_generic_error_t& error) {
         const bool lost =
             error.error_code == XCB_WINDOW && error.resource_id == item->client;
         if (lost || error.full_sequence == item->reparentSequence) {
-            logOnce(*item, lost ? "went away" : "cannot be docked: the X server refuses it");
+            complaints_.add(describe(*item) + (lost ? " went away while it was being docked"
+                                                    : " cannot be docked: the X server refuses it"));
             forget(item->client, lost);
             return true;
         }
     }
     return false;
-}
-
-void Docking::logOnce(DockedItem& item, const std::string& what) const {
-    if (!item.errorLogged) {
-        log(describe(item) + " " + what);
-    }
-    item.errorLogged = true;
 }
 
 void Docking::release(DockedItem& item) const {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "menubar/Complaints.h"
 #include "menubar/ItemList.h"
 #include "menubar/Metrics.h"
 #include "menubar/OrderMemory.h"
 #include "menubar/Server.h"
 
+#include <string>
 #include <vector>
 
 namespace pelistra::menubar {
@@ -43,18 +45,19 @@ private:
     struct Question;
 
     void dockRequested(const Metrics& metrics);
+    // Why a window cannot be docked; empty when it can.
+    [[nodiscard]] std::string faultOf(const Arrival& arrival) const;
     void dock(const Arrival& arrival, const Metrics& metrics);
     void readStale();
     void applyMapping(DockedItem& item) const;
     void release(DockedItem& item) const;
-    void logOnce(DockedItem& item, const std::string& what) const;
 
     const Server* server_;
     xcb_window_t bar_;
     ItemList* items_;
     OrderMemory* order_;
     std::vector<xcb_window_t> requested_;
-    bool limitLogged_ = false;
+    Complaints complaints_;
 };
 
 } // namespace pelistra::menubar

@@ -1,0 +1,213 @@
+#include "tests/menubar/BarFixture.h"
+
+#include <csignal>
+
+#include <gmock/gmock.h>
+
+namespace pelistra::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class DockingTests : public BarFixture {};
+
+TEST_F(DockingTests, PublishesWhatProgramsWantToKnow) {
+    startBar();
+    const xcb_window_t owner = x_.trayOwner();
+    EXPECT_THAT(x_.words(owner, "_NET_SYSTEM_TRAY_ORIENTATION"), ElementsAre(0));
+    const auto visual = x_.words(owner, "_NET_SYSTEM_TRAY_VISUAL");
+    ASSERT_EQ(visual.size(), 1U);
+    EXPECT_EQ(x_.connection().visual(visual.front()).depth, 32);
+    EXPECT_EQ(x_.words(owner, "_NET_SYSTEM_TRAY_COLORS").size(), 12U);
+    EXPECT_THAT(x_.words(owner, "_PELISTRA_MENUBAR_SCALE"), ElementsAre(100));
+    EXPECT_THAT(x_.barItems(), IsEmpty());
+    EXPECT_TRUE(x_.windowProperty(owner, "_PELISTRA_MENUBAR_ITEMS"));
+    EXPECT_FALSE(x_.windowProperty(owner, "_PELISTRA_MENUBAR_AUXILIARY_AREAS"));
+    const auto version = x_.windowProperty(owner, "_PELISTRA_MENUBAR_VERSION");
+    ASSERT_TRUE(version);
+    EXPECT_EQ(version->type, x_.atom("UTF8_STRING"));
+    EXPECT_FALSE(version->text().empty());
+}
+
+TEST_F(DockingTests, EmbedsAClientAndTellsIt) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    EXPECT_TRUE(eventually([&] { return icon.wasEmbedded(); }));
+    EXPECT_TRUE(x_.isViewable(icon.window()));
+    // In a container of its own inside the bar.
+    EXPECT_EQ(x_.parent(x_.parent(icon.window())), x_.barWindow());
+    EXPECT_EQ(frameOf(icon),
+              (WindowFrame{.x = screenWidth - barHeight, .width = barHeight, .height = barHeight}));
+}
+
+TEST_F(DockingTests, AnnouncesItselfToThoseThatWait) {
+    XClient waiting(display_.name());
+    const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(waiting.get(), waiting.root(), XCB_CW_EVENT_MASK, &events);
+    waiting.sync();
+    startBar();
+    bool announced = false;
+    EXPECT_TRUE(waitFor([&] {
+        while (const x11::EventPtr event = waiting.connection().pollEvent()) {
+            if (x11::typeOf(*event) != XCB_CLIENT_MESSAGE) {
+                continue;
+            }
+            const auto& message = x11::eventAs<xcb_client_message_event_t>(*event);
+            announced = announced || (message.type == x_.atom("MANAGER") &&
+                                      message.data.data32[0] != XCB_CURRENT_TIME &&
+                                      message.data.data32[1] == x_.atom("_NET_SYSTEM_TRAY_S0") &&
+                                      message.data.data32[2] == x_.trayOwner());
+        }
+        return announced;
+    }));
+}
+
+TEST_F(DockingTests, AMissingEmbedInfoMeansMapped) {
+    startBar();
+    TrayClient& icon = dock({.name = "plain", .withEmbedInfo = false});
+    EXPECT_TRUE(eventually([&] { return x_.isViewable(icon.window()); }));
+}
+
+TEST_F(DockingTests, AnUnmappedClientIsEmbeddedWithoutASlot) {
+    startBar();
+    TrayClient& hidden = dock({.name = "hidden", .mappedFlag = false});
+    EXPECT_TRUE(eventually([&] { return hidden.wasEmbedded(); }));
+    EXPECT_THAT(names(), IsEmpty());
+    TrayClient& other = dockNamed("other");
+    EXPECT_EQ(frameOf(other).right(), screenWidth);
+    hidden.setMappedFlag(true);
+    // Docked first, it stands right of the newcomer.
+    EXPECT_TRUE(eventually([&] { return frameOf(hidden).right() == screenWidth; }));
+    EXPECT_TRUE(eventually([&] { return x_.isViewable(hidden.window()); }));
+    EXPECT_THAT(names(), ElementsAre("other", "hidden"));
+}
+
+TEST_F(DockingTests, TheMappedFlagWorksBothWaysWhileDocked) {
+    startBar();
+    TrayClient& right = dockNamed("right");
+    TrayClient& left = dockNamed("left");
+    right.setMappedFlag(false);
+    EXPECT_TRUE(eventually([&] { return !x_.isMapped(right.window()); }));
+    EXPECT_TRUE(eventually([&] { return frameOf(left).right() == screenWidth; }));
+    EXPECT_THAT(names(), ElementsAre("left"));
+    // It is still embedded.
+    EXPECT_EQ(x_.parent(x_.parent(right.window())), x_.barWindow());
+    right.setMappedFlag(true);
+    EXPECT_TRUE(eventually([&] { return x_.isViewable(right.window()); }));
+    EXPECT_TRUE(eventually([&] { return frameOf(right).right() == screenWidth; }));
+}
+
+TEST_F(DockingTests, AClientThatUnmapsItselfIsMappedAgain) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    for (int round = 0; round < 3; ++round) {
+        xcb_unmap_window(icon.x().get(), icon.window());
+        icon.x().sync();
+        EXPECT_TRUE(eventually([&] { return x_.isViewable(icon.window()); }));
+    }
+    EXPECT_THAT(names(), ElementsAre("icon"));
+}
+
+TEST_F(DockingTests, RepeatedRequestsDockOnce) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    const xcb_window_t container = x_.parent(icon.window());
+    for (int round = 0; round < 5; ++round) {
+        ASSERT_TRUE(icon.requestDock());
+    }
+    dockNamed("next");
+    EXPECT_THAT(names(), ElementsAre("next", "icon"));
+    EXPECT_EQ(x_.parent(icon.window()), container);
+}
+
+TEST_F(DockingTests, AWindowThatLeavesIsLetGo) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    TrayClient& other = dockNamed("other");
+    xcb_reparent_window(icon.x().get(), icon.window(), icon.x().root(), 5, 50);
+    icon.x().sync();
+    EXPECT_TRUE(eventually([&] { return names() == std::vector<std::string>{"other"}; }));
+    EXPECT_TRUE(eventually([&] { return frameOf(other).right() == screenWidth; }));
+    EXPECT_EQ(x_.parent(icon.window()), x_.root());
+    // And may come back.
+    ASSERT_TRUE(icon.requestDock());
+    EXPECT_TRUE(
+        eventually([&] { return names() == (std::vector<std::string>{"other", "icon"}); }));
+}
+
+TEST_F(DockingTests, DeadAndDestroyedClientsLeaveNoGap) {
+    startBar();
+    TrayClient& dying = dockNamed("dying");
+    TrayClient& destroyed = dockNamed("destroyed");
+    TrayClient& good = dockNamed("good");
+    dying.die();
+    destroyed.destroyWindow();
+    EXPECT_TRUE(eventually([&] { return frameOf(good).right() == screenWidth; }));
+    EXPECT_THAT(names(), ElementsAre("good"));
+    EXPECT_EQ(x_.children(x_.barWindow()).size(), 1U);
+}
+
+TEST_F(DockingTests, WindowsThatCannotBeDockedAreRefusedWithALine) {
+    allowComplaints(1);
+    startBar();
+    TrayClient inputOnly(display_.name(), {.name = "unused"});
+    XClient& x = inputOnly.x();
+    const xcb_window_t window = x.connection().newId();
+    xcb_create_window(x.get(), 0, window, x.root(), 0, 0, 10, 10, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, 0, nullptr);
+    for (const xcb_window_t wrong : {window, x.root(), x_.barWindow(), xcb_window_t{0x7ffffff}}) {
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = x_.trayOwner();
+        message.type = x_.atom("_NET_SYSTEM_TRAY_OPCODE");
+        message.data.data32[2] = wrong;
+        xcb_send_event(x.get(), 0, x_.trayOwner(), 0,
+                       reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+    }
+    x.sync();
+    EXPECT_TRUE(bar().process().waitForOutput("cannot be docked"));
+    dockNamed("good");
+    EXPECT_THAT(names(), ElementsAre("good"));
+}
+
+TEST_F(DockingTests, IconsOutliveTheBarHoweverItEnds) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    for (const int signal : {SIGTERM, SIGKILL, SIGINT, SIGKILL, SIGHUP}) {
+        stopBar(signal);
+        EXPECT_TRUE(eventually([&] { return x_.parent(icon.window()) == x_.root(); }));
+        startBar();
+        ASSERT_TRUE(icon.requestDock());
+        EXPECT_TRUE(eventually([&] { return x_.isViewable(icon.window()); }));
+        EXPECT_TRUE(eventually([&] { return names() == std::vector<std::string>{"icon"}; }));
+    }
+}
+
+TEST_F(DockingTests, AnOrderlyEndLeavesIconsUnmappedAndEndsWithZero) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    EXPECT_EQ(bar().process().terminate(), (ExitStatus{.status = 0})) << bar().process().output();
+    EXPECT_EQ(x_.parent(icon.window()), x_.root());
+    EXPECT_FALSE(x_.isMapped(icon.window()));
+    startBar();
+}
+
+TEST_F(DockingTests, ASecondTrayThatTakesOverGetsTheIcons) {
+    BarUnderTest& first = startBar();
+    TrayClient& icon = dockNamed("icon");
+    const xcb_window_t firstOwner = x_.trayOwner();
+    const BarUnderTest second(display_, x_, {"--replace"});
+    EXPECT_EQ(first.process().waitForExit(), (ExitStatus{.status = 0}));
+    EXPECT_THAT(first.process().output(), HasSubstr("took the system tray over"));
+    EXPECT_NE(x_.trayOwner(), firstOwner);
+    EXPECT_TRUE(x_.exists(icon.window()));
+    ASSERT_TRUE(icon.requestDock());
+    EXPECT_TRUE(eventually([&] { return names() == std::vector<std::string>{"icon"}; }));
+    forgetBar();
+}
+
+} // namespace
+} // namespace pelistra::testing

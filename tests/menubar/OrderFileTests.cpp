@@ -1,0 +1,145 @@
+#include "menubar/OrderFile.h"
+#include "tests/desktop/harness/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace pelistra::testing {
+namespace {
+
+using menubar::ItemIdentity;
+using menubar::OrderFile;
+using menubar::OrderMemory;
+using ::testing::HasSubstr;
+
+OrderMemory twoItems() {
+    OrderMemory memory;
+    memory.place({.instance = "a", .className = "A"}, {}, {});
+    memory.place({.instance = "b", .className = "B"}, {}, {});
+    return memory;
+}
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ostringstream content;
+    content << std::ifstream(path).rdbuf();
+    return content.str();
+}
+
+class OrderFileTests : public ::testing::Test {
+protected:
+    TemporaryFolder folder_;
+    std::filesystem::path path_ = folder_.path() / "deep" / "er" / "menubar-order";
+};
+
+TEST_F(OrderFileTests, WhatIsWrittenIsReadAgain) {
+    OrderFile(path_).write(twoItems());
+    EXPECT_EQ(OrderFile(path_).read(), twoItems());
+}
+
+TEST_F(OrderFileTests, TheFileIsTheUsersOwn) {
+    OrderFile(path_).write(twoItems());
+    struct stat status{};
+    ASSERT_EQ(::stat(path_.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(OrderFileTests, NoFileIsNoOrderAndNoComplaint) {
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(OrderFile(path_).read(), OrderMemory());
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(OrderFileTests, AnUnchangedOrderIsNotWrittenAgain) {
+    OrderFile file(path_);
+    file.write(twoItems());
+    std::filesystem::remove(path_);
+    file.write(twoItems());
+    EXPECT_FALSE(std::filesystem::exists(path_));
+}
+
+TEST_F(OrderFileTests, ADamagedFileCostsOneLineAndIsReplaced) {
+    std::filesystem::create_directories(path_.parent_path());
+    std::ofstream(path_) << "a\tA\t0\n\x01rubbish\nmore rubbish\n";
+    OrderFile file(path_);
+    ::testing::internal::CaptureStderr();
+    const OrderMemory memory = file.read();
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(),
+                HasSubstr("is damaged: 2 lines make no sense"));
+    EXPECT_EQ(memory.order().size(), 1U);
+    file.write(memory);
+    EXPECT_EQ(contentOf(path_), memory.text());
+}
+
+TEST_F(OrderFileTests, AFolderInItsPlaceIsReportedAndHarmsNothing) {
+    std::filesystem::create_directories(path_);
+    OrderFile file(path_);
+    ::testing::internal::CaptureStderr();
+    EXPECT_EQ(file.read(), OrderMemory());
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(), HasSubstr("cannot read the order"));
+    ::testing::internal::CaptureStderr();
+    file.write(twoItems());
+    file.write(twoItems());
+    // Said once, however often it fails.
+    const std::string said = ::testing::internal::GetCapturedStderr();
+    EXPECT_THAT(said, HasSubstr("cannot keep the order"));
+    EXPECT_EQ(std::ranges::count(said, '\n'), 1);
+}
+
+TEST_F(OrderFileTests, WithoutAHomeNothingIsKept) {
+    ::testing::internal::CaptureStderr();
+    OrderFile file{std::filesystem::path()};
+    EXPECT_EQ(file.read(), OrderMemory());
+    file.write(twoItems());
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+// Puts the environment back at the end.
+class Variable {
+public:
+    Variable(const char* name, const char* value) : name_(name) {
+        const char* old = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+        if (old != nullptr) {
+            old_ = old;
+        }
+        set(value);
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+    ~Variable() { set(old_ ? old_->c_str() : nullptr); }
+
+private:
+    void set(const char* value) const {
+        if (value != nullptr) {
+            ::setenv(name_, value, 1); // NOLINT(concurrency-mt-unsafe)
+        } else {
+            ::unsetenv(name_); // NOLINT(concurrency-mt-unsafe)
+        }
+    }
+
+    const char* name_;
+    std::optional<std::string> old_;
+};
+
+TEST(OrderFilePathTests, FollowsTheStateFolder) {
+    const Variable home("HOME", "/home/someone");
+    {
+        const Variable state("XDG_STATE_HOME", "/state");
+        EXPECT_EQ(OrderFile::defaultPath(), "/state/pelistra/menubar-order");
+    }
+    for (const char* useless : {static_cast<const char*>(nullptr), "", "relative"}) {
+        const Variable state("XDG_STATE_HOME", useless);
+        EXPECT_EQ(OrderFile::defaultPath(), "/home/someone/.local/state/pelistra/menubar-order");
+    }
+    const Variable state("XDG_STATE_HOME", nullptr);
+    const Variable nowhere("HOME", nullptr);
+    EXPECT_EQ(OrderFile::defaultPath(), "");
+}
+
+} // namespace
+} // namespace pelistra::testing
