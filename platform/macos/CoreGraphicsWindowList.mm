@@ -1,0 +1,69 @@
+#include "platform/macos/CoreGraphicsWindowList.h"
+
+#include "platform/macos/Conversions.h"
+#include "platform/macos/Owned.h"
+
+#import <CoreGraphics/CoreGraphics.h>
+
+namespace pelistra::appkit {
+
+namespace {
+
+id entry(NSDictionary* dictionary, CFStringRef key) {
+    return [dictionary objectForKey:(__bridge NSString*)key];
+}
+
+NSNumber* numberOf(id object) { return [object isKindOfClass:[NSNumber class]] ? object : nil; }
+
+std::optional<double> member(NSDictionary* dictionary, NSString* key) {
+    NSNumber* number = numberOf([dictionary objectForKey:key]);
+    return number != nil ? std::optional([number doubleValue]) : std::nullopt;
+}
+
+std::optional<WindowBounds> boundsOf(id object) {
+    if (![object isKindOfClass:[NSDictionary class]]) {
+        return std::nullopt;
+    }
+    NSDictionary* bounds = object;
+    return WindowBounds{.x = member(bounds, @"X"),
+                        .y = member(bounds, @"Y"),
+                        .width = member(bounds, @"Width"),
+                        .height = member(bounds, @"Height")};
+}
+
+WindowInfo infoOf(NSDictionary* window) {
+    WindowInfo info;
+    if (NSNumber* number = numberOf(entry(window, kCGWindowNumber))) {
+        info.number = [number unsignedIntValue];
+    }
+    if (NSNumber* owner = numberOf(entry(window, kCGWindowOwnerPID))) {
+        info.ownerPid = [owner intValue];
+    }
+    if (NSNumber* layer = numberOf(entry(window, kCGWindowLayer))) {
+        info.layer = [layer longLongValue];
+    }
+    info.ownerName = textOf(entry(window, kCGWindowOwnerName));
+    info.name = textOf(entry(window, kCGWindowName));
+    info.bounds = boundsOf(entry(window, kCGWindowBounds));
+    return info;
+}
+
+} // namespace
+
+std::optional<std::vector<WindowInfo>> CoreGraphicsWindowList::copyWindowInfo() {
+    const auto windows = Owned<id>::share(
+        CFBridgingRelease(CGWindowListCopyWindowInfo(kCGWindowListOptionAll, kCGNullWindowID)));
+    if (![windows.get() isKindOfClass:[NSArray class]]) {
+        return std::nullopt;
+    }
+    std::vector<WindowInfo> result;
+    for (id window in windows.get()) {
+        if (![window isKindOfClass:[NSDictionary class]]) {
+            return std::nullopt;
+        }
+        result.push_back(infoOf(window));
+    }
+    return result;
+}
+
+} // namespace pelistra::appkit

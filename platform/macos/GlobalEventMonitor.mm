@@ -1,0 +1,36 @@
+#include "platform/macos/GlobalEventMonitor.h"
+
+#include "platform/macos/Owned.h"
+
+#import <AppKit/AppKit.h>
+
+#include <utility>
+
+namespace pelistra::appkit {
+
+namespace {
+
+class Monitor final : public Subscription {
+  public:
+    explicit Monitor(Owned<id> token) : token_(std::move(token)) {}
+    Monitor(const Monitor&) = delete;
+    Monitor& operator=(const Monitor&) = delete;
+    ~Monitor() override { [NSEvent removeMonitor:token_.get()]; }
+
+  private:
+    Owned<id> token_;
+};
+
+} // namespace
+
+SubscriptionPtr GlobalEventMonitor::addMonitor(EventMask matching, std::function<void()> handler) {
+    auto token = Owned<id>::share([NSEvent
+        addGlobalMonitorForEventsMatchingMask:static_cast<NSEventMask>(matching)
+                                      handler:^(NSEvent* event) {
+                                        (void)event;
+                                        handler();
+                                      }]);
+    return token ? std::make_unique<Monitor>(std::move(token)) : nullptr;
+}
+
+} // namespace pelistra::appkit

@@ -1,0 +1,24 @@
+#include "platform/macos/MacPlatform.h"
+
+namespace pelistra::appkit {
+
+Platform MacPlatform::platform() {
+    return {.application = application_,
+            .mainQueue = mainQueue_,
+            .log = log_,
+            .defaults = defaults_,
+            .statusBar = statusBar_,
+            .screens = screens_,
+            .images = images_,
+            .windowList = windowList_,
+            .privateLibrary = privateLibrary_,
+            .runningApplications = runningApplications_,
+            .screenCapture = screenCapture_,
+            .eventPosting = eventPosting_,
+            .windows = windows_,
+            .panels = panels_,
+            .globalClicks = globalClicks_,
+            .loginItem = loginItem_};
+}
+
+} // namespace pelistra::appkit

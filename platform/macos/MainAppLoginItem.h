@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/LoginItem.h"
+
+namespace pelistra::appkit {
+
+// The main application's login item, by SMAppService.
+class MainAppLoginItem final : public LoginItem {
+public:
+    [[nodiscard]] LoginItemStatus status() const override;
+    [[nodiscard]] std::optional<std::string> registerItem() override;
+    [[nodiscard]] std::optional<std::string> unregisterItem() override;
+};
+
+} // namespace pelistra::appkit

@@ -1,0 +1,20 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <memory>
+
+namespace pelistra {
+class AppDelegate;
+namespace appkit {
+class MacPlatform;
+}
+} // namespace pelistra
+
+// Installs the core's delegate as the application's, before launch finishes.
+@interface PelistraApp : NSObject <NSApplicationDelegate> {
+    std::unique_ptr<pelistra::appkit::MacPlatform> platform_;
+    std::unique_ptr<pelistra::AppDelegate> appDelegate_;
+}
+- (void)showSettings:(id)sender;
+@end

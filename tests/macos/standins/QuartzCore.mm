@@ -1,0 +1,114 @@
+#include "World.h"
+
+#import <QuartzCore/QuartzCore.h>
+
+using namespace pelistra::testing::standins;
+
+CALayerCornerCurve const kCACornerCurveContinuous = @"continuous";
+CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
+
+@implementation CAMediaTimingFunction
++ (instancetype)functionWithName:(CAMediaTimingFunctionName)name {
+    record(std::string("CAMediaTimingFunction ") + [name UTF8String]);
+    return [[[self alloc] init] autorelease];
+}
+@end
+
+@implementation CAAnimation
+- (void)setDuration:(CFTimeInterval)duration {
+    duration_ = duration;
+}
+- (CFTimeInterval)duration {
+    return duration_;
+}
+- (void)setTimingFunction:(CAMediaTimingFunction*)timingFunction {
+    (void)timingFunction;
+}
+@end
+
+@implementation CABasicAnimation
+- (instancetype)initWithKeyPath:(NSString*)keyPath {
+    self = [super init];
+    keyPath_ = [keyPath copy];
+    return self;
+}
+- (void)dealloc {
+    [keyPath_ release];
+    [fromValue_ release];
+    [super dealloc];
+}
+- (NSString*)keyPath {
+    return keyPath_;
+}
+- (void)setKeyPath:(NSString*)keyPath {
+    [keyPath_ release];
+    keyPath_ = [keyPath copy];
+}
+- (void)setFromValue:(id)fromValue {
+    [fromValue_ release];
+    fromValue_ = [fromValue retain];
+}
+- (id)fromValue {
+    return fromValue_;
+}
+@end
+
+@implementation CASpringAnimation
+- (instancetype)initWithPerceptualDuration:(CFTimeInterval)perceptualDuration
+                                    bounce:(CGFloat)bounce {
+    self = [super init];
+    perceptualDuration_ = perceptualDuration;
+    bounce_ = bounce;
+    return self;
+}
+- (CFTimeInterval)settlingDuration {
+    return 1;
+}
+- (CFTimeInterval)perceptualDuration {
+    return perceptualDuration_;
+}
+- (CGFloat)bounce {
+    return bounce_;
+}
+@end
+
+@implementation CALayer
+- (instancetype)init {
+    self = [super init];
+    animations_ = [[NSMutableDictionary alloc] init];
+    return self;
+}
+- (void)dealloc {
+    [animations_ release];
+    [cornerCurve_ release];
+    [super dealloc];
+}
+- (void)setCornerRadius:(CGFloat)radius {
+    cornerRadius_ = radius;
+}
+- (CGFloat)cornerRadius {
+    return cornerRadius_;
+}
+- (void)setCornerCurve:(CALayerCornerCurve)curve {
+    [cornerCurve_ release];
+    cornerCurve_ = [curve copy];
+}
+- (CALayerCornerCurve)cornerCurve {
+    return cornerCurve_;
+}
+- (void)setMasksToBounds:(BOOL)masks {
+    masksToBounds_ = masks;
+}
+- (BOOL)masksToBounds {
+    return masksToBounds_;
+}
+- (void)addAnimation:(CAAnimation*)animation forKey:(NSString*)key {
+    [animations_ setObject:animation forKey:key];
+}
+- (CAAnimation*)animationForKey:(NSString*)key {
+    return [animations_ objectForKey:key];
+}
+- (void)removeAllAnimations {
+    [animations_ removeAllObjects];
+}
+@end

@@ -1,0 +1,147 @@
+// Stand-in: see tests/macos/standins/README.md. GNUstep's AppKit, and what it lacks of the real one
+// with the real types.
+#pragma once
+
+#include_next <AppKit/AppKit.h>
+
+#include <CoreGraphics/CoreGraphics.h>
+#include <QuartzCore/QuartzCore.h>
+
+// Names that GNUstep has only under their older spelling
+enum {
+    NSEventTypeLeftMouseDown = NSLeftMouseDown,
+    NSEventTypeLeftMouseUp = NSLeftMouseUp,
+    NSEventTypeRightMouseDown = NSRightMouseDown,
+    NSEventTypeRightMouseUp = NSRightMouseUp,
+    NSEventModifierFlagOption = NSAlternateKeyMask,
+};
+enum { NSControlSizeLarge = 3 };
+enum { NSBezelStylePush = NSRoundedBezelStyle };
+enum { NSButtonTypeMomentaryPushIn = 7 };
+
+// GNUstep's has another value
+#define NSStatusWindowLevel 25
+
+typedef NSInteger NSWindowLevel;
+typedef NSString* NSFontTextStyle;
+typedef NSString* NSStatusItemAutosaveName;
+
+typedef enum : NSInteger {
+    NSWindowTitleVisible = 0,
+    NSWindowTitleHidden = 1,
+} NSWindowTitleVisibility;
+
+typedef enum : NSInteger {
+    NSWindowAnimationBehaviorDefault = 0,
+    NSWindowAnimationBehaviorUtilityWindow = 4,
+} NSWindowAnimationBehavior;
+
+@interface NSApplication (Standin)
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
+@end
+
+@interface NSWindow (Standin)
+- (void)setTitleVisibility:(NSWindowTitleVisibility)visibility;
+- (void)setTitlebarAppearsTransparent:(BOOL)transparent;
+- (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
+- (void)setAccessibilityLabel:(NSString*)label;
+@end
+
+@interface NSEvent (Standin)
++ (id)addGlobalMonitorForEventsMatchingMask:(NSEventMask)mask handler:(void (^)(NSEvent*))block;
++ (void)removeMonitor:(id)eventMonitor;
+@end
+
+@interface NSImage (Standin)
++ (instancetype)imageWithSystemSymbolName:(NSString*)symbolName
+                 accessibilityDescription:(NSString*)description;
++ (instancetype)imageWithSize:(NSSize)size
+                      flipped:(BOOL)drawingHandlerShouldBeCalledWithFlippedContext
+               drawingHandler:(BOOL (^)(NSRect dstRect))drawingHandler;
+// Nil for a picture that is no symbol; the real class has no such method.
+- (NSString*)standinSymbolName;
+- (void)setTemplate:(BOOL)isTemplate;
+- (BOOL)isTemplate;
+- (void)setAccessibilityDescription:(NSString*)description;
+- (NSString*)accessibilityDescription;
+@end
+
+@interface NSImage (StandinCapture)
+- (instancetype)initWithCGImage:(CGImageRef)cgImage size:(NSSize)size;
+@end
+
+// Menu bar
+@class StandinStatusItem;
+
+@interface StandinStatusBarButton : NSButton
+@end
+
+@interface StandinStatusBar : NSObject
++ (StandinStatusBar*)systemStatusBar;
+- (StandinStatusItem*)statusItemWithLength:(CGFloat)length;
+- (void)removeStatusItem:(StandinStatusItem*)item;
+- (CGFloat)thickness;
+@end
+
+@interface StandinStatusItem : NSObject {
+  @public
+    CGFloat length_;
+    NSString* autosaveName_;
+    BOOL visible_;
+    NSWindow* window_;
+    StandinStatusBarButton* button_;
+}
+- (void)setLength:(CGFloat)length;
+- (CGFloat)length;
+- (void)setAutosaveName:(NSStatusItemAutosaveName)name;
+- (NSStatusItemAutosaveName)autosaveName;
+- (void)setVisible:(BOOL)visible;
+- (BOOL)isVisible;
+- (StandinStatusBarButton*)button;
+@end
+
+#define NSStatusBar StandinStatusBar
+#define NSStatusItem StandinStatusItem
+#define NSStatusBarButton StandinStatusBarButton
+
+// Screens
+@interface StandinScreen : NSObject {
+  @public
+    NSRect frame;
+    NSRect visibleFrame;
+    NSRect auxiliaryTopLeftArea;
+    NSRect auxiliaryTopRightArea;
+}
++ (NSArray*)screens;
++ (StandinScreen*)mainScreen;
+- (NSRect)frame;
+- (NSRect)visibleFrame;
+- (NSRect)auxiliaryTopLeftArea;
+- (NSRect)auxiliaryTopRightArea;
+@end
+#define NSScreen StandinScreen
+
+// Applications
+@interface StandinRunningApplication : NSObject {
+  @public
+    pid_t processIdentifier;
+}
++ (instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;
+- (pid_t)processIdentifier;
+- (NSString*)localizedName;
+- (NSString*)bundleIdentifier;
+- (NSURL*)bundleURL;
+- (NSImage*)icon;
+- (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
+@end
+#define NSRunningApplication StandinRunningApplication
+
+@interface StandinWorkspace : NSObject
++ (StandinWorkspace*)sharedWorkspace;
+- (NSArray*)runningApplications;
+- (BOOL)openURL:(NSURL*)url;
+- (NSNotificationCenter*)notificationCenter;
+- (BOOL)accessibilityDisplayShouldReduceMotion;
+@end
+#define NSWorkspace StandinWorkspace
+extern NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification;

@@ -1,0 +1,60 @@
+// Stand-in: see tests/macos/standins/README.md.
+#pragma once
+
+#include <CoreGraphics/CoreGraphics.h>
+
+typedef NSString* CALayerCornerCurve;
+extern CALayerCornerCurve const kCACornerCurveContinuous;
+typedef NSString* CAMediaTimingFunctionName;
+extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
+
+@interface CAMediaTimingFunction : NSObject
++ (instancetype)functionWithName:(CAMediaTimingFunctionName)name;
+@end
+
+@interface CAAnimation : NSObject {
+    CFTimeInterval duration_;
+}
+- (void)setDuration:(CFTimeInterval)duration;
+- (CFTimeInterval)duration;
+- (void)setTimingFunction:(CAMediaTimingFunction*)timingFunction;
+@end
+
+@interface CABasicAnimation : CAAnimation {
+    NSString* keyPath_;
+    id fromValue_;
+}
+- (instancetype)initWithKeyPath:(NSString*)keyPath;
+- (NSString*)keyPath;
+- (void)setKeyPath:(NSString*)keyPath;
+- (void)setFromValue:(id)fromValue;
+- (id)fromValue;
+@end
+
+@interface CASpringAnimation : CABasicAnimation {
+    CFTimeInterval perceptualDuration_;
+    CGFloat bounce_;
+}
+- (instancetype)initWithPerceptualDuration:(CFTimeInterval)perceptualDuration
+                                    bounce:(CGFloat)bounce;
+- (CFTimeInterval)settlingDuration;
+- (CFTimeInterval)perceptualDuration;
+- (CGFloat)bounce;
+@end
+
+@interface CALayer : NSObject {
+    CGFloat cornerRadius_;
+    NSString* cornerCurve_;
+    BOOL masksToBounds_;
+    NSMutableDictionary* animations_;
+}
+- (void)setCornerRadius:(CGFloat)radius;
+- (CGFloat)cornerRadius;
+- (void)setCornerCurve:(CALayerCornerCurve)curve;
+- (CALayerCornerCurve)cornerCurve;
+- (void)setMasksToBounds:(BOOL)masks;
+- (BOOL)masksToBounds;
+- (void)addAnimation:(CAAnimation*)animation forKey:(NSString*)key;
+- (CAAnimation*)animationForKey:(NSString*)key;
+- (void)removeAllAnimations;
+@end
