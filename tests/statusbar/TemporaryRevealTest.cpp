@@ -238,6 +238,15 @@ TEST_F(TemporaryRevealTest, OnASecondScreenTheIconComesInsideThatOne) {
     EXPECT_EQ(clicksOn(21), 1U);
 }
 
+TEST_F(TemporaryRevealTest, TheScreenIsThatOfTheHomesCentre) {
+    // The home, from 1362 to 1386, lies across the edge between the screens.
+    fake_.screens.list = {plainScreen(0, 1372), plainScreen(1372, 1000)};
+    openRowWithHomes();
+    rightClickIcon(rightmostInRow);
+
+    EXPECT_EQ(frameX(rightmost), 1362);
+}
+
 TEST_F(TemporaryRevealTest, AHomeLeftOfTheHousingIsWhereTheIconComes) {
     addHousing();
     // A wide neighbour keeps the rightmost icon's left neighbour far from the divider.
