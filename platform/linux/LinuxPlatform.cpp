@@ -37,7 +37,6 @@ public:
     QtRuntime() : application_(count_, arguments_.data()) {
         QApplication::setQuitOnLastWindowClosed(false);
         QApplication::setApplicationName("pelistra");
-        QApplication::setApplicationDisplayName("Pelistra");
         QApplication::setApplicationVersion(PELISTRA_VERSION);
         QApplication::setDesktopFileName("pelistra");
     }

@@ -16,7 +16,7 @@ struct StatusItemLook {
     int height = 0;
     // Device pixels per point.
     double scale = 1;
-    ImagePtr image;
+    ImagePtr image = nullptr;
     QColor foreground = Qt::black;
     Feedback feedback = Feedback::None;
 };

@@ -1,0 +1,118 @@
+#include "platform/linux/QtMainQueue.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace pelistra::testing {
+
+namespace {
+
+using desktop::QtMainQueue;
+using ::testing::ElementsAre;
+using Clock = std::chrono::steady_clock;
+
+class QtMainQueueTest : public ::testing::Test {
+protected:
+    // Runs the event loop until the condition holds, at most ten seconds.
+    template <class Condition>
+    bool runUntil(Condition condition) {
+        const auto deadline = Clock::now() + std::chrono::seconds(10);
+        QTimer tick;
+        tick.start(1);
+        while (!condition() && Clock::now() < deadline) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        return condition();
+    }
+
+    int count_ = 1;
+    std::string name_ = "test";
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    QCoreApplication application_{count_, arguments_.data()};
+    QtMainQueue queue_;
+};
+
+TEST_F(QtMainQueueTest, BlocksRunInTheirOrderAndNeverInsideTheCall) {
+    std::vector<int> order;
+    for (int i = 0; i < 5; ++i) {
+        queue_.async([&order, i] { order.push_back(i); });
+    }
+    EXPECT_TRUE(order.empty());
+    EXPECT_TRUE(runUntil([&] { return order.size() == 5; }));
+    EXPECT_THAT(order, ElementsAre(0, 1, 2, 3, 4));
+}
+
+TEST_F(QtMainQueueTest, ABlockSubmittedByABlockRunsAfterTheOthers) {
+    std::vector<int> order;
+    queue_.async([&] {
+        queue_.async([&] { order.push_back(3); });
+        order.push_back(1);
+    });
+    queue_.async([&] { order.push_back(2); });
+    EXPECT_TRUE(runUntil([&] { return order.size() == 3; }));
+    EXPECT_THAT(order, ElementsAre(1, 2, 3));
+}
+
+TEST_F(QtMainQueueTest, ADelayIsNeverShorterThanAsked) {
+    for (const double delay : {0.0, 0.0004, 0.0101, 0.05}) {
+        const auto start = Clock::now();
+        std::optional<Clock::time_point> ran;
+        queue_.asyncAfter(Seconds(delay), [&] { ran = Clock::now(); });
+        ASSERT_TRUE(runUntil([&] { return ran.has_value(); }));
+        EXPECT_GE(*ran - start, std::chrono::duration_cast<Clock::duration>(Seconds(delay)));
+    }
+}
+
+TEST_F(QtMainQueueTest, ShorterDelaysRunFirst) {
+    std::vector<int> order;
+    queue_.asyncAfter(Seconds(0.06), [&] { order.push_back(2); });
+    queue_.asyncAfter(Seconds(0.02), [&] { order.push_back(1); });
+    EXPECT_TRUE(runUntil([&] { return order.size() == 2; }));
+    EXPECT_THAT(order, ElementsAre(1, 2));
+}
+
+TEST_F(QtMainQueueTest, ATimerRepeatsUntilItsTokenDies) {
+    const auto start = Clock::now();
+    int ticks = 0;
+    auto token = queue_.repeatingTimer(Seconds(0.02), [&] { ++ticks; });
+    EXPECT_TRUE(runUntil([&] { return ticks == 3; }));
+    EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(59));
+    token.reset();
+    bool later = false;
+    queue_.asyncAfter(Seconds(0.06), [&] { later = true; });
+    EXPECT_TRUE(runUntil([&] { return later; }));
+    EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(QtMainQueueTest, ATimerMayEndItself) {
+    int ticks = 0;
+    SubscriptionPtr token;
+    token = queue_.repeatingTimer(Seconds(0.005), [&, kept = std::make_shared<int>(7)] {
+        token.reset();
+        ticks += *kept;
+    });
+    EXPECT_TRUE(runUntil([&] { return ticks == 7; }));
+}
+
+TEST_F(QtMainQueueTest, NothingRunsOnceTheQueueIsGone) {
+    bool ran = false;
+    auto queue = std::make_unique<QtMainQueue>();
+    queue->async([&] { ran = true; });
+    queue->asyncAfter(Seconds(0), [&] { ran = true; });
+    queue.reset();
+    bool later = false;
+    queue_.asyncAfter(Seconds(0.02), [&] { later = true; });
+    EXPECT_TRUE(runUntil([&] { return later; }));
+    EXPECT_FALSE(ran);
+}
+
+} // namespace
+
+} // namespace pelistra::testing
