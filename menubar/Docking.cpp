@@ -179,10 +179,12 @@ void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
     xcb_connection_t* x = server_->xcb();
     item->container =
         makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
-    xcb_composite_redirect_subwindows(x, item->container.id(), XCB_COMPOSITE_REDIRECT_MANUAL);
     // From here on the client outlives the bar, however the bar dies.
     xcb_change_save_set(x, XCB_SET_MODE_INSERT, item->client);
     xcb_unmap_window(x, item->client);
+    // The window itself, not "the children of its container": a window whose children are redirected
+    // by hand no longer paints its background, which a client without one of its own shows.
+    xcb_composite_redirect_window(x, item->client, XCB_COMPOSITE_REDIRECT_MANUAL);
     item->reparentSequence =
         xcb_reparent_window(x, item->client, item->container.id(), 0, 0).sequence;
     const std::array<std::uint32_t, 5> place{0, 0, static_cast<std::uint32_t>(size.width),
@@ -286,6 +288,7 @@ void Docking::forget(xcb_window_t client, bool destroyed) {
         return;
     }
     setEvents(server_->xcb(), client, XCB_EVENT_MASK_NO_EVENT);
+    xcb_composite_unredirect_window(server_->xcb(), client, XCB_COMPOSITE_REDIRECT_MANUAL);
     xcb_change_save_set(server_->xcb(), XCB_SET_MODE_DELETE, client);
 }
 
@@ -311,6 +314,7 @@ void Docking::release(DockedItem& item) const {
     setEvents(x, item.client, XCB_EVENT_MASK_NO_EVENT);
     setEvents(x, item.container.id(), XCB_EVENT_MASK_NO_EVENT);
     xcb_unmap_window(x, item.client);
+    xcb_composite_unredirect_window(x, item.client, XCB_COMPOSITE_REDIRECT_MANUAL);
     xcb_reparent_window(x, item.client, server_->root(), 0, 0);
     xcb_change_save_set(x, XCB_SET_MODE_DELETE, item.client);
 }

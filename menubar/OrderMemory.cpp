@@ -75,13 +75,13 @@ std::size_t OrderMemory::place(const ItemIdentity& item, std::span<const ItemIde
         insertNew(item, present, preferredPosition);
         forgetSurplus(item, present);
     }
-    // Left of the first present item that is remembered right of this one.
-    for (auto right = std::next(find(item)); right != order_.end(); ++right) {
-        if (const auto found = std::ranges::find(present, *right); found != present.end()) {
-            return static_cast<std::size_t>(found - present.begin());
-        }
-    }
-    return present.size();
+    // Left of every present item that is remembered right of this one. They stand in the remembered
+    // order, except for one that the user holds at this moment.
+    const auto remembered = find(item);
+    const auto isRight = [&](const ItemIdentity& other) {
+        return std::find(remembered, order_.end(), other) != order_.end();
+    };
+    return static_cast<std::size_t>(std::ranges::find_if(present, isRight) - present.begin());
 }
 
 void OrderMemory::insertNew(const ItemIdentity& item, std::span<const ItemIdentity> present,
