@@ -396,6 +396,7 @@ std::optional<TrayView> TrayLook::look() {
     if (tray.owner != XCB_NONE) {
         readOwner(tray);
         const bool ours = tray.items.has_value();
+        view.isMenuBar = ours;
         view.icons = describe(tray, withoutDuplicates(ours ? *tray.items : embeddedWindows(tray)));
         complete(view.icons);
         if (!ours) {

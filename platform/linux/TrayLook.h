@@ -38,6 +38,8 @@ struct TrayIcon {
 struct TrayView {
     // The owner of the tray selection; 0 when there is no tray.
     WindowId owner = 0;
+    // Our own menu bar, which pushes what does not fit off its left end.
+    bool isMenuBar = false;
     Coordinates coordinates{1, {}};
     // In the bar's order from left to right.
     std::vector<TrayIcon> icons;

@@ -1,5 +1,6 @@
 #include "platform/linux/X11WindowList.h"
 
+#include <unordered_map>
 #include <utility>
 
 namespace pelistra::desktop {
@@ -18,17 +19,25 @@ std::optional<std::vector<WindowInfo>> X11WindowList::copyWindowInfo() {
     }
     std::vector<WindowInfo> result;
     result.reserve(view->icons.size());
+    // A program may have any number of icons; its name is asked for once.
+    std::unordered_map<ProcessId, std::optional<std::string>> names;
     for (const TrayIcon& icon : view->icons) {
-        result.push_back(describe(icon, view->coordinates));
+        const auto [name, isNew] = names.try_emplace(icon.pid);
+        if (isNew && ownerName_) {
+            name->second = ownerName_(icon);
+        }
+        result.push_back(describe(icon, name->second, view->coordinates));
     }
     return result;
 }
 
-WindowInfo X11WindowList::describe(const TrayIcon& icon, const Coordinates& coordinates) const {
+WindowInfo X11WindowList::describe(const TrayIcon& icon,
+                                   const std::optional<std::string>& ownerName,
+                                   const Coordinates& coordinates) {
     const Rect frame = coordinates.toGlobal(icon.frame);
     WindowInfo info{.number = icon.window,
                     .ownerPid = {},
-                    .ownerName = ownerName_ ? ownerName_(icon) : std::nullopt,
+                    .ownerName = ownerName,
                     .name = icon.name,
                     .layer = statusWindowLayer,
                     .bounds = WindowBounds{.x = frame.origin.x,

@@ -31,7 +31,9 @@ public:
     void offer(std::shared_ptr<const TrayView> view) { offered_ = std::move(view); }
 
 private:
-    [[nodiscard]] WindowInfo describe(const TrayIcon& icon, const Coordinates& coordinates) const;
+    [[nodiscard]] static WindowInfo describe(const TrayIcon& icon,
+                                             const std::optional<std::string>& ownerName,
+                                             const Coordinates& coordinates);
 
     TrayLook* look_;
     OwnerName ownerName_;

@@ -3,10 +3,18 @@ pkg_check_modules(XCB_TRAY REQUIRED IMPORTED_TARGET xcb xcb-res xcb-randr xcb-co
 
 target_sources(pelistra_linux PRIVATE
     ClickDelivery.cpp
+    DesktopEntries.cpp
+    DesktopEntry.cpp
+    ListItems.cpp
+    ListItemsText.cpp
     PointerDevice.cpp
     TrayLook.cpp
     TrayLookText.cpp
     X11EventPosting.cpp
+    X11RunningApplications.cpp
+    X11RunningApplicationsLauncher.cpp
+    X11RunningApplicationsProcess.cpp
+    X11RunningApplicationsWindows.cpp
     X11ScreenCapture.cpp
     X11ScreenCaptureBitmap.cpp
     X11WindowList.cpp

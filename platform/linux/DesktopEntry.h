@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelistra::desktop {
+
+// An application as its desktop entry describes it.
+struct DesktopEntry {
+    // The entry's id without ".desktop", for example "org.gnome.Terminal".
+    std::string id;
+    std::filesystem::path file;
+    // In the user's language where the entry has it; presentable.
+    std::string name;
+    std::string icon;
+    std::string exec;
+    std::string tryExec;
+    std::string workingFolder;
+    std::string startupWmClass;
+    bool terminal = false;
+    bool dbusActivatable = false;
+    // The user or the system has taken the entry away; it only hides others of its id.
+    bool hidden = false;
+    // Not meant for menus, but it still describes its program.
+    bool noDisplay = false;
+};
+
+// No entry is larger than this; a larger file is left out.
+inline constexpr std::size_t desktopEntryByteLimit = 256 * 1024;
+
+// The keys of a locale such as "zh_CN.UTF-8@pinyin" in the order in which localised values are
+// looked for: language_COUNTRY@MODIFIER, language_COUNTRY, language@MODIFIER, language. Empty for
+// "C", "POSIX" and an empty name.
+[[nodiscard]] std::vector<std::string> localeKeys(std::string_view locale);
+
+// Reads the text of a desktop entry. Lines that are none, keys with broken names and other groups
+// are passed over; of a key that comes twice the first counts. Empty when the text describes no
+// application: another Type, or no Name.
+[[nodiscard]] std::optional<DesktopEntry>
+parseDesktopEntry(std::string_view text, const std::vector<std::string>& locales);
+
+// The program and its arguments that Exec asks for, without files: quoting undone, field codes
+// replaced or dropped. Empty when Exec is missing or breaks the rules (an open quote, an unknown
+// field code, no program).
+[[nodiscard]] std::vector<std::string> commandOf(const DesktopEntry& entry);
+
+// The program of Exec alone, without its folder; empty when there is none.
+[[nodiscard]] std::string programOf(const DesktopEntry& entry);
+
+} // namespace pelistra::desktop

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/Geometry.h"
+#include "platform/WindowList.h"
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pelistra::desktop {
+
+// One item as --list-items shows it.
+struct ListedItem {
+    WindowId id = 0;
+    ProcessId process = 0;
+    std::string owner;
+    std::string windowName;
+    std::optional<std::string> desktopId;
+    // Points, global coordinates.
+    Rect frame;
+    bool hidden = false;
+    std::string displayName;
+    std::string fallbackSymbol;
+};
+
+// A table with a heading, its columns as wide as their texts.
+void writeTable(std::ostream& out, const std::vector<ListedItem>& items);
+// A JSON array of objects; a missing desktop id is null.
+void writeJson(std::ostream& out, const std::vector<ListedItem>& items);
+
+// The columns that a text takes in a terminal: two for the characters of East Asia, none for
+// combining ones.
+[[nodiscard]] int columnsOf(const std::string& utf8);
+
+} // namespace pelistra::desktop
