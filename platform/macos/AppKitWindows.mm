@@ -1,5 +1,6 @@
 #include "platform/macos/AppKitWindows.h"
 
+#include "platform/MainQueue.h"
 #include "platform/macos/Conversions.h"
 #include "platform/macos/Owned.h"
 #include "platform/macos/views/HostingView.h"
@@ -34,7 +35,9 @@ class AppKitWindow final : public Window {
     AppKitWindow(const AppKitWindow&) = delete;
     AppKitWindow& operator=(const AppKitWindow&) = delete;
     ~AppKitWindow() override {
-        // The content may outlive the window; its views must not.
+        // The content may outlive the window; its views must not. Still they stay until the event
+        // is over that led here, which may be one of theirs.
+        services_.mainQueue->async([view = Owned<NSView*>::share([window_.get() contentView])] {});
         [window_.get() setContentView:nil];
         [controller_.get() close];
     }

@@ -170,6 +170,19 @@ constexpr double symbolPoints = 16;
 
 } // namespace
 
+@implementation NSImage (StandinSymbol)
+
+- (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration {
+    NSImage* image = [NSImage imageWithSystemSymbolName:[self standinSymbolName]
+                               accessibilityDescription:[self accessibilityDescription]];
+    const double side = configuration->pointSize * 1.25;
+    [[[image representations] firstObject] setSize:NSMakeSize(side, side)];
+    [image setSize:NSMakeSize(side, side)];
+    return image;
+}
+
+@end
+
 @implementation NSImage (Standin)
 
 + (instancetype)imageWithSystemSymbolName:(NSString*)symbolName
@@ -184,7 +197,7 @@ constexpr double symbolPoints = 16;
                             return YES;
                           }];
     [names() setObject:symbolName forKey:image];
-    [image setAccessibilityDescription:description];
+    [image setAccessibilityDescription:(description != nil ? description : @"")];
     return image;
 }
 

@@ -27,10 +27,10 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 @end
 
 @implementation CABasicAnimation
-- (instancetype)initWithKeyPath:(NSString*)keyPath {
-    self = [super init];
-    keyPath_ = [keyPath copy];
-    return self;
++ (instancetype)animationWithKeyPath:(NSString*)path {
+    CABasicAnimation* animation = [[[self alloc] init] autorelease];
+    [animation setKeyPath:path];
+    return animation;
 }
 - (void)dealloc {
     [keyPath_ release];
@@ -82,6 +82,12 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
     [animations_ release];
     [cornerCurve_ release];
     [super dealloc];
+}
+- (CGPoint)position {
+    return NSZeroPoint;
+}
+- (CGRect)bounds {
+    return NSZeroRect;
 }
 - (void)setCornerRadius:(CGFloat)radius {
     cornerRadius_ = radius;

@@ -23,7 +23,7 @@ struct ForeignItem {
     std::uint32_t window = 0;
     pid_t ownerPid = 0;
     std::string ownerName;
-    std::string windowName;
+    std::string windowName = {};
     double width = 30;
 };
 
@@ -100,6 +100,8 @@ struct World {
     bool reduceMotion = false;
 
     bool refusesMonitors = false;
+    // Presses the button of the alert that was shown last; empty before the first.
+    std::function<void()> dismissAlert;
 
     SMAppServiceStatus loginItemStatus = SMAppServiceStatusNotRegistered;
     // What registering leads to.

@@ -15,15 +15,23 @@ enum {
     NSEventTypeRightMouseUp = NSRightMouseUp,
     NSEventModifierFlagOption = NSAlternateKeyMask,
 };
-enum { NSControlSizeLarge = 3 };
-enum { NSBezelStylePush = NSRoundedBezelStyle };
-enum { NSButtonTypeMomentaryPushIn = 7 };
+#define NSControlSizeLarge static_cast<decltype(NSControlSizeRegular)>(3)
+#define NSBezelStylePush NSRoundedBezelStyle
+#define NSBezelStyleAccessoryBarAction NSRoundRectBezelStyle
+#define NSButtonTypeMomentaryPushIn NSMomentaryPushInButton
+#define NSCompositingOperationSourceOver NSCompositeSourceOver
+#define NSLineCapStyleButt NSButtLineCapStyle
+#define NSLineJoinStyleMiter NSMiterLineJoinStyle
 
 // GNUstep's has another value
 #define NSStatusWindowLevel 25
 
 typedef NSInteger NSWindowLevel;
 typedef NSString* NSFontTextStyle;
+typedef NSString* NSAppearanceName;
+typedef NSString* NSFontTextStyleOptionKey;
+typedef NSString* NSColorName;
+typedef NSInteger NSModalResponse;
 typedef NSString* NSStatusItemAutosaveName;
 
 typedef enum : NSInteger {
@@ -45,6 +53,79 @@ typedef enum : NSInteger {
 - (void)setTitlebarAppearsTransparent:(BOOL)transparent;
 - (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
 - (void)setAccessibilityLabel:(NSString*)label;
+@end
+
+@interface NSWindow (StandinSheet)
+- (void)endSheet:(NSWindow*)sheetWindow;
+@end
+
+@interface NSAlert (Standin)
+- (void)beginSheetModalForWindow:(NSWindow*)sheetWindow
+               completionHandler:(void (^)(NSModalResponse returnCode))handler;
+@end
+
+@interface NSView (Standin)
+- (void)setWantsLayer:(BOOL)wantsLayer;
+- (CALayer*)layer;
+- (NSEdgeInsets)safeAreaInsets;
+- (NSSize)intrinsicContentSize;
+- (void)updateTrackingAreas;
+- (void)addTrackingArea:(NSTrackingArea*)trackingArea;
+- (void)removeTrackingArea:(NSTrackingArea*)trackingArea;
+- (void)setAccessibilityElement:(BOOL)isElement;
+- (void)setAccessibilityLabel:(NSString*)label;
+- (NSString*)accessibilityLabel;
+@end
+
+@interface NSControl (Standin)
+- (void)setControlSize:(NSControlSize)controlSize;
+@end
+
+@interface NSButton (Standin)
+- (void)setContentTintColor:(NSColor*)color;
+- (void)setBezelColor:(NSColor*)color;
+- (void)setHasDestructiveAction:(BOOL)isDestructive;
+- (BOOL)hasDestructiveAction;
+@end
+
+@interface NSImageView (Standin)
+- (void)setContentTintColor:(NSColor*)color;
+@end
+
+@interface NSColor (Standin)
++ (NSColor*)controlAccentColor;
++ (NSColor*)separatorColor;
++ (NSColor*)colorWithName:(NSColorName)colorName
+          dynamicProvider:(NSColor* (^)(NSAppearance*))dynamicProvider;
+@end
+
+extern NSFontTextStyle const NSFontTextStyleCaption1;
+extern NSFontTextStyle const NSFontTextStyleCaption2;
+extern NSFontTextStyle const NSFontTextStyleSubheadline;
+extern NSFontTextStyle const NSFontTextStyleBody;
+extern NSFontTextStyle const NSFontTextStyleHeadline;
+extern NSFontTextStyle const NSFontTextStyleTitle3;
+
+@interface NSFont (Standin)
++ (NSFont*)systemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
++ (NSFont*)preferredFontForTextStyle:(NSFontTextStyle)style options:(NSDictionary*)options;
+@end
+
+@interface NSImageSymbolConfiguration : NSObject {
+@public
+    CGFloat pointSize;
+}
++ (instancetype)configurationWithPointSize:(CGFloat)pointSize weight:(NSFontWeight)weight;
+@end
+
+@interface NSImage (StandinSymbol)
+- (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
+@end
+
+@interface NSEvent (StandinScrolling)
+- (CGFloat)scrollingDeltaX;
+- (CGFloat)scrollingDeltaY;
+- (BOOL)hasPreciseScrollingDeltas;
 @end
 
 @interface NSEvent (Standin)

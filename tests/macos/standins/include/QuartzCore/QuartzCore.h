@@ -24,7 +24,7 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
     NSString* keyPath_;
     id fromValue_;
 }
-- (instancetype)initWithKeyPath:(NSString*)keyPath;
++ (instancetype)animationWithKeyPath:(NSString*)path;
 - (NSString*)keyPath;
 - (void)setKeyPath:(NSString*)keyPath;
 - (void)setFromValue:(id)fromValue;
@@ -48,6 +48,8 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
     BOOL masksToBounds_;
     NSMutableDictionary* animations_;
 }
+- (CGPoint)position;
+- (CGRect)bounds;
 - (void)setCornerRadius:(CGFloat)radius;
 - (CGFloat)cornerRadius;
 - (void)setCornerCurve:(CALayerCornerCurve)curve;

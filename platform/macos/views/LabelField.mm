@@ -1,0 +1,50 @@
+#include "platform/macos/views/LabelField.h"
+
+#include "platform/macos/Conversions.h"
+#include "platform/macos/views/Style.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pelistra::appkit {
+
+namespace {
+
+// Further than any text reaches.
+constexpr double unlimited = 100000;
+
+} // namespace
+
+Owned<NSView*> makeLabel() {
+    const auto field = Owned<NSTextField*>::adopt([[NSTextField alloc] initWithFrame:NSZeroRect]);
+    [field.get() setEditable:NO];
+    [field.get() setSelectable:NO];
+    [field.get() setBordered:NO];
+    [field.get() setBezeled:NO];
+    [field.get() setDrawsBackground:NO];
+    return Owned<NSView*>::share(field.get());
+}
+
+void showText(NSTextField* field, const ui::Text& text) {
+    [field setStringValue:nsString(text.text)];
+    [field setFont:nativeFont(text.font)];
+    [field setTextColor:nativeColor(text.foreground.value_or(ui::Color{}))];
+    const bool isSingleLine = text.lineLimit == 1;
+    [[field cell] setWraps:(isSingleLine ? NO : YES)];
+    [[field cell] setLineBreakMode:(isSingleLine ? NSLineBreakByTruncatingTail
+                                                 : NSLineBreakByWordWrapping)];
+    [field setAlignment:(text.multilineAlignment == ui::TextAlignment::Center
+                             ? NSTextAlignmentCenter
+                             : NSTextAlignmentNatural)];
+}
+
+Size measureLabel(NSTextField* field, const std::optional<double>& width) {
+    const bool wraps = [[field cell] wraps] == YES;
+    const double limit = wraps ? std::min(width.value_or(unlimited), unlimited) : unlimited;
+    const NSSize size = [[field cell] cellSizeForBounds:NSMakeRect(0, 0, limit, unlimited)];
+    const double natural = std::ceil(size.width);
+    // A text that is cut takes no more than it is offered.
+    return {.width = std::min(natural, width.value_or(natural)), .height = std::ceil(size.height)};
+}
+
+} // namespace pelistra::appkit

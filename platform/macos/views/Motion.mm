@@ -1,0 +1,88 @@
+#include "platform/macos/views/Motion.h"
+
+#include "platform/macos/Owned.h"
+#include "platform/macos/views/Element.h"
+
+#import <QuartzCore/QuartzCore.h>
+
+#include <utility>
+
+namespace pelistra::appkit {
+
+namespace {
+
+Owned<CABasicAnimation*> makeAnimation(const ui::Animation& animation, NSString* keyPath) {
+    if (const auto* spring = std::get_if<ui::Spring>(&animation)) {
+        const auto result = Owned<CASpringAnimation*>::adopt([[CASpringAnimation alloc]
+            initWithPerceptualDuration:spring->response
+                                bounce:1 - spring->dampingFraction]);
+        [result.get() setDuration:[result.get() settlingDuration]];
+        [result.get() setKeyPath:keyPath];
+        return Owned<CABasicAnimation*>::share(result.get());
+    }
+    const auto result =
+        Owned<CABasicAnimation*>::share([CABasicAnimation animationWithKeyPath:keyPath]);
+    [result.get() setDuration:std::get<ui::EaseOut>(animation).seconds];
+    [result.get() setTimingFunction:[CAMediaTimingFunction
+                                        functionWithName:kCAMediaTimingFunctionEaseOut]];
+    return result;
+}
+
+} // namespace
+
+double Motion::duration() const {
+    return [makeAnimation(animation_, @"opacity").get() duration];
+}
+
+void Motion::animate(NSView* view, NSString* keyPath, NSValue* from) const {
+    const auto animation = makeAnimation(animation_, keyPath);
+    [animation.get() setFromValue:from];
+    [[view layer] addAnimation:animation.get() forKey:keyPath];
+}
+
+void Motion::move(NSView* view, NSRect frame) const {
+    const NSRect before = [view frame];
+    const CGPoint position = [[view layer] position];
+    const CGRect bounds = [[view layer] bounds];
+    [view setFrame:frame];
+    // A view that is new has no place to come from.
+    if (NSIsEmptyRect(before)) {
+        return;
+    }
+    animate(view, @"position", [NSValue valueWithPoint:NSMakePoint(position.x, position.y)]);
+    animate(view, @"bounds",
+            [NSValue valueWithRect:NSMakeRect(bounds.origin.x, bounds.origin.y, bounds.size.width,
+                                              bounds.size.height)]);
+}
+
+// The layers of views are anchored at a corner, so that a scale about the centre needs a shift.
+void Motion::scaleFrom(NSView* view, double scale) const {
+    if (scale == 1) {
+        return;
+    }
+    const NSRect frame = [view frame];
+    const CGPoint position = [[view layer] position];
+    animate(view, @"transform.scale", [NSNumber numberWithDouble:scale]);
+    animate(view, @"position",
+            [NSValue valueWithPoint:NSMakePoint(position.x + frame.size.width * (1 - scale) / 2,
+                                                position.y + frame.size.height * (1 - scale) / 2)]);
+}
+
+void Motion::enter(NSView* view, double scale) const {
+    animate(view, @"opacity", [NSNumber numberWithDouble:0]);
+    // The view gets its place later in this update.
+    const auto kept = Owned<NSView*>::share(view);
+    const Motion copy = *this;
+    mainQueue_->async([kept, copy, scale] { copy.scaleFrom(kept.get(), scale); });
+}
+
+void Motion::leave(NSView* view, double scale, std::shared_ptr<Element> owner) const {
+    (void)scale;
+    [view setAlphaValue:0];
+    animate(view, @"opacity", [NSNumber numberWithDouble:1]);
+    mainQueue_->asyncAfter(Seconds(duration()), [owner = std::move(owner)]() mutable {
+        owner.reset();
+    });
+}
+
+} // namespace pelistra::appkit
