@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "platform/linux/AbsentServices.h"
+#include "platform/linux/DisplayScale.h"
 #include "platform/linux/EventPump.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/QtApplication.h"
@@ -22,7 +23,9 @@
 
 #include <array>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include <QApplication>
 
@@ -34,7 +37,9 @@ namespace {
 // load whole toolkits of their own; the generic one is enough for what is shown here.
 class QtRuntime {
 public:
-    QtRuntime() : application_(count_, arguments_.data()) {
+    explicit QtRuntime(const x11::Connection& connection)
+        : scale_(std::in_place, connection), application_(count_, arguments_.data()) {
+        scale_.reset();
         QApplication::setQuitOnLastWindowClosed(false);
         QApplication::setApplicationName("pelistra");
         QApplication::setApplicationVersion(PELISTRA_VERSION);
@@ -45,6 +50,8 @@ private:
     std::array<std::string, 3> texts_{"pelistra", "-platformtheme", "generic"};
     std::array<char*, 4> arguments_{texts_[0].data(), texts_[1].data(), texts_[2].data(), nullptr};
     int count_ = static_cast<int>(texts_.size());
+    // In force while the next member is made.
+    std::optional<QtScaleFactor> scale_;
     QApplication application_;
 };
 
@@ -53,7 +60,7 @@ private:
 struct LinuxPlatform::Services {
     Services(x11::Connection& connection, SingleInstance& instance,
              std::vector<std::string> arguments)
-        : pump(connection, log), defaults(defaultsPath(), mainQueue, log),
+        : qt(connection), pump(connection, log), defaults(defaultsPath(), mainQueue, log),
           trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)), iconAtoms(connection),
           canvas(connection), toolTip(connection), statusBar({.connection = connection,

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <memory>
 
+#include <QColor>
 #include <QTimer>
 
 class QLabel;
@@ -31,17 +32,21 @@ public:
     StatusToolTip& operator=(const StatusToolTip&) = delete;
     ~StatusToolTip();
 
-    // Shows the button's tooltip after the delay, at its window, unless it is hidden before.
-    void schedule(const std::shared_ptr<TrayStatusButton>& button, xcb_window_t window);
+    // Shows the button's tooltip after the delay, at its window, unless it is hidden before. It is
+    // dark where the bar's foreground is light.
+    void schedule(const std::shared_ptr<TrayStatusButton>& button, xcb_window_t window,
+                  const QColor& foreground);
     void hide();
 
 private:
     void show();
+    [[nodiscard]] std::unique_ptr<QLabel> makeLabel(const QString& text) const;
 
     const x11::Connection& connection_;
     QTimer timer_;
     std::weak_ptr<TrayStatusButton> button_;
     xcb_window_t window_ = XCB_WINDOW_NONE;
+    QColor foreground_;
     std::unique_ptr<QLabel> label_;
 };
 

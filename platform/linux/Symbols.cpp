@@ -23,12 +23,18 @@ struct PolylineSymbol {
 // The arms of a chevron meet at a right angle in the narrow direction's middle; the ends keep half
 // a stroke and a little air to the edge.
 constexpr std::array symbols{
-    PolylineSymbol{
-        .name = "chevron.right", .width = 9, .height = 14, .points = {{{2, 2}, {7, 7}, {2, 12}}}},
-    PolylineSymbol{
-        .name = "chevron.up", .width = 14, .height = 9, .points = {{{2, 7}, {7, 2}, {12, 7}}}},
-    PolylineSymbol{
-        .name = "chevron.down", .width = 14, .height = 9, .points = {{{2, 2}, {7, 7}, {12, 2}}}},
+    PolylineSymbol{.name = "chevron.right",
+                   .width = 8,
+                   .height = 13,
+                   .points = {{{1.5, 1.5}, {6.5, 6.5}, {1.5, 11.5}}}},
+    PolylineSymbol{.name = "chevron.up",
+                   .width = 13,
+                   .height = 8,
+                   .points = {{{1.5, 6.5}, {6.5, 1.5}, {11.5, 6.5}}}},
+    PolylineSymbol{.name = "chevron.down",
+                   .width = 13,
+                   .height = 8,
+                   .points = {{{1.5, 1.5}, {6.5, 6.5}, {11.5, 1.5}}}},
 };
 
 } // namespace

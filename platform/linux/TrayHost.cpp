@@ -1,5 +1,6 @@
 #include "platform/linux/TrayHost.h"
 
+#include "platform/linux/DisplayScale.h"
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Properties.h"
 
@@ -71,15 +72,10 @@ void TrayHost::start() {
 }
 
 double TrayHost::scale() const {
-    constexpr double unscaledDpi = 96;
     if (tray_ && tray_->scale) {
         return *tray_->scale;
     }
-    const auto resources =
-        x11::readProperty(connection_, x11::requestProperty(connection_, connection_.root(),
-                                                            XCB_ATOM_RESOURCE_MANAGER));
-    const auto dpi = resources ? dpiIn(resources->text()) : std::nullopt;
-    return dpi ? *dpi / unscaledDpi : 1;
+    return resourceScale(connection_).value_or(1);
 }
 
 std::optional<std::vector<std::uint32_t>> TrayHost::dockedWindows() const {

@@ -260,7 +260,7 @@ void TrayStatusItem::setHovered(bool hovered) {
     }
     redraw();
     if (hovered) {
-        services_.toolTip.schedule(button_, window());
+        services_.toolTip.schedule(button_, window(), foreground());
     } else {
         services_.toolTip.hide();
     }
@@ -288,24 +288,26 @@ void TrayStatusItem::redraw() {
     if (window_ == nullptr || !mapped_) {
         return;
     }
-    const auto& tray = services_.trayHost.tray();
     auto feedback = StatusItemLook::Feedback::None;
     if (!button_->isInert() && pressed_ != 0) {
         feedback = StatusItemLook::Feedback::Pressed;
     } else if (!button_->isInert() && hovered_) {
         feedback = StatusItemLook::Feedback::Hovered;
     }
-    const auto picture =
-        pictureOf({.width = width_,
-                   .height = height_,
-                   .scale = services_.trayHost.scale(),
-                   .image = button_->image(),
-                   .foreground = tray && tray->foreground
-                                     ? *tray->foreground
-                                     : QGuiApplication::palette().color(QPalette::WindowText),
-                   .feedback = feedback});
+    const auto picture = pictureOf({.width = width_,
+                                    .height = height_,
+                                    .scale = services_.trayHost.scale(),
+                                    .image = button_->image(),
+                                    .foreground = foreground(),
+                                    .feedback = feedback});
     services_.canvas.show(window_->id(), window_->visual(), picture.pixels, picture.x, picture.y);
     services_.connection.flush();
+}
+
+QColor TrayStatusItem::foreground() const {
+    const auto& tray = services_.trayHost.tray();
+    return tray && tray->foreground ? *tray->foreground
+                                    : QGuiApplication::palette().color(QPalette::WindowText);
 }
 
 int TrayStatusItem::pixelHeight() const {

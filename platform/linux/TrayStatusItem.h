@@ -81,6 +81,7 @@ private:
     void savePosition();
     void requestLength();
     void redraw();
+    [[nodiscard]] QColor foreground() const;
     [[nodiscard]] int pixelHeight() const;
     [[nodiscard]] int pixelLength() const;
     [[nodiscard]] std::optional<ScreenRect> frame() const;

@@ -5,6 +5,7 @@
 #include "tests/desktop/harness/UserInput.h"
 #include "tests/linux/shell/RespondingTray.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <iterator>
@@ -347,6 +348,19 @@ TEST_P(ScaledOrganiserTest, ItemsAreAsLargeAsTheBarsScaleSays) {
 
 INSTANTIATE_TEST_SUITE_P(Scales, ScaledOrganiserTest, ::testing::Values(100U, 150U, 200U),
                          [](const auto& row) { return std::to_string(row.param); });
+
+TEST_F(OrganiserTest, WindowsAreAsLargeAsTheBarsScaleSays) {
+    startDocked({.menuBarScale = 150});
+    ASSERT_TRUE(
+        clickUntil(Button::Right, {}, [this] { return hasVisibleWindow("Pelistra Settings"); }));
+    const auto windows = client_.children(client_.root());
+    const auto settings = std::ranges::find_if(windows, [this](xcb_window_t window) {
+        return client_.title(window) == "Pelistra Settings";
+    });
+    ASSERT_NE(settings, windows.end());
+    EXPECT_EQ(client_.frame(*settings)->width, 680 * 3 / 2);
+    EXPECT_EQ(client_.frame(*settings)->height, 600 * 3 / 2);
+}
 
 TEST_F(OrganiserTest, ItemsFollowAChangeOfTheScale) {
     startDocked();

@@ -19,10 +19,10 @@ TEST(StatusToolTip, HangsCentredBelowItsItem) {
 
 TEST(StatusToolTip, StaysOnTheMonitor) {
     const RootRect right{.x = 2252, .y = 0, .width = 28, .height = 28};
-    EXPECT_EQ(toolTipFrame(200, 30, right, monitor, 4).right(), monitor.right());
+    EXPECT_EQ(toolTipFrame(200, 30, right, monitor, 4).right(), monitor.right() - 4);
     const RootRect left{.x = 1000, .y = 0, .width = 28, .height = 28};
-    EXPECT_EQ(toolTipFrame(200, 30, left, monitor, 4).x, monitor.x);
-    EXPECT_EQ(toolTipFrame(2000, 30, right, monitor, 4).x, monitor.x);
+    EXPECT_EQ(toolTipFrame(200, 30, left, monitor, 4).x, monitor.x + 4);
+    EXPECT_EQ(toolTipFrame(2000, 30, right, monitor, 4).x, monitor.x + 4);
 }
 
 TEST(StatusToolTip, GoesAboveAnItemAtTheBottom) {
