@@ -1,0 +1,313 @@
+#include "tests/desktop/harness/Desktop.h"
+
+#include <algorithm>
+#include <csignal>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace pelistra::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+using Button = UserInput::Button;
+
+// Longer than the latch that ignores clicks after a toggle.
+constexpr std::chrono::milliseconds latchTime{250};
+constexpr int barWidth = 1280;
+
+const std::vector<std::string> oneOfEachToolkit{"parcellite", "pnmixer", "copyq", "qmidinet"};
+
+class CollapseTests : public ::testing::Test {
+protected:
+    void SetUp() override {
+        desktop_.startBar();
+        for (const std::string& program : oneOfEachToolkit) {
+            desktop_.startProgram(program);
+        }
+        desktop_.startOrganiser();
+        // A first start puts the two items at the right end.
+        ASSERT_TRUE(waitFor([this] {
+            return desktop_.hiddenSection().size() == oneOfEachToolkit.size() &&
+                   desktop_.everythingIsOnScreen();
+        })) << ::testing::PrintToString(desktop_.items());
+    }
+
+    void collapse() {
+        ASSERT_TRUE(desktop_.clickControl());
+        ASSERT_TRUE(desktop_.waitUntilCollapsed()) << ::testing::PrintToString(desktop_.items())
+                                                   << desktop_.organiser().process().output();
+    }
+
+    [[nodiscard]] std::string log() { return desktop_.organiser().process().output(); }
+
+    // Ends the latch of a toggle that has just happened.
+    void outlastLatch() {
+        static_cast<void>(staysTrue([] { return true; }, latchTime + latchTime));
+    }
+
+    // The organiser's windows among those that the window manager looks after.
+    [[nodiscard]] std::vector<xcb_window_t> ownWindows() {
+        std::vector<xcb_window_t> windows = desktop_.x().managedWindows();
+        const auto process = static_cast<std::uint32_t>(desktop_.organiser().process().pid());
+        std::erase_if(windows, [&](xcb_window_t window) {
+            return desktop_.x().claimedProcess(window) != process;
+        });
+        return windows;
+    }
+
+    Desktop desktop_;
+};
+
+TEST_F(CollapseTests, TheDividerStandsLeftOfTheArrowAtTheRightEnd) {
+    const auto control = desktop_.organiser().controlFrame();
+    const auto divider = desktop_.organiser().dividerFrame();
+    ASSERT_TRUE(control && divider);
+    EXPECT_EQ(divider->right(), control->x);
+    EXPECT_EQ(divider->width, 14);
+    EXPECT_EQ(control->width, control->height);
+    EXPECT_GT(control->right(), barWidth - 28);
+}
+
+TEST_F(CollapseTests, AClickHidesWhatIsLeftOfTheDividerAndLeavesTheRest) {
+    ASSERT_TRUE(desktop_.dragIntoVisibleSection("copyq"));
+    const auto control = desktop_.organiser().controlFrame();
+    const auto shown = desktop_.visibleSection();
+    ASSERT_EQ(shown.size(), 1U);
+    collapse();
+    EXPECT_EQ(desktop_.hiddenSection().size(), oneOfEachToolkit.size() - 1);
+    EXPECT_EQ(desktop_.visibleSection(), shown);
+    EXPECT_EQ(desktop_.organiser().controlFrame(), control);
+    EXPECT_EQ(desktop_.organiser().dividerFrame()->width, 2 * barWidth);
+    EXPECT_THAT(log(), HasSubstr("Collapsed divider to length 2560"));
+}
+
+TEST_F(CollapseTests, AnAltClickBringsEverythingBackWhereItWas) {
+    const auto before = desktop_.items();
+    collapse();
+    ASSERT_TRUE(desktop_.clickControl(Button::Left, {keys::alt}));
+    EXPECT_TRUE(desktop_.waitUntilExpanded());
+    EXPECT_EQ(desktop_.items(), before);
+}
+
+TEST_F(CollapseTests, IconsAreRepaintedAfterTheyCameBack) {
+    ASSERT_TRUE(waitFor([this] {
+        return std::ranges::all_of(desktop_.items(), [this](const Desktop::Item& item) {
+            return desktop_.x().capture(item.frame).colours() >= 2;
+        });
+    }));
+    desktop_.input().moveTo({.x = 300, .y = 400});
+    const WindowFrame bar{.width = barWidth, .height = 28};
+    Picture before = desktop_.x().capture(bar);
+    // Icons may still be changing right after their start.
+    ASSERT_TRUE(waitFor([&] {
+        const Picture earlier = before;
+        before = desktop_.x().capture(bar);
+        return before == earlier;
+    }));
+    collapse();
+    ASSERT_TRUE(desktop_.clickControl(Button::Left, {keys::alt}));
+    ASSERT_TRUE(desktop_.waitUntilExpanded());
+    desktop_.input().moveTo({.x = 300, .y = 400});
+    const auto differing = [&] {
+        std::size_t count = 0;
+        for (const Desktop::Item& item : desktop_.hiddenSection()) {
+            const WindowFrame& frame = item.frame;
+            count += desktop_.x().capture(frame).differingPixels(
+                before.part(frame.x, frame.y, frame.width, frame.height));
+        }
+        return count;
+    };
+    EXPECT_TRUE(waitFor([&] { return differing() == 0; })) << differing() << " pixels differ";
+}
+
+TEST_F(CollapseTests, ASecondClickNeverExpands) {
+    collapse();
+    outlastLatch();
+    ASSERT_TRUE(desktop_.clickControl());
+    EXPECT_TRUE(staysTrue([this] { return desktop_.organiser().isCollapsed(); },
+                          std::chrono::milliseconds(400)));
+}
+
+TEST_F(CollapseTests, ClicksRightAfterAToggleAreIgnored) {
+    const auto control = desktop_.organiser().controlFrame();
+    ASSERT_TRUE(control);
+    const auto begin = std::chrono::steady_clock::now();
+    // Collapse, expand, and a third click, all within the latch.
+    desktop_.input().click(centre(*control));
+    desktop_.input().click(centre(*control), Button::Left, {keys::alt});
+    desktop_.input().click(centre(*control));
+    ASSERT_LT(std::chrono::steady_clock::now() - begin, latchTime);
+    ASSERT_TRUE(desktop_.organiser().process().waitForOutput("Collapsed divider"));
+    EXPECT_TRUE(desktop_.waitUntilExpanded()) << log();
+    outlastLatch();
+    EXPECT_FALSE(desktop_.organiser().isCollapsed());
+    collapse();
+}
+
+TEST_F(CollapseTests, NothingEverMovesThePointer) {
+    const auto control = desktop_.organiser().controlFrame();
+    ASSERT_TRUE(control);
+    const RootPoint place = centre(*control);
+    const auto pointerIsThere = [&] {
+        return desktop_.x().pointer() == PointerState{.x = place.x, .y = place.y};
+    };
+    collapse();
+    EXPECT_TRUE(pointerIsThere());
+    outlastLatch();
+    ASSERT_TRUE(desktop_.clickControl(Button::Left, {keys::alt}));
+    ASSERT_TRUE(desktop_.waitUntilExpanded());
+    EXPECT_TRUE(pointerIsThere());
+    desktop_.organiser().process().signal(SIGKILL);
+    ASSERT_TRUE(desktop_.organiser().process().waitForExit());
+    desktop_.startOrganiser({"--verify-section-layout"});
+    ASSERT_TRUE(desktop_.organiser().process().waitForOutput("Verification collapsed"));
+    EXPECT_THAT(log(), HasSubstr("dividerWidth=2560.0 pointerUnchanged=true"));
+    EXPECT_TRUE(pointerIsThere());
+    EXPECT_TRUE(desktop_.waitUntilExpanded());
+}
+
+TEST_F(CollapseTests, ItRefusesWhileTheDividerIsRightOfTheArrow) {
+    const auto control = desktop_.organiser().controlFrame();
+    ASSERT_TRUE(control);
+    ASSERT_TRUE(desktop_.dragItem(OrganiserUnderTest::dividerName, control->right() - 2));
+    ASSERT_TRUE(waitFor([this] {
+        return desktop_.organiser().dividerFrame()->x > desktop_.organiser().controlFrame()->x;
+    }));
+    ASSERT_TRUE(desktop_.clickControl());
+    EXPECT_TRUE(desktop_.organiser().process().waitForOutput(
+        "Refusing to collapse because divider is not left of control"));
+    EXPECT_FALSE(desktop_.organiser().isCollapsed());
+    EXPECT_TRUE(desktop_.everythingIsOnScreen());
+    // Back in order, it collapses again.
+    outlastLatch();
+    ASSERT_TRUE(desktop_.dragItem(OrganiserUnderTest::dividerName,
+                                  desktop_.organiser().controlFrame()->x + 2));
+    ASSERT_TRUE(waitFor([this] {
+        return desktop_.organiser().dividerFrame()->x < desktop_.organiser().controlFrame()->x;
+    }));
+    collapse();
+}
+
+TEST_F(CollapseTests, ADraggedItemStaysOnItsSideAfterARestartOfEverything) {
+    ASSERT_TRUE(desktop_.dragIntoVisibleSection("Parcellite"));
+    ASSERT_TRUE(desktop_.dragItem("copyq", desktop_.items().front().frame.x + 2));
+    ASSERT_TRUE(waitFor([this] { return desktop_.order().front() == "copyq"; }));
+    const std::vector<std::string> order = desktop_.order();
+    desktop_.organiser().process().terminate();
+    desktop_.endPrograms();
+    EXPECT_EQ(desktop_.bar().process().terminate(), (ExitStatus{.status = 0}));
+    desktop_.startBar();
+    desktop_.startOrganiser();
+    for (const std::string& program : oneOfEachToolkit) {
+        desktop_.startProgram(program);
+    }
+    EXPECT_TRUE(waitFor([&] { return desktop_.order() == order; }))
+        << ::testing::PrintToString(desktop_.order());
+    collapse();
+    EXPECT_EQ(desktop_.visibleSection().size(), 1U);
+}
+
+TEST_F(CollapseTests, TheSectionKeepsItsStateWhenTheBarIsRestarted) {
+    const std::vector<std::string> order = desktop_.order();
+    collapse();
+    for (const int signal : {SIGKILL, SIGTERM}) {
+        desktop_.bar().process().signal(signal);
+        ASSERT_TRUE(desktop_.bar().process().waitForExit());
+        desktop_.startBar();
+        EXPECT_TRUE(waitFor([&] { return desktop_.items().size() == order.size(); }))
+            << ::testing::PrintToString(desktop_.items());
+        EXPECT_TRUE(desktop_.waitUntilCollapsed());
+        EXPECT_EQ(desktop_.order(), order);
+    }
+    ASSERT_TRUE(desktop_.clickControl(Button::Left, {keys::alt}));
+    EXPECT_TRUE(desktop_.waitUntilExpanded());
+}
+
+TEST_F(CollapseTests, HoweverTheOrganiserDiesTheIconsAreBack) {
+    for (const int signal : {SIGKILL, SIGTERM, SIGINT, SIGSEGV}) {
+        collapse();
+        desktop_.organiser().process().signal(signal);
+        const auto status = desktop_.organiser().process().waitForExit();
+        ASSERT_TRUE(status);
+        if (signal == SIGTERM || signal == SIGINT) {
+            EXPECT_EQ(status, (ExitStatus{.status = 0})) << log();
+        }
+        EXPECT_TRUE(waitFor([this] {
+            return desktop_.items().size() == oneOfEachToolkit.size() &&
+                   desktop_.everythingIsOnScreen();
+        })) << ::testing::PrintToString(desktop_.items());
+        desktop_.startOrganiser();
+        ASSERT_TRUE(desktop_.waitUntilExpanded());
+        EXPECT_EQ(desktop_.hiddenSection().size(), oneOfEachToolkit.size());
+    }
+}
+
+TEST_F(CollapseTests, ItMayStartCollapsed) {
+    desktop_.organiser().process().terminate();
+    desktop_.startOrganiser({"--start-collapsed"});
+    EXPECT_TRUE(desktop_.waitUntilCollapsed()) << log();
+}
+
+TEST_F(CollapseTests, TheCollapsedLengthFollowsTheScreen) {
+    collapse();
+    desktop_.setScreenSize(1000, 700);
+    EXPECT_TRUE(waitFor([this] {
+        const auto divider = desktop_.organiser().dividerFrame();
+        return divider && divider->width == 2000 && desktop_.hiddenSectionIsOffScreen();
+    })) << ::testing::PrintToString(desktop_.items());
+}
+
+TEST_F(CollapseTests, ARightClickOpensTheSettingsAndChangesNothingElse) {
+    collapse();
+    ASSERT_TRUE(desktop_.clickControl(Button::Right));
+    XClient& x = desktop_.x();
+    ASSERT_TRUE(waitFor([&] { return x.managedWindow("Pelistra Settings").has_value(); })) << log();
+    const xcb_window_t window = *x.managedWindow("Pelistra Settings");
+    EXPECT_TRUE(waitFor([&] {
+        const auto frame = x.frame(window);
+        return frame && frame->width == 680 && frame->height == 600;
+    }));
+    EXPECT_TRUE(waitFor([&] { return x.isViewable(window); }));
+    EXPECT_TRUE(waitFor([&] {
+        return x.words(x.root(), "_NET_ACTIVE_WINDOW") == std::vector<std::uint32_t>{window};
+    }));
+    EXPECT_TRUE(desktop_.organiser().isCollapsed());
+    // Asked for again, the same window comes.
+    ASSERT_TRUE(desktop_.clickControl(Button::Right));
+    EXPECT_TRUE(staysTrue([&] { return ownWindows() == std::vector{window}; },
+                          std::chrono::milliseconds(300)));
+}
+
+TEST_F(CollapseTests, TheOrganiserIsInNoTaskbarAndNoPager) {
+    XClient& x = desktop_.x();
+    EXPECT_THAT(ownWindows(), IsEmpty());
+    ASSERT_TRUE(desktop_.clickControl(Button::Right));
+    ASSERT_TRUE(waitFor([&] { return x.managedWindow("Pelistra Settings").has_value(); })) << log();
+    const xcb_window_t window = *x.managedWindow("Pelistra Settings");
+    EXPECT_TRUE(waitFor([&] {
+        return x.hasAtom(window, "_NET_WM_STATE", "_NET_WM_STATE_SKIP_TASKBAR") &&
+               x.hasAtom(window, "_NET_WM_STATE", "_NET_WM_STATE_SKIP_PAGER");
+    }));
+}
+
+TEST_F(CollapseTests, ASecondStartHandsItsSwitchOverAndEnds) {
+    XClient& x = desktop_.x();
+    const auto items = desktop_.items();
+    const std::string program = (builtPrograms() / "pelistra").string();
+    const auto plain = desktop_.display().start({program});
+    EXPECT_EQ(plain->waitForExit(), (ExitStatus{.status = 0})) << plain->output();
+    EXPECT_THAT(ownWindows(), IsEmpty());
+    const auto settings = desktop_.display().start({program, "--show-settings"});
+    EXPECT_EQ(settings->waitForExit(), (ExitStatus{.status = 0})) << settings->output();
+    EXPECT_TRUE(waitFor([&] { return x.managedWindow("Pelistra Settings").has_value(); }));
+    const auto onboarding = desktop_.display().start({program, "--show-onboarding"});
+    EXPECT_EQ(onboarding->waitForExit(), (ExitStatus{.status = 0})) << onboarding->output();
+    EXPECT_TRUE(waitFor([&] { return x.managedWindow("Welcome to Pelistra").has_value(); }));
+    EXPECT_EQ(desktop_.items(), items);
+}
+
+} // namespace
+} // namespace pelistra::testing
