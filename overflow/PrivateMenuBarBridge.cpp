@@ -68,7 +68,7 @@ PrivateMenuBarBridge::~PrivateMenuBarBridge() {
     if (!symbols_) {
         return;
     }
-    const LibraryHandle handle = symbols_->handle;
+    auto* const handle = symbols_->handle;
     // The functions go before the library that they live in.
     symbols_.reset();
     library_.close(handle);
@@ -97,7 +97,7 @@ std::optional<PrivateMenuBarBridge::Symbols> PrivateMenuBarBridge::loadSymbols()
     if (complete) {
         return symbols;
     }
-    const LibraryHandle handle = symbols.handle;
+    auto* const handle = symbols.handle;
     symbols = {};
     library_.close(handle);
     return std::nullopt;
@@ -107,8 +107,9 @@ std::vector<PrivateMenuBarWindow> PrivateMenuBarBridge::windows() const {
     if (!symbols_) {
         return {};
     }
-    const ConnectionId connection = symbols_->mainConnection();
-    const auto ids = listedIds(connection);
+    const Symbols& symbols = *symbols_;
+    const ConnectionId connection = symbols.mainConnection();
+    const auto ids = listedIds(symbols, connection);
     if (ids.empty()) {
         return {};
     }
@@ -118,7 +119,7 @@ std::vector<PrivateMenuBarWindow> PrivateMenuBarBridge::windows() const {
     std::vector<PrivateMenuBarWindow> result;
     result.reserve(ids.size());
     for (const WindowId id : ids) {
-        if (auto window = record(connection, id, infos)) {
+        if (auto window = record(symbols, connection, id, infos)) {
             result.push_back(*std::move(window));
         }
     }
@@ -126,18 +127,18 @@ std::vector<PrivateMenuBarWindow> PrivateMenuBarBridge::windows() const {
 }
 
 std::optional<Rect> PrivateMenuBarBridge::windowFrame(WindowId window) const {
-    return symbols_ ? frameOf(symbols_->mainConnection(), window) : std::nullopt;
+    return symbols_ ? frameOf(*symbols_, symbols_->mainConnection(), window) : std::nullopt;
 }
 
-std::vector<WindowId> PrivateMenuBarBridge::listedIds(ConnectionId connection) const {
+std::vector<WindowId> PrivateMenuBarBridge::listedIds(const Symbols& symbols,
+                                                      ConnectionId connection) {
     std::int32_t count = 0;
-    if (symbols_->windowCount(connection, everyProcess, &count) != windowServerSuccess ||
-        count < 1) {
+    if (symbols.windowCount(connection, everyProcess, &count) != windowServerSuccess || count < 1) {
         return {};
     }
     std::vector<WindowId> ids(static_cast<std::size_t>(count), 0);
     std::int32_t listed = 0;
-    if (symbols_->menuBarWindowList(connection, everyProcess, count, ids.data(), &listed) !=
+    if (symbols.menuBarWindowList(connection, everyProcess, count, ids.data(), &listed) !=
             windowServerSuccess ||
         listed < 1) {
         return {};
@@ -156,17 +157,20 @@ PrivateMenuBarBridge::InfoByNumber PrivateMenuBarBridge::byNumber(std::vector<Wi
     return result;
 }
 
-std::optional<Rect> PrivateMenuBarBridge::frameOf(ConnectionId connection, WindowId window) const {
+std::optional<Rect> PrivateMenuBarBridge::frameOf(const Symbols& symbols, ConnectionId connection,
+                                                  WindowId window) {
     Rect frame;
-    if (symbols_->windowFrame(connection, window, &frame) != windowServerSuccess) {
+    if (symbols.windowFrame(connection, window, &frame) != windowServerSuccess) {
         return std::nullopt;
     }
     return frame;
 }
 
-std::optional<PrivateMenuBarWindow>
-PrivateMenuBarBridge::record(ConnectionId connection, WindowId window, InfoByNumber& infos) const {
-    const auto frame = frameOf(connection, window);
+std::optional<PrivateMenuBarWindow> PrivateMenuBarBridge::record(const Symbols& symbols,
+                                                                 ConnectionId connection,
+                                                                 WindowId window,
+                                                                 InfoByNumber& infos) const {
+    const auto frame = frameOf(symbols, connection, window);
     if (!frame || !hasIconSize(*frame)) {
         return std::nullopt;
     }

@@ -51,11 +51,15 @@ private:
 
     [[nodiscard]] std::optional<Symbols> loadSymbols() const;
     [[nodiscard]] static InfoByNumber byNumber(std::vector<WindowInfo>& infos);
-    [[nodiscard]] std::vector<WindowId> listedIds(ConnectionId connection) const;
-    [[nodiscard]] std::optional<Rect> frameOf(ConnectionId connection, WindowId window) const;
+    [[nodiscard]] static std::vector<WindowId> listedIds(const Symbols& symbols,
+                                                         ConnectionId connection);
+    [[nodiscard]] static std::optional<Rect> frameOf(const Symbols& symbols,
+                                                     ConnectionId connection, WindowId window);
     // Takes what it needs out of the window's entry, which is then gone from the map.
-    [[nodiscard]] std::optional<PrivateMenuBarWindow>
-    record(ConnectionId connection, WindowId window, InfoByNumber& infos) const;
+    [[nodiscard]] std::optional<PrivateMenuBarWindow> record(const Symbols& symbols,
+                                                             ConnectionId connection,
+                                                             WindowId window,
+                                                             InfoByNumber& infos) const;
 
     PrivateLibrary& library_;
     WindowList& windowList_;

@@ -32,7 +32,7 @@ public:
 
     // Changes the value in place as one publication.
     template <class Change>
-    void mutate(Change change) {
+    void mutate(const Change& change) {
         T newValue = value_;
         change(newValue);
         set(std::move(newValue));

@@ -19,7 +19,7 @@ struct LowercaseRun {
 // A character whose lower-case form is two characters.
 struct LowercasePair {
     char32_t code;
-    char32_t lower[2];
+    std::array<char32_t, 2> lower;
 };
 
 struct CodeRange {

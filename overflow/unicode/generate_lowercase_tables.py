@@ -91,7 +91,7 @@ def main():
     print("struct LowercaseRun {\n    char32_t first;\n    char32_t last;\n    std::uint8_t step;")
     print("    std::int32_t distance;\n};\n")
     print("// A character whose lower-case form is two characters.")
-    print("struct LowercasePair {\n    char32_t code;\n    char32_t lower[2];\n};\n")
+    print("struct LowercasePair {\n    char32_t code;\n    std::array<char32_t, 2> lower;\n};\n")
     print("struct CodeRange {\n    char32_t first;\n    char32_t last;\n};")
     table("lowercaseRuns", "Ascending.",
           ("LowercaseRun", [f"{{{a:#x}, {b:#x}, {s}, {d}}}" for a, b, s, d in runs(simple)]))

@@ -10,8 +10,8 @@ namespace pelistra::x11 {
 struct FreeDeleter {
     // XCB hands replies, errors and events out as malloc'd memory.
     void operator()(void* memory) const {
-        std::free(memory);
-    } // NOLINT(*-no-malloc,*-owning-memory)
+        std::free(memory); // NOLINT(*-no-malloc,*-owning-memory)
+    }
 };
 
 // A reply, an error or an event of the X server, owned.
