@@ -33,15 +33,6 @@ std::string notSupported() {
 
 } // namespace
 
-RunningApplicationPtr
-AbsentRunningApplications::runningApplication(ProcessId /*processIdentifier*/) {
-    return nullptr;
-}
-
-bool AbsentRunningApplications::open(const FileUrl& /*url*/) {
-    return false;
-}
-
 std::unique_ptr<EventSource> AbsentEventPosting::source(EventSourceState /*state*/) {
     return nullptr;
 }

@@ -4,20 +4,13 @@
 #include "platform/GlobalClicks.h"
 #include "platform/LoginItem.h"
 #include "platform/Panel.h"
-#include "platform/RunningApplications.h"
 
 namespace pelistra::desktop {
 
-// The services that this front end does not have yet. Each answers what its interface has for a
-// system that cannot do it; nothing here pretends to have done anything.
+// Services that are not there. Each answers what its interface has for a system that cannot do it;
+// nothing here pretends to have done anything.
 
-class AbsentRunningApplications final : public RunningApplications {
-public:
-    [[nodiscard]] RunningApplicationPtr runningApplication(ProcessId processIdentifier) override;
-    [[nodiscard]] std::vector<ProcessId> processIdentifiers() override { return {}; }
-    [[nodiscard]] bool open(const FileUrl& url) override;
-};
-
+// For a server that takes no connection for it.
 class AbsentEventPosting final : public EventPosting {
 public:
     [[nodiscard]] std::unique_ptr<EventSource> source(EventSourceState state) override;

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "platform/linux/AbsentServices.h"
+#include "platform/linux/ClickDelivery.h"
 #include "platform/linux/DisplayScale.h"
 #include "platform/linux/EventPump.h"
 #include "platform/linux/FileUserDefaults.h"
@@ -16,6 +17,8 @@
 #include "platform/linux/TrayLook.h"
 #include "platform/linux/TrayStatusBar.h"
 #include "platform/linux/WindowCanvas.h"
+#include "platform/linux/X11EventPosting.h"
+#include "platform/linux/X11RunningApplications.h"
 #include "platform/linux/X11ScreenCapture.h"
 #include "platform/linux/X11WindowList.h"
 #include "platform/linux/XcbScreens.h"
@@ -55,6 +58,21 @@ private:
     QApplication application_;
 };
 
+// Clicks on other programs' icons, on a connection of their own.
+struct Clicks {
+    Clicks(std::unique_ptr<x11::Connection> ownConnection, TrayLook& look, MainQueue& mainQueue,
+           LogSink& log)
+        : connection(std::move(ownConnection)), pump(*connection, log),
+          delivery(*connection, mainQueue, log), posting(look, delivery),
+          events(pump.addHandler([this](const auto& event) { delivery.handle(event); })) {}
+
+    std::unique_ptr<x11::Connection> connection;
+    EventPump pump;
+    ClickDelivery delivery;
+    X11EventPosting posting;
+    SubscriptionPtr events;
+};
+
 } // namespace
 
 struct LinuxPlatform::Services {
@@ -73,12 +91,27 @@ struct LinuxPlatform::Services {
                                                               .toolTip = toolTip},
                                                              pump, mainQueue),
           trayLook(connection), windowList(trayLook, [](const TrayIcon&) { return std::nullopt; }),
-          windowServer(trayLook, windowList), screenCapture(connection),
+          windowServer(trayLook, windowList), screenCapture(connection), clicks(makeClicks()),
           termination([this] { application.terminate(); }),
           instanceEvents(
               pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
         pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
         trayHost.start();
+    }
+
+    // Null when the server takes no further connection.
+    std::unique_ptr<Clicks> makeClicks() {
+        x11::Connection::Failure failure;
+        auto own = x11::Connection::open({}, failure);
+        if (own == nullptr) {
+            Logger(log, "x11").error("Icons cannot be clicked: " + failure.message);
+            return nullptr;
+        }
+        return std::make_unique<Clicks>(std::move(own), trayLook, mainQueue, log);
+    }
+
+    [[nodiscard]] EventPosting& eventPosting() {
+        return clicks ? static_cast<EventPosting&>(clicks->posting) : noEventPosting;
     }
 
     // Nothing can be shown or cleaned up any more, and Qt's own connection is as dead as ours.
@@ -102,12 +135,13 @@ struct LinuxPlatform::Services {
     WindowCanvas canvas;
     StatusToolTip toolTip;
     TrayStatusBar statusBar;
+    X11RunningApplications runningApplications;
     TrayLook trayLook;
     X11WindowList windowList;
     XcbWindowServer windowServer;
     X11ScreenCapture screenCapture;
-    AbsentRunningApplications runningApplications;
-    AbsentEventPosting eventPosting;
+    AbsentEventPosting noEventPosting;
+    std::unique_ptr<Clicks> clicks;
     AbsentPanels panels;
     AbsentGlobalClicks globalClicks;
     AbsentLoginItem loginItem;
@@ -133,7 +167,7 @@ Platform LinuxPlatform::platform() {
             .privateLibrary = services_->windowServer,
             .runningApplications = services_->runningApplications,
             .screenCapture = services_->screenCapture,
-            .eventPosting = services_->eventPosting,
+            .eventPosting = services_->eventPosting(),
             .windows = services_->windows,
             .panels = services_->panels,
             .globalClicks = services_->globalClicks,
