@@ -21,6 +21,7 @@ constexpr std::array<Seconds, 6> menuLooks{Seconds{0.05}, Seconds{0.1}, Seconds{
                                            Seconds{0.3},  Seconds{0.6}, Seconds{0.8}};
 // How long a program may take to close its menu after a click.
 constexpr Seconds closingTime{0.2};
+constexpr int mostRepetitions = 5;
 // Long enough after the start that a program whose last click was ours has forgotten the device.
 constexpr Seconds cleaningDelay{1};
 
@@ -271,7 +272,8 @@ void ClickDelivery::lookForMenu(WindowId icon, std::size_t attempt) {
 }
 
 void ClickDelivery::beginWatching(WindowId icon) {
-    menu_ = Menu{.icon = icon};
+    menu_.emplace();
+    menu_->icon = icon;
     selectRawPresses(true);
     grabUserKeyboard();
     connection_->flush();
@@ -380,6 +382,8 @@ void ClickDelivery::handlePress(xcb_input_device_id_t device) {
                               return clientOf(window) == clientOf(menu_->icon);
                           });
     if (!isInMenu) {
+        menu_->clickedOutside = place;
+        menu_->repetitions = 0;
         clickOutside(*place);
     }
     checkMenuSoon();
@@ -404,9 +408,19 @@ void ClickDelivery::checkMenuSoon() {
 }
 
 void ClickDelivery::checkMenu() {
-    if (menu_ && (!replies_.begin(patience) || !device_.isGrabbed())) {
+    if (!menu_) {
+        return;
+    }
+    if (!replies_.begin(patience) || !device_.isGrabbed()) {
         endWatching();
         connection_->flush();
+        return;
+    }
+    // A menu that has just opened ignores clicks for a moment.
+    if (menu_->clickedOutside && menu_->repetitions < mostRepetitions) {
+        ++menu_->repetitions;
+        clickOutside(*menu_->clickedOutside);
+        checkMenuSoon();
     }
 }
 

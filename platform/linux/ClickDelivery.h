@@ -63,6 +63,10 @@ private:
     struct Menu {
         WindowId icon = 0;
         bool keyboardIsGrabbed = false;
+        // Where the user has clicked outside, until the menu has closed, and how often that has
+        // been repeated.
+        std::optional<RootPlace> clickedOutside;
+        int repetitions = 0;
     };
 
     [[nodiscard]] std::optional<Target> describe(WindowId window, ProcessId process,

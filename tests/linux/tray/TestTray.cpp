@@ -23,6 +23,9 @@ TestTray::TestTray(const std::string& display, Kind kind)
       bar_(createWindow(x_, x_.root(), 0, x_.rootFrame().width, 28)) {
     const std::string selection =
         "_NET_SYSTEM_TRAY_S" + std::to_string(x_.connection().screenNumber());
+    // No window manager moves it.
+    const std::uint32_t unmanaged = 1;
+    xcb_change_window_attributes(x_.get(), bar_, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
     xcb_map_window(x_.get(), bar_);
     xcb_set_selection_owner(x_.get(), owner_, x_.atom(selection), XCB_CURRENT_TIME);
     if (kind_ == Kind::Ours) {

@@ -1,0 +1,389 @@
+#include "platform/linux/ClickDelivery.h"
+
+#include "platform/linux/TrayLook.h"
+#include "platform/linux/X11EventPosting.h"
+#include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/desktop/harness/ProgramsUnderTest.h"
+#include "tests/desktop/harness/RealTrayPrograms.h"
+#include "tests/desktop/harness/UserInput.h"
+#include "tests/linux/tray/RealTimeQueue.h"
+#include "tests/linux/tray/TestTray.h"
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/xinput.h>
+
+namespace pelistra::testing {
+namespace {
+
+using desktop::ClickDelivery;
+using desktop::PointerDevice;
+using desktop::RootPlace;
+using desktop::TrayIcon;
+using desktop::TrayLook;
+using desktop::X11EventPosting;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class StandardErrorLog final : public LogSink {
+public:
+    void write(std::string_view /*subsystem*/, std::string_view category, LogLevel /*level*/,
+               std::string_view message) override {
+        lines.push_back(std::string(category) + ": " + std::string(message));
+    }
+
+    std::vector<std::string> lines;
+};
+
+std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
+    x11::Connection::Failure failure;
+    auto connection = x11::Connection::open(display.name(), failure);
+    if (!connection) {
+        throw std::runtime_error(failure.message);
+    }
+    return connection;
+}
+
+// Names of the master devices that the server has, as an outsider sees them.
+std::vector<std::string> masterPointers(XClient& client) {
+    std::vector<std::string> names;
+    const x11::Owned<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        client.get(), xcb_input_xi_query_version(client.get(), 2, 2), nullptr));
+    const x11::Owned<xcb_input_xi_query_device_reply_t> reply(xcb_input_xi_query_device_reply(
+        client.get(), xcb_input_xi_query_device(client.get(), 0), nullptr));
+    if (!reply) {
+        throw std::runtime_error("the server lists no devices");
+    }
+    for (auto info = xcb_input_xi_query_device_infos_iterator(reply.get()); info.rem != 0;
+         xcb_input_xi_device_info_next(&info)) {
+        if (info.data->type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER) {
+            names.emplace_back(xcb_input_xi_device_info_name(info.data),
+                               xcb_input_xi_device_info_name_length(info.data));
+        }
+    }
+    return names;
+}
+
+// The windows that pop up: top-level, mapped, not managed.
+std::vector<xcb_window_t> popups(XClient& client) {
+    std::vector<xcb_window_t> result;
+    for (const xcb_window_t window : client.children(client.root())) {
+        const x11::Owned<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(
+                client.get(), xcb_get_window_attributes(client.get(), window), nullptr));
+        if (attributes && attributes->override_redirect != 0 &&
+            attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT &&
+            attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+            client.frame(window).value_or(WindowFrame{}).width > 30) {
+            result.push_back(window);
+        }
+    }
+    return result;
+}
+
+class ClickDeliveryTest : public ::testing::Test {
+protected:
+    void runLoop() {
+        while (const auto event = connection->pollEvent()) {
+            delivery->handle(*event);
+        }
+        queue.runDue();
+        connection->flush();
+    }
+    template <class Condition>
+    bool waitWhileRunning(Condition condition, std::chrono::milliseconds bound = patience) {
+        return waitFor(
+            [&] {
+                runLoop();
+                return condition();
+            },
+            bound);
+    }
+    bool post(const TrayIcon& icon) {
+        const auto source = posting->source(EventSourceState::Private);
+        const Rect frame = look->frameOf(icon.window).value();
+        const Point centre{.x = frame.midX(), .y = frame.midY()};
+        const auto event = [&](EventType type) {
+            auto made = posting->mouseEvent(*source, type, centre, MouseButton::Left);
+            made->setIntegerValueField(event_field::targetUnixProcessId, icon.pid);
+            made->setIntegerValueField(event_field::windowUnderMousePointer, icon.window);
+            made->setIntegerValueField(event_field::windowUnderMousePointerThatCanHandleThisEvent,
+                                       icon.window);
+            made->setIntegerValueField(event_field::windowNumber, icon.window);
+            made->setIntegerValueField(event_field::clickState, 1);
+            return made;
+        };
+        return posting->postToPid(icon.pid, *event(EventType::LeftMouseDown)) &&
+               posting->postToPid(icon.pid, *event(EventType::LeftMouseUp));
+    }
+    std::optional<TrayIcon> iconOf(const std::string& className) {
+        const auto view = look->look();
+        if (view) {
+            for (const TrayIcon& icon : view->icons) {
+                if (icon.className == className) {
+                    return icon;
+                }
+            }
+        }
+        return std::nullopt;
+    }
+
+    PrivateDisplay display{{.windowManager = true, .sessionBus = true}};
+    XClient client{display.name()};
+    UserInput user{client};
+    RealTimeQueue queue;
+    StandardErrorLog log;
+    std::unique_ptr<x11::Connection> lookConnection = connect(display);
+    std::unique_ptr<x11::Connection> connection = connect(display);
+    std::unique_ptr<TrayLook> look = std::make_unique<TrayLook>(*lookConnection);
+    std::unique_ptr<ClickDelivery> delivery =
+        std::make_unique<ClickDelivery>(*connection, queue, log);
+    std::unique_ptr<X11EventPosting> posting = std::make_unique<X11EventPosting>(*look, *delivery);
+};
+
+TEST(PointerDeviceName, SaysWhoMadeIt) {
+    const std::string name = PointerDevice::nameOf(4711, "host.example");
+    EXPECT_EQ(PointerDevice::makerIn(name + " pointer"),
+              (PointerDevice::Maker{.process = 4711, .host = "host.example"}));
+    EXPECT_EQ(PointerDevice::makerIn(name + " keyboard"), std::nullopt);
+    EXPECT_EQ(PointerDevice::makerIn("Virtual core pointer"), std::nullopt);
+    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks 12 pointer"), std::nullopt);
+    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks 1x@h pointer"), std::nullopt);
+    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks -3@h pointer"), std::nullopt);
+    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks 99999999999@h pointer"), std::nullopt);
+    EXPECT_EQ(PointerDevice::makerIn(""), std::nullopt);
+}
+
+TEST_F(ClickDeliveryTest, LeavesNoPointerBehindAtTheEnd) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient program(display.name());
+    const auto window = program.makeWindow(24, 28);
+    tray.embed(window, 300, 24, 28);
+    user.moveTo({.x = 640, .y = 500});
+    const PointerState before = client.pointer();
+    ASSERT_TRUE(waitFor([&] { return iconOf("").has_value(); }));
+    ASSERT_EQ(masterPointers(client).size(), 1U);
+    EXPECT_EQ(delivery->wayOf(window, ::getpid(), {.x = 310, .y = 10}),
+              ClickDelivery::Way::SecondPointer);
+    EXPECT_TRUE(post(iconOf("").value()));
+    EXPECT_EQ(masterPointers(client).size(), 2U);
+    EXPECT_EQ(client.pointer(), before);
+    delivery.reset();
+    EXPECT_EQ(masterPointers(client).size(), 1U);
+    EXPECT_EQ(client.pointer(), before);
+}
+
+TEST_F(ClickDeliveryTest, RemovesThePointerOfAProgramThatCrashedAndNoOther) {
+    const pid_t crashing = ::fork();
+    if (crashing == 0) {
+        const auto own = connect(display);
+        x11::Replies replies(*own);
+        PointerDevice device(*own, replies);
+        const bool made = replies.begin(TrayLook::patience) && device.prepare();
+        ::_exit(made ? 0 : 1);
+    }
+    int status = 1;
+    ::waitpid(crashing, &status, 0);
+    ASSERT_EQ(status, 0);
+    ASSERT_THAT(masterPointers(client), Contains(HasSubstr(std::to_string(crashing))));
+
+    const auto living = connect(display);
+    x11::Replies replies(*living);
+    PointerDevice other(*living, replies);
+    ASSERT_TRUE(replies.begin(TrayLook::patience) && other.prepare());
+    EXPECT_TRUE(waitWhileRunning([&] { return masterPointers(client).size() == 2; }));
+    EXPECT_THAT(masterPointers(client), Contains(HasSubstr(std::to_string(::getpid()))));
+    ASSERT_TRUE(replies.begin(TrayLook::patience));
+    other.removeWhenQuiet();
+    EXPECT_EQ(masterPointers(client).size(), 1U);
+}
+
+TEST_F(ClickDeliveryTest, ClicksNothingButTheWindowThatItIsAskedFor) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient program(display.name());
+    const auto window = program.makeWindow(24, 28);
+    tray.embed(window, 300, 24, 28);
+    const RootPlace inside{.x = 310, .y = 10};
+    EXPECT_FALSE(delivery->press(0x7fffff, ::getpid(), inside)) << "no such window";
+    EXPECT_FALSE(delivery->press(window, 1, inside)) << "another process";
+    EXPECT_FALSE(delivery->press(window, ::getpid(), {.x = -500, .y = 10})) << "off the screen";
+    EXPECT_FALSE(delivery->release(window, ::getpid(), inside)) << "nothing was pressed";
+
+    const auto cover = program.makeWindow(400, 400);
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    const std::uint32_t unmanaged = 1;
+    xcb_change_window_attributes(program.x().get(), cover, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
+    xcb_map_window(program.x().get(), cover);
+    xcb_configure_window(program.x().get(), cover, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    program.x().sync();
+    EXPECT_FALSE(delivery->press(window, ::getpid(), inside)) << "covered";
+    EXPECT_EQ(masterPointers(client).size(), 1U);
+}
+
+TEST_F(ClickDeliveryTest, SendsAPressAndAReleaseToAWindowThatListens) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient program(display.name());
+    const auto window =
+        program.makeWindow(24, 28, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE);
+    tray.embed(window, 300, 24, 28);
+    EXPECT_TRUE(post(iconOf("").value()));
+    EXPECT_EQ(masterPointers(client).size(), 1U);
+    std::vector<int> types;
+    ASSERT_TRUE(waitFor([&] {
+        while (const auto event = program.x().connection().pollEvent()) {
+            types.push_back(x11::typeOf(*event));
+            const auto& button = x11::eventAs<xcb_button_press_event_t>(*event);
+            EXPECT_EQ(button.root_x, 312);
+            EXPECT_EQ(button.root_y, 14);
+            EXPECT_EQ(button.event_x, 12);
+            EXPECT_EQ(button.event_y, 14);
+            EXPECT_EQ(button.detail, 1);
+        }
+        return types.size() >= 2;
+    }));
+    EXPECT_THAT(types, ElementsAre(XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE));
+}
+
+TEST_F(ClickDeliveryTest, AnEventWithoutAWindowReachesNobody) {
+    const auto source = posting->source(EventSourceState::Private);
+    const auto event =
+        posting->mouseEvent(*source, EventType::LeftMouseDown, {}, MouseButton::Left);
+    EXPECT_FALSE(posting->postToPid(::getpid(), *event));
+    event->setIntegerValueField(event_field::windowNumber, 1);
+    EXPECT_FALSE(posting->postToPid(0, *event));
+    EXPECT_EQ(posting->mouseEvent(*source, EventType::RightMouseDown, {}, MouseButton::Left),
+              nullptr);
+}
+
+// A program whose icon opens a menu on a left click.
+struct MenuProgram {
+    std::string program;
+    ClickDelivery::Way way;
+    // It puts its menu at the user's pointer, whatever was clicked.
+    bool opensAtPointer = false;
+};
+
+void PrintTo(const MenuProgram& program, std::ostream* stream) {
+    *stream << program.program;
+}
+
+class MenuProgramTest : public ClickDeliveryTest,
+                        public ::testing::WithParamInterface<MenuProgram> {
+protected:
+    void SetUp() override {
+        bar = std::make_unique<BarUnderTest>(display, client);
+        const RealTrayProgram& wanted = realTrayProgram(GetParam().program);
+        program = startTrayProgram(display, wanted);
+        ASSERT_TRUE(waitWhileRunning([&] {
+            const auto found = iconOf(wanted.className);
+            icon = found.value_or(TrayIcon{});
+            return found.has_value() && client.isViewable(found->window);
+        })) << program->output();
+        // Programs show their icon before they are ready for clicks.
+        ASSERT_TRUE(waitWhileRunning([&] { return popups(client).size() == ownPopups(); }));
+        user.moveTo(resting);
+        pointer = client.pointer();
+        focus = client.focus();
+    }
+
+    // The bar itself may be one.
+    std::size_t ownPopups() {
+        if (!counted) {
+            counted = popups(client).size();
+        }
+        return *counted;
+    }
+    std::optional<WindowFrame> menu() {
+        const auto windows = popups(client);
+        return windows.size() > ownPopups() ? client.frame(windows.back()) : std::nullopt;
+    }
+    void openMenu() {
+        ASSERT_EQ(delivery->wayOf(icon.window, icon.pid, centreOfIcon()), GetParam().way);
+        // A program that has just docked may still miss its first click.
+        ASSERT_TRUE(waitWhileRunning([&] {
+            return menu().has_value() ||
+                   (post(icon) && waitWhileRunning([&] { return menu().has_value(); },
+                                                   std::chrono::milliseconds{1500}));
+        })) << "no menu opened";
+        ASSERT_TRUE(GetParam().way == ClickDelivery::Way::Sent ||
+                    waitWhileRunning([&] { return delivery->watchesMenu(); }));
+    }
+    RootPlace centreOfIcon() {
+        const auto frame = client.frame(icon.window).value();
+        return {.x = frame.midX(), .y = frame.midY()};
+    }
+    void expectClosed() {
+        EXPECT_TRUE(waitWhileRunning([&] { return !menu().has_value(); })) << "the menu stays";
+        EXPECT_TRUE(waitWhileRunning([&] { return !delivery->watchesMenu(); }));
+        EXPECT_TRUE(program->isRunning());
+    }
+
+    static constexpr RootPoint resting{.x = 640, .y = 300};
+    static constexpr RootPoint outside{.x = 30, .y = 780};
+    std::unique_ptr<BarUnderTest> bar;
+    std::unique_ptr<ChildProcess> program;
+    TrayIcon icon;
+    PointerState pointer;
+    xcb_window_t focus = 0;
+    std::optional<std::size_t> counted;
+};
+
+TEST_P(MenuProgramTest, OpensItsMenuUnderTheIconAndMovesNothing) {
+    openMenu();
+    const WindowFrame shown = menu().value();
+    const WindowFrame from = client.frame(icon.window).value();
+    if (!GetParam().opensAtPointer) {
+        EXPECT_LE(shown.x, from.right());
+        EXPECT_GE(shown.right(), from.x);
+        EXPECT_GE(shown.y, from.y);
+        EXPECT_LE(shown.y, from.y + from.height + 8);
+    }
+    EXPECT_EQ(client.pointer(), pointer);
+}
+
+TEST_P(MenuProgramTest, ClosesItsMenuOnAClickOutside) {
+    openMenu();
+    user.click(outside);
+    expectClosed();
+}
+
+TEST_P(MenuProgramTest, ClosesItsMenuOnEscape) {
+    openMenu();
+    user.tapKey(keys::escape);
+    expectClosed();
+}
+
+TEST_P(MenuProgramTest, LetsTheUserChooseWithTheirOwnPointer) {
+    openMenu();
+    const WindowFrame shown = menu().value();
+    const Picture before = client.capture(shown);
+    // The row under the user's pointer lights up.
+    user.moveTo({.x = shown.x + 20, .y = shown.y + shown.height - 14});
+    user.moveTo({.x = shown.x + 24, .y = shown.y + shown.height - 13});
+    EXPECT_TRUE(waitWhileRunning([&] { return client.capture(shown) != before; }));
+    user.click(outside);
+    expectClosed();
+}
+
+INSTANTIATE_TEST_SUITE_P(Programs, MenuProgramTest,
+                         ::testing::Values(MenuProgram{.program = "parcellite",
+                                                       .way = ClickDelivery::Way::Sent,
+                                                       .opensAtPointer = true},
+                                           MenuProgram{.program = "xfce4-clipman",
+                                                       .way = ClickDelivery::Way::SecondPointer}),
+                         [](const auto& tested) {
+                             std::string name = tested.param.program;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+} // namespace
+} // namespace pelistra::testing

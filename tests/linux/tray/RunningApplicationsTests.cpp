@@ -1,0 +1,238 @@
+#include "platform/linux/X11RunningApplications.h"
+
+#include "platform/linux/ListItems.h"
+#include "platform/linux/X11RunningApplicationsLauncher.h"
+#include "platform/linux/X11RunningApplicationsProcess.h"
+#include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/linux/tray/TestTray.h"
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace pelistra::testing {
+namespace {
+
+using desktop::DesktopEntryPlaces;
+using desktop::TrayIcon;
+using desktop::X11RunningApplications;
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+std::string contentOf(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
+}
+
+class RunningApplicationsTest : public ::testing::Test {
+protected:
+    void writeEntry(const std::string& id, const std::string& more) {
+        std::filesystem::create_directories(folder.path() / "applications");
+        std::ofstream(folder.path() / "applications" / (id + ".desktop"))
+            << "[Desktop Entry]\nType=Application\nName=" << id << " in words\n"
+            << more;
+    }
+    X11RunningApplications applications(const std::string& display = {}) {
+        return X11RunningApplications(display,
+                                      {.folders = {folder.path() / "applications"}, .locales = {}});
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(RunningApplicationsTest, KnowsWhichProcessesRun) {
+    auto all = applications();
+    EXPECT_NE(all.runningApplication(::getpid()), nullptr);
+    EXPECT_EQ(all.runningApplication(0), nullptr);
+    EXPECT_EQ(all.runningApplication(-1), nullptr);
+    EXPECT_EQ(all.runningApplication(0x7ffffff0), nullptr);
+    EXPECT_THAT(all.processIdentifiers(), Contains(::getpid()));
+
+    const pid_t ended = ::fork();
+    if (ended == 0) {
+        ::_exit(0);
+    }
+    siginfo_t info{};
+    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(ended), &info, WEXITED | WNOWAIT), 0);
+    EXPECT_FALSE(desktop::processRuns(ended)) << "a process that has ended and was not reaped";
+    EXPECT_THAT(all.processIdentifiers(), Not(Contains(ended)));
+    ASSERT_EQ(::waitpid(ended, nullptr, 0), ended);
+    EXPECT_EQ(all.runningApplication(ended), nullptr);
+}
+
+TEST_F(RunningApplicationsTest, AProcessWithoutAnEntryIsCalledByItsProgram) {
+    auto all = applications();
+    const auto application = all.runningApplication(::getpid());
+    EXPECT_EQ(application->localizedName(), "tray_tests");
+    EXPECT_EQ(application->bundleIdentifier(), std::nullopt);
+    EXPECT_EQ(application->bundleUrl(), std::nullopt);
+    EXPECT_EQ(application->icon(), nullptr);
+}
+
+TEST_F(RunningApplicationsTest, FindsTheEntryByTheProgram) {
+    writeEntry("org.example.Tests", "Exec=/somewhere/tray_tests --x\n");
+    auto all = applications();
+    const auto application = all.runningApplication(::getpid());
+    EXPECT_EQ(application->localizedName(), "org.example.Tests in words");
+    EXPECT_EQ(application->bundleIdentifier(), "org.example.Tests");
+    EXPECT_EQ(application->bundleUrl()->path,
+              (folder.path() / "applications/org.example.Tests.desktop").string());
+}
+
+TEST_F(RunningApplicationsTest, TheClassOfTheIconComesBeforeTheProgram) {
+    writeEntry("by-program", "Exec=tray_tests\n");
+    writeEntry("by-class", "Exec=other\nStartupWMClass=Special\n");
+    auto all = applications();
+    EXPECT_EQ(all.runningApplication(::getpid())->bundleIdentifier(), "by-program");
+    TrayIcon icon;
+    icon.pid = ::getpid();
+    icon.className = "Special";
+    EXPECT_EQ(all.ownerName(icon), "by-class in words");
+    EXPECT_EQ(all.runningApplication(::getpid())->bundleIdentifier(), "by-class");
+    icon.pid = 0;
+    EXPECT_EQ(all.ownerName(icon), std::nullopt);
+}
+
+TEST_F(RunningApplicationsTest, OpensAnEntryWithoutAShellAndWithoutAChild) {
+    const auto result = folder.path() / "result";
+    const auto script = folder.path() / "program";
+    std::ofstream(script) << "#!/bin/sh\nprintf '%s|' \"$PWD\" \"$@\" > '" << result.string()
+                          << ".part'\nmv '" << result.string() << ".part' '" << result.string()
+                          << "'\n";
+    std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+    writeEntry("starts", "Exec=" + script.string() +
+                             " \"a b\" $HOME;x %U %%\nPath=" + folder.path().string() + "\n");
+    auto all = applications();
+    ASSERT_TRUE(all.open({(folder.path() / "applications/starts.desktop").string()}));
+    ASSERT_TRUE(waitFor([&] { return std::filesystem::exists(result); }));
+    EXPECT_EQ(contentOf(result), folder.path().string() + "|a b|$HOME;x|%|");
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child of ours is left";
+}
+
+TEST_F(RunningApplicationsTest, RefusesWhatCannotBeOpened) {
+    writeEntry("gone", "Exec=/nowhere/program\n");
+    writeEntry("try", "Exec=/bin/true\nTryExec=/nowhere/program\n");
+    writeEntry("folder", "Exec=/bin/true\nPath=/nowhere\n");
+    writeEntry("broken", "Exec=\"/bin/true\n");
+    writeEntry("hidden", "Exec=/bin/true\nHidden=true\n");
+    auto all = applications();
+    for (const std::string id : {"gone", "try", "folder", "broken", "hidden", "missing"}) {
+        EXPECT_FALSE(all.open({(folder.path() / "applications" / (id + ".desktop")).string()}))
+            << id;
+    }
+    EXPECT_FALSE(all.open({"/bin/true"}));
+    EXPECT_FALSE(all.open({""}));
+}
+
+TEST_F(RunningApplicationsTest, AProgramWithoutAWindowAndWithoutAnEntryCannotBeActivated) {
+    PrivateDisplay display;
+    auto all = applications(display.name());
+    EXPECT_FALSE(all.runningApplication(::getpid())->activate(activateAllWindows));
+}
+
+TEST_F(RunningApplicationsTest, RaisesAWindowFromItsMinimisedStateAndFromAnotherDesktop) {
+    PrivateDisplay display{{.windowManager = true}};
+    XClient client(display.name());
+    const auto program = display.start({"xmessage", "-title", "raise me", "text"});
+    std::optional<xcb_window_t> window;
+    ASSERT_TRUE(waitFor([&] {
+        window = client.managedWindow("raise me");
+        return window && client.isViewable(*window);
+    })) << program->output();
+
+    auto all = applications(display.name());
+    const auto hide = [&](const std::string& message, std::vector<std::uint32_t> words) {
+        words.resize(5);
+        xcb_client_message_event_t event{};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = *window;
+        event.type = client.atom(message);
+        std::ranges::copy(words, event.data.data32);
+        xcb_send_event(client.get(), 0, client.root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char*>(&event)); // NOLINT(*-reinterpret-cast)
+        client.sync();
+        return waitFor([&] { return !client.isViewable(*window); });
+    };
+    const auto isActive = [&] {
+        const auto active = client.words(client.root(), "_NET_ACTIVE_WINDOW");
+        return client.isViewable(*window) && !active.empty() && active[0] == *window;
+    };
+
+    ASSERT_TRUE(hide("WM_CHANGE_STATE", {3}));
+    EXPECT_TRUE(all.runningApplication(program->pid())->activate(activateAllWindows));
+    EXPECT_TRUE(waitFor(isActive));
+
+    ASSERT_TRUE(hide("_NET_WM_DESKTOP", {2, 2}));
+    EXPECT_TRUE(all.runningApplication(program->pid())->activate(activateAllWindows));
+    EXPECT_TRUE(waitFor(isActive));
+}
+
+class ListItemsTest : public ::testing::Test {
+protected:
+    int list(bool json) {
+        out.str("");
+        err.str("");
+        return desktop::listItems(out, err, json, display.name());
+    }
+
+    PrivateDisplay display;
+    std::ostringstream out;
+    std::ostringstream err;
+};
+
+TEST_F(ListItemsTest, SaysWhenThereIsNoTrayOrNoDisplay) {
+    EXPECT_EQ(list(false), 1);
+    EXPECT_THAT(out.str(), IsEmpty());
+    EXPECT_EQ(err.str(), "pelistra: there is no system tray on this display\n");
+    EXPECT_EQ(desktop::listItems(out, err, false, ":9999"), 1);
+    EXPECT_THAT(err.str(), HasSubstr(":9999"));
+}
+
+TEST_F(ListItemsTest, ListsEveryItemOfAnyTray) {
+    for (const auto kind : {TestTray::Kind::Ours, TestTray::Kind::Foreign}) {
+        TestTray tray(display.name(), kind);
+        IconClient client(display.name());
+        const auto hidden = client.makeWindow(24, 28);
+        const auto shown = client.makeWindow(24, 28);
+        client.setText(hidden, "_NET_WM_NAME", "UTF8_STRING", "WiFi \"quoted\" \\ 网络");
+        client.setText(shown, "_NET_WM_NAME", "UTF8_STRING", "Clock");
+        tray.embed(hidden, -300, 24, 28);
+        tray.embed(shown, 200, 24, 28);
+
+        EXPECT_EQ(list(true), 0);
+        EXPECT_EQ(out.str(),
+                  "[\n  {\"id\": " + std::to_string(hidden) +
+                      ", \"process\": " + std::to_string(::getpid()) +
+                      ", \"owner\": \"tray_tests\", \"windowName\": "
+                      "\"WiFi \\\"quoted\\\" \\\\ 网络\", \"desktopId\": null, \"frame\": "
+                      "{\"x\": -300, \"y\": 0, \"width\": 24, \"height\": 28}, \"hidden\": true, "
+                      "\"displayName\": \"tray_tests\", \"fallbackSymbol\": \"wifi\"},\n"
+                      "  {\"id\": " +
+                      std::to_string(shown) + ", \"process\": " + std::to_string(::getpid()) +
+                      ", \"owner\": \"tray_tests\", \"windowName\": \"Clock\", \"desktopId\": "
+                      "null, \"frame\": {\"x\": 200, \"y\": 0, \"width\": 24, \"height\": 28}, "
+                      "\"hidden\": false, \"displayName\": \"时钟\", \"fallbackSymbol\": "
+                      "\"clock\"}\n]\n");
+
+        EXPECT_EQ(list(false), 0);
+        EXPECT_THAT(out.str(), HasSubstr("WINDOW"));
+        EXPECT_THAT(out.str(), HasSubstr("-300,0 24x28"));
+        EXPECT_THAT(out.str(), HasSubstr("shown"));
+    }
+}
+
+} // namespace
+} // namespace pelistra::testing
