@@ -193,14 +193,12 @@ void takePicture(NSWindow* window, const std::string& name) {
     }
     const Unrecorded inside;
     [window display];
-    NSView* view = [[window contentView] superview];
-    [view lockFocus];
-    NSBitmapImageRep* bitmap = [[NSBitmapImageRep alloc] initWithFocusedViewRect:[view bounds]];
-    [view unlockFocus];
-    NSData* data = [bitmap representationUsingType:NSPNGFileType properties:[NSDictionary dictionary]];
-    NSString* path = [NSString stringWithFormat:@"%s/%s.png", folder, name.c_str()];
-    [data writeToFile:path atomically:YES];
-    [bitmap release];
+    // The whole screen, as the X server has it.
+    const std::string command = std::string("import -window root ") + folder + "/" + name + ".png";
+    runFor(0.3);
+    if (std::system(command.c_str()) != 0) {
+        ADD_FAILURE() << command;
+    }
 }
 
 } // namespace pelistra::appkit

@@ -1,3 +1,4 @@
+#include "tests/macos/standins/Attachments.h"
 #include "tests/macos/standins/World.h"
 
 #import <AppKit/AppKit.h>
@@ -29,7 +30,13 @@ int main(int argc, char** argv) {
     if (!::testing::GTEST_FLAG(list_tests)) {
         installBlocks();
         const NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+        // GNUstep takes no other font for what the first one lacks.
+        [[NSUserDefaults standardUserDefaults] registerDefaults:@{
+            @"NSFont" : @"NotoSansCJKsc-Regular",
+            @"NSBoldFont" : @"NotoSansCJKsc-Bold",
+        }];
         [NSApplication sharedApplication];
+        installAttachments();
         installRecording();
         [pool drain];
         ::testing::UnitTest::GetInstance()->listeners().Append(new FreshWorld);

@@ -16,8 +16,8 @@
     return YES;
 }
 
-- (void)setFrameSize:(NSSize)newSize {
-    [super setFrameSize:newSize];
+- (void)resizeSubviewsWithOldSize:(NSSize)oldSize {
+    (void)oldSize;
     if (hosted != nullptr) {
         hosted->layOut();
     }
@@ -35,10 +35,17 @@
 
 namespace pelistra::appkit {
 
+namespace {
+
+// Until the window gives it its own.
+constexpr NSRect initialFrame = {{0, 0}, {400, 300}};
+
+} // namespace
+
 Owned<NSView*> makeHostingView(std::shared_ptr<ui::Content> content,
                                const HostingServices& services) {
     const auto view = Owned<PelistraHostingView*>::adopt(
-        [[PelistraHostingView alloc] initWithFrame:NSMakeRect(0, 0, 1, 1)]);
+        [[PelistraHostingView alloc] initWithFrame:initialFrame]);
     // Transitions are shown by the layers.
     [view.get() setWantsLayer:YES];
     view.get()->hosted =

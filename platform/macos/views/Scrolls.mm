@@ -158,7 +158,7 @@ private:
     }
 
     Card placeRows(std::size_t first, std::size_t count, double top, double width) {
-        const double inner = width - 2 * (formMargin + rowMargin);
+        const double inner = std::max(0.0, width - 2 * (formMargin + rowMargin));
         Card card;
         double y = top;
         for (std::size_t i = 0; i < count; ++i) {
@@ -170,7 +170,7 @@ private:
                                               size.height));
             y += size.height + 2 * rowPadding;
         }
-        card.frame = NSMakeRect(formMargin, top, width - 2 * formMargin, y - top);
+        card.frame = NSMakeRect(formMargin, top, std::max(0.0, width - 2 * formMargin), y - top);
         return card;
     }
 

@@ -1,3 +1,4 @@
+#include "Attachments.h"
 #include "Counters.h"
 #include "Format.h"
 #include "World.h"
@@ -120,21 +121,6 @@ NSSet* symbolNames() {
                                  @"command", @"checkmark", nil];
 }
 
-NSMapTable* descriptions() {
-    static NSMapTable* table = [[NSMapTable weakToStrongObjectsMapTable] retain];
-    return table;
-}
-
-NSMapTable* names() {
-    static NSMapTable* table = [[NSMapTable weakToStrongObjectsMapTable] retain];
-    return table;
-}
-
-NSMapTable* templates() {
-    static NSMapTable* table = [[NSMapTable weakToStrongObjectsMapTable] retain];
-    return table;
-}
-
 // A chevron is drawn as one, every other symbol as a rounded square with its first letter.
 void drawSymbol(NSString* name, NSRect area) {
     [[NSColor blackColor] set];
@@ -196,7 +182,7 @@ constexpr double symbolPoints = 16;
                             drawSymbol(symbolName, destination);
                             return YES;
                           }];
-    [names() setObject:symbolName forKey:image];
+    [attachmentsOf(image) setObject:symbolName forKey:@"names"];
     [image setAccessibilityDescription:(description != nil ? description : @"")];
     return image;
 }
@@ -218,23 +204,23 @@ constexpr double symbolPoints = 16;
 }
 
 - (NSString*)standinSymbolName {
-    return [names() objectForKey:self];
+    return [attachmentsOf(self) objectForKey:@"names"];
 }
 
 - (void)setTemplate:(BOOL)isTemplate {
-    [templates() setObject:[NSNumber numberWithBool:isTemplate] forKey:self];
+    [attachmentsOf(self) setObject:[NSNumber numberWithBool:isTemplate] forKey:@"templates"];
 }
 
 - (BOOL)isTemplate {
-    return [[templates() objectForKey:self] boolValue];
+    return [[attachmentsOf(self) objectForKey:@"templates"] boolValue];
 }
 
 - (void)setAccessibilityDescription:(NSString*)description {
-    [descriptions() setObject:description forKey:self];
+    [attachmentsOf(self) setObject:description forKey:@"descriptions"];
 }
 
 - (NSString*)accessibilityDescription {
-    NSString* description = [descriptions() objectForKey:self];
+    NSString* description = [attachmentsOf(self) objectForKey:@"descriptions"];
     return description != nil ? description : @"";
 }
 

@@ -1,25 +1,10 @@
-#include "World.h"
-
+#include "Attachments.h"
 #include "Format.h"
+#include "World.h"
 
 using namespace pelistra::testing::standins;
 
 namespace {
-
-NSMapTable* layers() {
-    static NSMapTable* table = [[NSMapTable weakToStrongObjectsMapTable] retain];
-    return table;
-}
-
-NSMapTable* labels() {
-    static NSMapTable* table = [[NSMapTable weakToStrongObjectsMapTable] retain];
-    return table;
-}
-
-NSMapTable* destructive() {
-    static NSMapTable* table = [[NSMapTable weakToStrongObjectsMapTable] retain];
-    return table;
-}
 
 constexpr double titleBarHeight = 28;
 
@@ -32,10 +17,10 @@ constexpr double titleBarHeight = 28;
 }
 
 - (CALayer*)layer {
-    CALayer* layer = [layers() objectForKey:self];
+    CALayer* layer = [attachmentsOf(self) objectForKey:@"layers"];
     if (layer == nil) {
         layer = [[[CALayer alloc] init] autorelease];
-        [layers() setObject:layer forKey:self];
+        [attachmentsOf(self) setObject:layer forKey:@"layers"];
     }
     return layer;
 }
@@ -66,11 +51,11 @@ constexpr double titleBarHeight = 28;
 }
 
 - (void)setAccessibilityLabel:(NSString*)label {
-    [labels() setObject:label forKey:self];
+    [attachmentsOf(self) setObject:label forKey:@"labels"];
 }
 
 - (NSString*)accessibilityLabel {
-    return [labels() objectForKey:self];
+    return [attachmentsOf(self) objectForKey:@"labels"];
 }
 
 @end
@@ -97,11 +82,11 @@ constexpr double titleBarHeight = 28;
 }
 
 - (void)setHasDestructiveAction:(BOOL)isDestructive {
-    [destructive() setObject:[NSNumber numberWithBool:isDestructive] forKey:self];
+    [attachmentsOf(self) setObject:[NSNumber numberWithBool:isDestructive] forKey:@"destructive"];
 }
 
 - (BOOL)hasDestructiveAction {
-    return [[destructive() objectForKey:self] boolValue];
+    return [[attachmentsOf(self) objectForKey:@"destructive"] boolValue];
 }
 
 @end
@@ -110,6 +95,31 @@ constexpr double titleBarHeight = 28;
 
 - (void)setContentTintColor:(NSColor*)color {
     (void)color;
+}
+
+@end
+
+// GNUstep has these two colours by name only, without a value.
+@implementation NSColor (StandinLabels)
+
++ (NSColor*)labelColor {
+    return [NSColor colorWithCalibratedWhite:0 alpha:0.85];
+}
+
++ (NSColor*)secondaryLabelColor {
+    return [NSColor colorWithCalibratedWhite:0 alpha:0.5];
+}
+
+@end
+
+// GNUstep's draws nothing.
+@implementation NSVisualEffectView (StandinMaterial)
+
+- (void)drawRect:(NSRect)dirtyRect {
+    (void)dirtyRect;
+    const double radius = [[self layer] cornerRadius];
+    [[NSColor colorWithCalibratedWhite:0.95 alpha:1] setFill];
+    [[NSBezierPath bezierPathWithRoundedRect:[self bounds] xRadius:radius yRadius:radius] fill];
 }
 
 @end
