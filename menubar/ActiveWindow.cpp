@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t nameLimit = 64;
 constexpr std::size_t titleLimit = 256;
+constexpr char escape = '\x1b';
 
 std::string applicationName(const std::optional<x11::PropertyValue>& windowClass) {
     if (!windowClass) {
@@ -70,8 +71,7 @@ void ActiveWindow::follow(xcb_window_t window) {
 BarTitle ActiveWindow::read() const {
     const x11::Connection& connection = server_->connection();
     const auto classRequest = requestProperty(connection, window_, XCB_ATOM_WM_CLASS);
-    const auto nameRequest =
-        requestProperty(connection, window_, server_->atom(Atom::NetWmName));
+    const auto nameRequest = requestProperty(connection, window_, server_->atom(Atom::NetWmName));
     const auto oldNameRequest = requestProperty(connection, window_, XCB_ATOM_WM_NAME);
     const auto windowClass = readProperty(connection, classRequest);
     const auto name = readProperty(connection, nameRequest);
@@ -79,10 +79,12 @@ BarTitle ActiveWindow::read() const {
     BarTitle title{.application = applicationName(windowClass), .title = {}};
     if (name) {
         title.title = cleanText(name->text(), titleLimit);
-    } else if (oldName && oldName->type == XCB_ATOM_STRING) {
-        title.title = cleanLatinText(oldName->text(), titleLimit);
-    } else if (oldName) {
+    } else if (oldName && oldName->type == server_->atom(Atom::Utf8String)) {
         title.title = cleanText(oldName->text(), titleLimit);
+    } else if (oldName && oldName->text().find(escape) == std::string::npos) {
+        // STRING, or COMPOUND_TEXT that switches to no other character set. What does switch could
+        // only be shown as gibberish.
+        title.title = cleanLatinText(oldName->text(), titleLimit);
     }
     return title;
 }

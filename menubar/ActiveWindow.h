@@ -11,8 +11,7 @@ namespace pelistra::menubar {
 class ActiveWindow {
 public:
     // `items` tells which windows are in the bar; it must outlive this.
-    ActiveWindow(const Server& server, const ItemList& items)
-        : server_(&server), items_(&items) {}
+    ActiveWindow(const Server& server, const ItemList& items) : server_(&server), items_(&items) {}
 
     // Whether a change of that property of that window is about the active window.
     bool concerns(const xcb_property_notify_event_t& event) const;

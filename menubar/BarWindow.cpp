@@ -57,8 +57,7 @@ void BarWindow::describe() const {
     if (::gethostname(host.data(), host.size() - 1) == 0) {
         const std::string_view machine(host.data());
         xcb_icccm_set_wm_client_machine(x, id(), XCB_ATOM_STRING, 8,
-                                        static_cast<std::uint32_t>(machine.size()),
-                                        machine.data());
+                                        static_cast<std::uint32_t>(machine.size()), machine.data());
     }
     xcb_atom_t type = ewmh.get()->_NET_WM_WINDOW_TYPE_DOCK;
     xcb_ewmh_set_wm_window_type(ewmh.get(), id(), 1, &type);

@@ -6,8 +6,8 @@
 
 namespace pelistra::menubar {
 
-// The bar's window: a dock at the top of a monitor, on all desktops, below full-screen windows, with
-// its height reserved.
+// The bar's window: a dock at the top of a monitor, on all desktops, below full-screen windows,
+// with its height reserved.
 class BarWindow {
 public:
     explicit BarWindow(const Server& server);

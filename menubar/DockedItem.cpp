@@ -21,8 +21,7 @@ std::string describe(const DockedItem& item) {
 std::string hexadecimal(xcb_window_t window) {
     constexpr int base = 16;
     std::array<char, 8> digits{};
-    const auto result =
-        std::to_chars(digits.data(), digits.data() + digits.size(), window, base);
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), window, base);
     return "0x" + std::string(digits.data(), result.ptr);
 }
 

@@ -53,8 +53,8 @@ struct DockedItem {
     std::uint32_t reparentSequence = 0;
 
     [[nodiscard]] bool hasSlot() const { return state == ItemState::Shown; }
-    // Its size hints were read again. Only a change counts as a wish, so that a program that sets the
-    // same hints again and again does not undo its resize request.
+    // Its size hints were read again. Only a change counts as a wish, so that a program that sets
+    // the same hints again and again does not undo its resize request.
     void noteHints(const std::optional<PixelSize>& size);
 };
 

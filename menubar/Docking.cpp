@@ -32,13 +32,12 @@ WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSi
     const std::array<std::uint32_t, 4> values{
         0, 0, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
         attributes.colormap};
-    xcb_create_window(server.xcb(), depth, container.id(), bar,
-                      static_cast<std::int16_t>(-size.width), 0,
-                      static_cast<std::uint16_t>(size.width),
-                      static_cast<std::uint16_t>(size.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      attributes.visual,
-                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
-                      values.data());
+    xcb_create_window(
+        server.xcb(), depth, container.id(), bar, static_cast<std::int16_t>(-size.width), 0,
+        static_cast<std::uint16_t>(size.width), static_cast<std::uint16_t>(size.height), 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, attributes.visual,
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+        values.data());
     return container;
 }
 
@@ -47,7 +46,8 @@ WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSi
 // What is asked about a window that wants to be docked.
 struct Docking::Question {
     Question(const Server& server, xcb_window_t window)
-        : client(listenTo(server, window)), attributes(xcb_get_window_attributes(server.xcb(), window)),
+        : client(listenTo(server, window)),
+          attributes(xcb_get_window_attributes(server.xcb(), window)),
           geometry(xcb_get_geometry(server.xcb(), window)),
           embedInfo(requestProperty(server.connection(), window, server.atom(Atom::XEmbedInfo))),
           hints(requestProperty(server.connection(), window, XCB_ATOM_WM_NORMAL_HINTS)),
@@ -75,11 +75,10 @@ struct Docking::Question {
 // The answers.
 struct Docking::Arrival {
     Arrival(const Server& server, const Question& question)
-        : client(question.client), attributes(xcb_get_window_attributes_reply(
-                                       server.xcb(), question.attributes, nullptr)),
+        : client(question.client),
+          attributes(xcb_get_window_attributes_reply(server.xcb(), question.attributes, nullptr)),
           geometry(xcb_get_geometry_reply(server.xcb(), question.geometry, nullptr)),
-          embedInfo(
-              readXEmbedInfo(wordsOf(readProperty(server.connection(), question.embedInfo)))),
+          embedInfo(readXEmbedInfo(wordsOf(readProperty(server.connection(), question.embedInfo)))),
           hints(sizeFromHints(wordsOf(readProperty(server.connection(), question.hints)))) {
         readNames(readProperty(server.connection(), question.windowClass),
                   readProperty(server.connection(), question.name));
@@ -170,20 +169,19 @@ void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
     item->identity = {.instance = arrival.instance,
                       .className = arrival.className,
                       .ordinal = items_->freeOrdinal(arrival.instance, arrival.className)};
-    const PixelSize size{.width = grantedWidth(item->wish, metrics),
-                         .height = metrics.barHeight()};
+    const PixelSize size{.width = grantedWidth(item->wish, metrics), .height = metrics.barHeight()};
     item->x = -size.width;
     item->width = size.width;
     item->height = size.height;
 
     xcb_connection_t* x = server_->xcb();
-    item->container =
-        makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
+    item->container = makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
     // From here on the client outlives the bar, however the bar dies.
     xcb_change_save_set(x, XCB_SET_MODE_INSERT, item->client);
     xcb_unmap_window(x, item->client);
-    // The window itself, not "the children of its container": a window whose children are redirected
-    // by hand no longer paints its background, which a client without one of its own shows.
+    // The window itself, not "the children of its container": a window whose children are
+    // redirected by hand no longer paints its background, which a client without one of its own
+    // shows.
     xcb_composite_redirect_window(x, item->client, XCB_COMPOSITE_REDIRECT_MANUAL);
     item->reparentSequence =
         xcb_reparent_window(x, item->client, item->container.id(), 0, 0).sequence;
@@ -297,11 +295,11 @@ bool Docking::fail(const xcb_generic_error_t& error) {
         if (item->picture.failed(error.full_sequence)) {
             return true;
         }
-        const bool lost =
-            error.error_code == XCB_WINDOW && error.resource_id == item->client;
+        const bool lost = error.error_code == XCB_WINDOW && error.resource_id == item->client;
         if (lost || error.full_sequence == item->reparentSequence) {
-            complaints_.add(describe(*item) + (lost ? " went away while it was being docked"
-                                                    : " cannot be docked: the X server refuses it"));
+            complaints_.add(describe(*item) + (lost
+                                                   ? " went away while it was being docked"
+                                                   : " cannot be docked: the X server refuses it"));
             forget(item->client, lost);
             return true;
         }

@@ -41,8 +41,8 @@ DragInput::DragInput(const Server& server, xcb_window_t bar)
 }
 
 void DragInput::begin(xcb_timestamp_t time) const {
-    const auto cookie = xcb_grab_keyboard(server_->xcb(), 0, bar_, time, XCB_GRAB_MODE_ASYNC,
-                                          XCB_GRAB_MODE_ASYNC);
+    const auto cookie =
+        xcb_grab_keyboard(server_->xcb(), 0, bar_, time, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     // When somebody else has the keyboard, the drag goes on without Escape.
     xcb_discard_reply(server_->xcb(), cookie.sequence);
 }

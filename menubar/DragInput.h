@@ -8,8 +8,8 @@
 
 namespace pelistra::menubar {
 
-// The pointer and keyboard grabs of dragging: Super with the first button, or Alt and Shift with it,
-// anywhere in the bar. The bar gets these presses before the program under the pointer does.
+// The pointer and keyboard grabs of dragging: Super with the first button, or Alt and Shift with
+// it, anywhere in the bar. The bar gets these presses before the program under the pointer does.
 class DragInput {
 public:
     DragInput(const Server& server, xcb_window_t bar);

@@ -5,13 +5,14 @@
 namespace pelistra::menubar {
 
 DockedItem* ItemList::find(xcb_window_t client) const {
-    const auto found = std::ranges::find(items_, client, [](const auto& item) { return item->client; });
+    const auto found =
+        std::ranges::find(items_, client, [](const auto& item) { return item->client; });
     return found == items_.end() ? nullptr : found->get();
 }
 
 DockedItem* ItemList::findByContainer(xcb_window_t container) const {
-    const auto found = std::ranges::find(items_, container,
-                                         [](const auto& item) { return item->container.id(); });
+    const auto found =
+        std::ranges::find(items_, container, [](const auto& item) { return item->container.id(); });
     return found == items_.end() ? nullptr : found->get();
 }
 
@@ -71,7 +72,8 @@ void ItemList::insert(std::size_t index, std::unique_ptr<DockedItem> item) {
 }
 
 std::unique_ptr<DockedItem> ItemList::take(xcb_window_t client) {
-    const auto found = std::ranges::find(items_, client, [](const auto& item) { return item->client; });
+    const auto found =
+        std::ranges::find(items_, client, [](const auto& item) { return item->client; });
     if (found == items_.end()) {
         return nullptr;
     }

@@ -20,8 +20,8 @@ public:
     // off the screen costs nothing however often it draws.
     void noteDamage() { damaged_ = true; }
 
-    // Takes note of what was drawn so far and returns the picture to compose, XCB_NONE when there is
-    // none. Call it right before composing.
+    // Takes note of what was drawn so far and returns the picture to compose, XCB_NONE when there
+    // is none. Call it right before composing.
     xcb_render_picture_t prepare();
 
     // An error answered the request with this sequence number. Returns whether it was about the

@@ -44,8 +44,7 @@ MenuBar::MenuBar(const Server& server, std::unique_ptr<TraySelection> tray, Opti
       docking_(server, window_.id(), items_, order_), painter_(server, window_.id()),
       publisher_(server, tray_->owner(), window_.id()), dragInput_(server, window_.id()),
       activeWindow_(server, items_), settings_(server) {
-    const std::uint32_t events =
-        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(server.xcb(), server.root(), XCB_CW_EVENT_MASK, &events);
     watchMonitors(server);
 }
@@ -127,8 +126,7 @@ void MenuBar::handle(xcb_generic_event_t& event) {
         handleUnmapped(x11::eventAs<xcb_unmap_notify_event_t>(event));
         break;
     case XCB_MAP_REQUEST:
-        if (DockedItem* item =
-                items_.find(x11::eventAs<xcb_map_request_event_t>(event).window)) {
+        if (DockedItem* item = items_.find(x11::eventAs<xcb_map_request_event_t>(event).window)) {
             docking_.mappingChanged(*item);
         }
         break;
@@ -331,9 +329,8 @@ void MenuBar::followDrag() {
             others.push_back(other->width);
         }
     }
-    const DropPlace place =
-        nearestPlace(others, item->width, drag_->pointerX - drag_->grip, window_.frame().width,
-                     housing_);
+    const DropPlace place = nearestPlace(others, item->width, drag_->pointerX - drag_->grip,
+                                         window_.frame().width, housing_);
     items_.moveAmongShown(*item, place.index);
 }
 
@@ -352,7 +349,7 @@ void MenuBar::endDrag(bool keep) {
                         item->x + item->width + painter_.plateReach());
     if (keep) {
         order_.move(items_.identities(), items_.indexOf(*item));
-        publisher_.publishPositions(items_);
+        positionsDue_ = true;
         return;
     }
     std::unique_ptr<DockedItem> taken = items_.take(item->client);
@@ -369,10 +366,22 @@ void MenuBar::settle() {
         activeWindow_.refresh();
     }
     showTitle();
-    publisher_.publishItems(items_);
     painter_.paint(items_.shown(), lifted());
     server_->connection().flush();
+    // What others are told of the order is safe on disk by then.
     orderFile_.write(order_);
+    publishItems();
+    server_->connection().flush();
+}
+
+void MenuBar::publishItems() {
+    // The order of an item in the user's hand is not decided yet.
+    if (lifted() == nullptr || publisher_.publishedItems() != items_.shown().size()) {
+        publisher_.publishItems(items_);
+    }
+    if (std::exchange(positionsDue_, false)) {
+        publisher_.publishPositions(items_);
+    }
 }
 
 void MenuBar::followDesktop() {
@@ -380,10 +389,9 @@ void MenuBar::followDesktop() {
         desktopTheme_ = settings_.readThemeName();
     }
     if (std::exchange(resourcesStale_, false)) {
-        const auto resources =
-            readProperty(server_->connection(),
-                         requestProperty(server_->connection(), server_->root(),
-                                         XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING));
+        const auto resources = readProperty(
+            server_->connection(), requestProperty(server_->connection(), server_->root(),
+                                                   XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING));
         const double scale = options_.scale.value_or(
             scaleFromResources(resources ? resources->text() : std::string()));
         monitorsStale_ = monitorsStale_ || Metrics(scale) != metrics_;
@@ -402,9 +410,10 @@ void MenuBar::followScreen() {
     const PixelRect& frame = window_.frame();
     std::optional<Gap> drawn;
     if (options_.housing) {
-        drawn = Gap{.begin = std::clamp(metrics_.pixels(options_.housing->x), 0, frame.width),
-                    .end = std::clamp(metrics_.pixels(options_.housing->x + options_.housing->width),
-                                      0, frame.width)};
+        drawn =
+            Gap{.begin = std::clamp(metrics_.pixels(options_.housing->x), 0, frame.width),
+                .end = std::clamp(metrics_.pixels(options_.housing->x + options_.housing->width), 0,
+                                  frame.width)};
         if (drawn->begin == drawn->end) {
             drawn.reset();
         }
@@ -416,10 +425,8 @@ void MenuBar::followScreen() {
         housing_->end += margin;
     }
     const Palette& palette = paletteFor(options_.theme, desktopTheme_);
-    if (painter_.setLook({.width = frame.width,
-                          .metrics = metrics_,
-                          .palette = palette,
-                          .housing = drawn})) {
+    if (painter_.setLook(
+            {.width = frame.width, .metrics = metrics_, .palette = palette, .housing = drawn})) {
         publisher_.publishColors(palette);
         publisher_.publishScale(metrics_);
         publisher_.publishAreas(frame, drawn);

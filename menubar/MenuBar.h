@@ -65,6 +65,7 @@ private:
     void handleKey(const xcb_key_press_event_t& event);
 
     void settle();
+    void publishItems();
     void followScreen();
     void followDesktop();
     void followDrag();
@@ -102,6 +103,8 @@ private:
     bool settingsStale_ = true;
     bool resourcesStale_ = true;
     bool activeWindowStale_ = true;
+    // A drag has ended: items are to be told their positions.
+    bool positionsDue_ = false;
 };
 
 } // namespace pelistra::menubar

@@ -91,8 +91,8 @@ constexpr std::array switches{
 
 EarlyEnd wrong(const std::string& what) {
     return {.status = wrongUsage,
-            .text = "pelistra-menubar: " + what +
-                    "\nTry 'pelistra-menubar --help' for the options.\n"};
+            .text =
+                "pelistra-menubar: " + what + "\nTry 'pelistra-menubar --help' for the options.\n"};
 }
 
 std::string quoted(std::string_view text) {
@@ -134,7 +134,8 @@ std::string readOne(std::span<const std::string_view>& arguments, Options& optio
         arguments = arguments.subspan(1);
     }
     const std::string fault = known->apply(options, value);
-    return fault.empty() ? fault : "the value " + quoted(value) + " of " + quoted(name) + " " + fault;
+    return fault.empty() ? fault
+                         : "the value " + quoted(value) + " of " + quoted(name) + " " + fault;
 }
 
 } // namespace
@@ -159,9 +160,11 @@ std::string helpText() {
     return "Usage: pelistra-menubar [OPTION]...\n"
            "A menu bar for X11: shows the tray icons of all programs at the top of the screen.\n"
            "\n"
-           "  --theme auto|light|dark   the look; auto follows the desktop's theme (default: auto)\n"
+           "  --theme auto|light|dark   the look; auto follows the desktop's theme (default: "
+           "auto)\n"
            "  --scale N                 device pixels per point, 0.5 to 8 (default: Xft.dpi / 96)\n"
-           "  --camera-housing X,WIDTH  keep icons out of a camera housing that begins X points from\n"
+           "  --camera-housing X,WIDTH  keep icons out of a camera housing that begins X points "
+           "from\n"
            "                            the left edge and is WIDTH points wide\n"
            "  --replace                 take over from the tray that is running\n"
            "  --display NAME            the X display (default: $DISPLAY)\n"

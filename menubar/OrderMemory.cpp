@@ -86,9 +86,9 @@ std::size_t OrderMemory::place(const ItemIdentity& item, std::span<const ItemIde
 
 void OrderMemory::insertNew(const ItemIdentity& item, std::span<const ItemIdentity> present,
                             std::optional<std::uint32_t> preferredPosition) {
-    const std::size_t toTheRight =
-        preferredPosition ? std::min<std::size_t>(*preferredPosition, present.size())
-                          : present.size();
+    const std::size_t toTheRight = preferredPosition
+                                       ? std::min<std::size_t>(*preferredPosition, present.size())
+                                       : present.size();
     if (toTheRight == 0 && preferredPosition) {
         order_.push_back(item);
         return;
@@ -100,8 +100,7 @@ void OrderMemory::insertNew(const ItemIdentity& item, std::span<const ItemIdenti
     order_.insert(find(present[present.size() - toTheRight]), item);
 }
 
-void OrderMemory::forgetSurplus(const ItemIdentity& newest,
-                                std::span<const ItemIdentity> present) {
+void OrderMemory::forgetSurplus(const ItemIdentity& newest, std::span<const ItemIdentity> present) {
     for (auto item = order_.begin(); order_.size() > capacity && item != order_.end();) {
         const bool needed = *item == newest || contains(present, *item);
         item = needed ? std::next(item) : order_.erase(item);

@@ -193,8 +193,7 @@ void Painter::composePlate(const DockedItem& item) {
         plate_ = upload(plateImage(width, look_.palette, look_.metrics));
         plateWidth_ = width;
     }
-    composite(server_->xcb(), XCB_RENDER_PICT_OP_OVER, plate_.picture.id(),
-              composed_.picture.id(),
+    composite(server_->xcb(), XCB_RENDER_PICT_OP_OVER, plate_.picture.id(), composed_.picture.id(),
               {.x = item.x + item.width - width - plateReach(),
                .width = plate_.width,
                .height = plate_.height});

@@ -23,7 +23,8 @@ Publisher::Publisher(const Server& server, xcb_window_t owner, xcb_window_t bar)
     const x11::Connection& connection = server.connection();
     x11::setWords(connection, owner, server.atom(Atom::NetSystemTrayOrientation), XCB_ATOM_CARDINAL,
                   std::array{horizontal});
-    // Icons with alpha are welcome where the server has such a visual: the bar composes them itself.
+    // Icons with alpha are welcome where the server has such a visual: the bar composes them
+    // itself.
     const x11::Connection::Visual alpha = connection.alphaVisual();
     const xcb_visualid_t visual =
         alpha.type != nullptr ? alpha.type->visual_id : connection.screen().root_visual;

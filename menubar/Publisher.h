@@ -7,6 +7,7 @@
 #include "menubar/Server.h"
 #include "menubar/Theme.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -25,6 +26,8 @@ public:
     // counts from the bar's left edge. None without a housing.
     void publishAreas(const PixelRect& bar, const std::optional<Gap>& gap);
     void publishItems(const ItemList& items);
+    // How many items were published last.
+    [[nodiscard]] std::size_t publishedItems() const { return items_.size(); }
     // Tells the items that asked for a position where they stand after a drag.
     void publishPositions(const ItemList& items) const;
 

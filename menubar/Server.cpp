@@ -42,8 +42,8 @@ std::optional<Server> Server::prepare(x11::Connection& connection, std::string& 
 
 std::string Server::prepareExtensions() {
     xcb_connection_t* x = xcb();
-    for (xcb_extension_t* extension : {&xcb_composite_id, &xcb_damage_id, &xcb_render_id,
-                                       &xcb_xfixes_id, &xcb_randr_id}) {
+    for (xcb_extension_t* extension :
+         {&xcb_composite_id, &xcb_damage_id, &xcb_render_id, &xcb_xfixes_id, &xcb_randr_id}) {
         xcb_prefetch_extension_data(x, extension);
     }
     for (auto [extension, name] :
@@ -74,8 +74,7 @@ std::string Server::prepareExtensions() {
         const x11::Owned<xcb_randr_query_version_reply_t> randr(xcb_randr_query_version_reply(
             x, xcb_randr_query_version(x, randrVersion.major, randrVersion.minor), nullptr));
         randrEvent_ = xcb_get_extension_data(x, &xcb_randr_id)->first_event;
-        hasMonitors_ =
-            randr && isAtLeast(randr->major_version, randr->minor_version, randrVersion);
+        hasMonitors_ = randr && isAtLeast(randr->major_version, randr->minor_version, randrVersion);
     }
     formats_ = xcb_render_util_query_formats(x);
     const xcb_render_pictforminfo_t* alpha =

@@ -34,8 +34,8 @@ std::optional<std::uint32_t> processOf(xcb_connection_t* x, xcb_window_t window)
     }
     const xcb_res_client_id_spec_t spec{.client = window,
                                         .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const x11::Owned<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
-        x, xcb_res_query_client_ids(x, 1, &spec), nullptr));
+    const x11::Owned<xcb_res_query_client_ids_reply_t> reply(
+        xcb_res_query_client_ids_reply(x, xcb_res_query_client_ids(x, 1, &spec), nullptr));
     if (!reply) {
         return std::nullopt;
     }
@@ -135,8 +135,8 @@ bool TraySelection::readServerTime() {
 
 xcb_window_t TraySelection::currentOwner() const {
     const x11::Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        server_->xcb(),
-        xcb_get_selection_owner(server_->xcb(), server_->atom(Atom::TraySelection)), nullptr));
+        server_->xcb(), xcb_get_selection_owner(server_->xcb(), server_->atom(Atom::TraySelection)),
+        nullptr));
     return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 

@@ -8,12 +8,12 @@
 
 namespace pelistra::menubar {
 
-// The ownership of the screen's tray selection, held by an unmapped window of its own. Destroying it
-// gives the tray up: release the icons before.
+// The ownership of the screen's tray selection, held by an unmapped window of its own. Destroying
+// it gives the tray up: release the icons before.
 class TraySelection {
 public:
-    // Takes the selection. Null, with a sentence for the user in `failure`, when another program owns
-    // it and `replace` is false, or when it cannot be had.
+    // Takes the selection. Null, with a sentence for the user in `failure`, when another program
+    // owns it and `replace` is false, or when it cannot be had.
     [[nodiscard]] static std::unique_ptr<TraySelection> acquire(const Server& server, bool replace,
                                                                 std::string& failure);
 

@@ -18,13 +18,11 @@ std::string XSettingsWatch::readThemeName() {
     if (manager_ == XCB_NONE) {
         return {};
     }
-    const std::uint32_t events =
-        XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(x, manager_, XCB_CW_EVENT_MASK, &events);
-    const auto value =
-        readProperty(server_->connection(),
-                     requestProperty(server_->connection(), manager_,
-                                     server_->atom(Atom::XSettingsSettings)));
+    const auto value = readProperty(
+        server_->connection(),
+        requestProperty(server_->connection(), manager_, server_->atom(Atom::XSettingsSettings)));
     return value ? findTextSetting(value->bytes, "Net/ThemeName").value_or("") : "";
 }
 

@@ -133,8 +133,7 @@ TEST_F(DockingTests, AWindowThatLeavesIsLetGo) {
     EXPECT_EQ(x_.parent(icon.window()), x_.root());
     // And may come back.
     ASSERT_TRUE(icon.requestDock());
-    EXPECT_TRUE(
-        eventually([&] { return names() == (std::vector<std::string>{"other", "icon"}); }));
+    EXPECT_TRUE(eventually([&] { return names() == (std::vector<std::string>{"other", "icon"}); }));
 }
 
 TEST_F(DockingTests, DeadAndDestroyedClientsLeaveNoGap) {

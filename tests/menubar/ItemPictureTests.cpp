@@ -17,12 +17,11 @@ protected:
         xcb_connection_t* connection = x_.get();
         const xcb_pixmap_t pixmap = x_.connection().newId();
         const x11::Owned<xcb_composite_query_version_reply_t> version(
-            xcb_composite_query_version_reply(connection,
-                                              xcb_composite_query_version(connection, 0, 4),
-                                              nullptr));
+            xcb_composite_query_version_reply(
+                connection, xcb_composite_query_version(connection, 0, 4), nullptr));
         xcb_composite_name_window_pixmap(connection, client.window(), pixmap);
-        const auto cookie = xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, 3, 3, 1, 1,
-                                          0xFFFFFFFF);
+        const auto cookie =
+            xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, 3, 3, 1, 1, 0xFFFFFFFF);
         const x11::Owned<xcb_get_image_reply_t> image(
             xcb_get_image_reply(connection, cookie, nullptr));
         xcb_free_pixmap(connection, pixmap);

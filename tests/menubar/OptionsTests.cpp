@@ -94,9 +94,8 @@ TEST(OptionsTests, WrongCommandLinesAreExplained) {
 TEST(OptionsTests, HelpNamesEveryOptionAndEndsWell) {
     const EarlyEnd help = ended({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option :
-         {"--theme", "--scale", "--camera-housing", "--replace", "--display", "--help",
-          "--version"}) {
+    for (const char* option : {"--theme", "--scale", "--camera-housing", "--replace", "--display",
+                               "--help", "--version"}) {
         EXPECT_THAT(help.text, HasSubstr(option));
     }
     EXPECT_EQ(ended({"-h"}).text, help.text);

@@ -27,8 +27,8 @@ int requested(int width, int height, const Metrics& metrics = single) {
 }
 
 int exact(int width, const Metrics& metrics = single) {
-    return grantedWidth(
-        {.source = WishSource::ResizeRequest, .size = {width, 5}, .exact = true}, metrics);
+    return grantedWidth({.source = WishSource::ResizeRequest, .size = {width, 5}, .exact = true},
+                        metrics);
 }
 
 std::vector<std::uint32_t> hints(std::uint32_t flags) {
@@ -114,9 +114,9 @@ TEST(SizeWishTests, ExactItemsGetWhatTheyAsk) {
     for (const int width : {1, 5, 14, 22, 28, 500, 3024, 10000}) {
         EXPECT_EQ(exact(width), width);
     }
-    EXPECT_EQ(grantedWidth({.source = WishSource::SizeHints, .size = {14, 14}, .exact = true},
-                           single),
-              14);
+    EXPECT_EQ(
+        grantedWidth({.source = WishSource::SizeHints, .size = {14, 14}, .exact = true}, single),
+        14);
 }
 
 TEST(SizeWishTests, EveryWidthIsFromOneToTenThousandPoints) {
