@@ -48,16 +48,6 @@ protected:
         static_cast<void>(staysTrue([] { return true; }, latchTime + latchTime));
     }
 
-    // The organiser's windows among those that the window manager looks after.
-    [[nodiscard]] std::vector<xcb_window_t> ownWindows() {
-        std::vector<xcb_window_t> windows = desktop_.x().managedWindows();
-        const auto process = static_cast<std::uint32_t>(desktop_.organiser().process().pid());
-        std::erase_if(windows, [&](xcb_window_t window) {
-            return desktop_.x().claimedProcess(window) != process;
-        });
-        return windows;
-    }
-
     Desktop desktop_;
 };
 
@@ -134,16 +124,23 @@ TEST_F(CollapseTests, ASecondClickNeverExpands) {
 TEST_F(CollapseTests, ClicksRightAfterAToggleAreIgnored) {
     const auto control = desktop_.organiser().controlFrame();
     ASSERT_TRUE(control);
-    const auto begin = std::chrono::steady_clock::now();
-    // Collapse, expand, and a third click, all within the latch.
-    desktop_.input().click(centre(*control));
-    desktop_.input().click(centre(*control), Button::Left, {keys::alt});
-    desktop_.input().click(centre(*control));
-    ASSERT_LT(std::chrono::steady_clock::now() - begin, latchTime);
-    ASSERT_TRUE(desktop_.organiser().process().waitForOutput("Collapsed divider"));
-    EXPECT_TRUE(desktop_.waitUntilExpanded()) << log();
-    outlastLatch();
-    EXPECT_FALSE(desktop_.organiser().isCollapsed());
+    // On a busy machine the last click may be handled after the latch has ended. Without a latch it
+    // would collapse every time.
+    const auto lastClickIsIgnored = [&] {
+        // Collapse, expand, and a third click, all at once.
+        desktop_.input().click(centre(*control));
+        desktop_.input().click(centre(*control), Button::Left, {keys::alt});
+        desktop_.input().click(centre(*control));
+        outlastLatch();
+        const bool ignored = desktop_.waitUntilExpanded(std::chrono::seconds(2));
+        if (!ignored) {
+            static_cast<void>(desktop_.clickControl(Button::Left, {keys::alt}));
+            outlastLatch();
+        }
+        return ignored;
+    };
+    EXPECT_TRUE(waitFor(lastClickIsIgnored)) << log();
+    EXPECT_THAT(log(), HasSubstr("Collapsed divider"));
     collapse();
 }
 
@@ -277,13 +274,13 @@ TEST_F(CollapseTests, ARightClickOpensTheSettingsAndChangesNothingElse) {
     EXPECT_TRUE(desktop_.organiser().isCollapsed());
     // Asked for again, the same window comes.
     ASSERT_TRUE(desktop_.clickControl(Button::Right));
-    EXPECT_TRUE(staysTrue([&] { return ownWindows() == std::vector{window}; },
+    EXPECT_TRUE(staysTrue([&] { return desktop_.organiserWindows() == std::vector{window}; },
                           std::chrono::milliseconds(300)));
 }
 
 TEST_F(CollapseTests, TheOrganiserIsInNoTaskbarAndNoPager) {
     XClient& x = desktop_.x();
-    EXPECT_THAT(ownWindows(), IsEmpty());
+    EXPECT_THAT(desktop_.organiserWindows(), IsEmpty());
     ASSERT_TRUE(desktop_.clickControl(Button::Right));
     ASSERT_TRUE(waitFor([&] { return x.managedWindow("Pelistra Settings").has_value(); })) << log();
     const xcb_window_t window = *x.managedWindow("Pelistra Settings");
@@ -299,7 +296,7 @@ TEST_F(CollapseTests, ASecondStartHandsItsSwitchOverAndEnds) {
     const std::string program = (builtPrograms() / "pelistra").string();
     const auto plain = desktop_.display().start({program});
     EXPECT_EQ(plain->waitForExit(), (ExitStatus{.status = 0})) << plain->output();
-    EXPECT_THAT(ownWindows(), IsEmpty());
+    EXPECT_THAT(desktop_.organiserWindows(), IsEmpty());
     const auto settings = desktop_.display().start({program, "--show-settings"});
     EXPECT_EQ(settings->waitForExit(), (ExitStatus{.status = 0})) << settings->output();
     EXPECT_TRUE(waitFor([&] { return x.managedWindow("Pelistra Settings").has_value(); }));

@@ -138,12 +138,13 @@ bool Desktop::everythingIsOnScreen() {
     });
 }
 
-bool Desktop::waitUntilCollapsed() {
-    return waitFor([this] { return organiser_->isCollapsed() && hiddenSectionIsOffScreen(); });
+bool Desktop::waitUntilCollapsed(std::chrono::milliseconds bound) {
+    return waitFor([this] { return organiser_->isCollapsed() && hiddenSectionIsOffScreen(); },
+                   bound);
 }
 
-bool Desktop::waitUntilExpanded() {
-    return waitFor([this] { return !organiser_->isCollapsed() && everythingIsOnScreen(); });
+bool Desktop::waitUntilExpanded(std::chrono::milliseconds bound) {
+    return waitFor([this] { return !organiser_->isCollapsed() && everythingIsOnScreen(); }, bound);
 }
 
 bool Desktop::clickControl(UserInput::Button button, const UserInput::Modifiers& modifiers) {
@@ -201,6 +202,14 @@ void Desktop::setMonitors(const std::vector<int>& widths) {
                    geometry, index == 0 ? "screen" : "none"});
         x += widths[index];
     }
+}
+
+std::vector<xcb_window_t> Desktop::organiserWindows() {
+    std::vector<xcb_window_t> windows = client_.managedWindows();
+    const auto process = static_cast<std::uint32_t>(organiser_->process().pid());
+    std::erase_if(windows,
+                  [&](xcb_window_t window) { return client_.claimedProcess(window) != process; });
+    return windows;
 }
 
 void Desktop::runXrandr(const std::vector<std::string>& arguments) {

@@ -62,9 +62,8 @@ public:
     [[nodiscard]] bool hiddenSectionIsOffScreen();
     // Every item of the bar lies on the screen and is mapped.
     [[nodiscard]] bool everythingIsOnScreen();
-    // Waits for either, for as long as patience allows.
-    [[nodiscard]] bool waitUntilCollapsed();
-    [[nodiscard]] bool waitUntilExpanded();
+    [[nodiscard]] bool waitUntilCollapsed(std::chrono::milliseconds bound = patience);
+    [[nodiscard]] bool waitUntilExpanded(std::chrono::milliseconds bound = patience);
 
     // Clicks the arrow where it is now; false when it is not on the bar.
     [[nodiscard]] bool clickControl(UserInput::Button button = UserInput::Button::Left,
@@ -81,6 +80,9 @@ public:
     // Divides the screen into monitors side by side; the first is the primary one. Their widths
     // must add up to the screen's.
     void setMonitors(const std::vector<int>& widths);
+
+    // The organiser's windows among those that the window manager looks after.
+    [[nodiscard]] std::vector<xcb_window_t> organiserWindows();
 
 private:
     void runXrandr(const std::vector<std::string>& arguments);

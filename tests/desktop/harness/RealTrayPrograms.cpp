@@ -44,10 +44,6 @@ const std::vector<RealTrayProgram>& realTrayPrograms() {
          .toolkit = Toolkit::Qt6,
          .settings = {{.path = "config/rncbc.org/QmidiNet.conf", .content = showInTray}},
          .className = "QmidiNet"},
-        {.program = "qsynth",
-         .toolkit = Toolkit::Qt6,
-         .settings = {{.path = "config/rncbc.org/Qsynth.conf", .content = showInTray}},
-         .className = "Qsynth"},
     };
     return programs;
 }

@@ -165,6 +165,20 @@ std::optional<xcb_window_t> XClient::managedWindow(std::string_view title) {
     return std::nullopt;
 }
 
+void XClient::requestClose(xcb_window_t window) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("WM_PROTOCOLS");
+    message.data.data32[0] = atom("WM_DELETE_WINDOW");
+    message.data.data32[1] = XCB_CURRENT_TIME;
+    std::array<char, sizeof message> bytes{};
+    std::memcpy(bytes.data(), &message, sizeof message);
+    xcb_send_event(get(), 0, window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    sync();
+}
+
 xcb_window_t XClient::selectionOwner(const std::string& name) {
     const auto reply =
         answer(get(), xcb_get_selection_owner(get(), atom(name)), xcb_get_selection_owner_reply);

@@ -87,6 +87,9 @@ public:
     // The managed window with exactly that title.
     [[nodiscard]] std::optional<xcb_window_t> managedWindow(std::string_view title);
 
+    // Asks a window to close (WM_DELETE_WINDOW), as the window manager's button does.
+    void requestClose(xcb_window_t window);
+
     [[nodiscard]] xcb_window_t selectionOwner(const std::string& name);
     [[nodiscard]] PointerState pointer() const;
     [[nodiscard]] xcb_window_t focus() const;
