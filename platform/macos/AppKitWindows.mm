@@ -39,7 +39,9 @@ class AppKitWindow final : public Window {
         // is over that led here, which may be one of theirs.
         services_.mainQueue->async([view = Owned<NSView*>::share([window_.get() contentView])] {});
         [window_.get() setContentView:nil];
-        [controller_.get() close];
+        if ([window_.get() isVisible]) {
+            [controller_.get() close];
+        }
     }
 
     void setTitle(std::string_view title) override { [window_.get() setTitle:nsString(title)]; }

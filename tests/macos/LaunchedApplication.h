@@ -15,7 +15,7 @@ namespace pelistra::appkit {
 // The whole organiser on the macOS front end: the core between a stand-in menu bar and the test.
 // Process ids and window numbers of the other applications' items are 100, 200, ...
 class LaunchedApplication : public ::testing::Test {
-protected:
+  protected:
     static constexpr pid_t firstPid = 100;
     static constexpr pid_t secondPid = 200;
     static constexpr std::uint32_t firstWindow = 1001;
@@ -44,7 +44,7 @@ protected:
     [[nodiscard]] static bool panelIsVisible();
     [[nodiscard]] static NSWindow* windowTitled(NSString* title);
 
-private:
+  private:
     std::unique_ptr<MacPlatform> platform_;
     std::unique_ptr<AppDelegate> delegate_;
 };

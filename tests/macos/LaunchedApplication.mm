@@ -18,8 +18,8 @@ NSString* const onboardingKey = @"hasCompletedOnboarding.unknown";
 void LaunchedApplication::SetUp() {
     NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
     for (NSString* name in @[ @"PelistraV3.Control", @"PelistraV3.Divider" ]) {
-        [defaults removeObjectForKey:[@"NSStatusItem Preferred Position "
-                                         stringByAppendingString:name]];
+        [defaults
+            removeObjectForKey:[@"NSStatusItem Preferred Position " stringByAppendingString:name]];
         [defaults removeObjectForKey:[@"NSStatusItem Visible " stringByAppendingString:name]];
     }
     setOnboardingCompleted(true);
@@ -33,7 +33,8 @@ void LaunchedApplication::TearDown() {
 
 void LaunchedApplication::fillMenuBar() {
     world().applications = {
-        {firstPid, {.name = "剪贴板", .bundleIdentifier = "test.clip", .bundlePath = "/Apps/C.app"}},
+        {firstPid,
+         {.name = "剪贴板", .bundleIdentifier = "test.clip", .bundlePath = "/Apps/C.app"}},
         {secondPid, {.name = "音量", .bundlePath = "/Apps/V.app/Contents/Library/Helper.app"}},
         {300, {.name = "时钟"}}};
     world().hiddenItems = {{.window = firstWindow, .ownerPid = firstPid, .ownerName = "剪贴板"},
@@ -83,9 +84,7 @@ void LaunchedApplication::rightClickArrow() {
           NSEventTypeRightMouseUp);
 }
 
-double LaunchedApplication::dividerLength() {
-    return [statusItem(@"PelistraV3.Divider") length];
-}
+double LaunchedApplication::dividerLength() { return [statusItem(@"PelistraV3.Divider") length]; }
 
 std::vector<std::string> LaunchedApplication::messagesOf(const std::string& category) {
     std::vector<std::string> result;
@@ -110,9 +109,7 @@ NSPanel* LaunchedApplication::panel() {
     return static_cast<NSPanel*>(windowTitled(@"Pelistra 第二行"));
 }
 
-bool LaunchedApplication::panelIsVisible() {
-    return [panel() isVisible] == YES;
-}
+bool LaunchedApplication::panelIsVisible() { return [panel() isVisible] == YES; }
 
 namespace {
 
@@ -139,14 +136,14 @@ bool isNamed(NSView* view, const std::string& text) {
     if (begins([view toolTip], text) || begins([view accessibilityLabel], text)) {
         return true;
     }
-    return [view isKindOfClass:[NSButton class]] &&
-           begins([static_cast<NSButton*>(view) title], text);
+    return
+        [view isKindOfClass:[NSButton class]] && begins([static_cast<NSButton*>(view) title], text);
 }
 
 NSEvent* mouseEvent(NSView* view, NSEventType type, NSUInteger modifiers) {
     const NSRect bounds = [view bounds];
-    const NSPoint location =
-        [view convertPoint:NSMakePoint(NSMidX(bounds), NSMidY(bounds)) toView:nil];
+    const NSPoint location = [view convertPoint:NSMakePoint(NSMidX(bounds), NSMidY(bounds))
+                                         toView:nil];
     return [NSEvent mouseEventWithType:type
                               location:location
                          modifierFlags:modifiers

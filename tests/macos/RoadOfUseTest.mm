@@ -23,7 +23,7 @@ using ::testing::SizeIs;
 constexpr double collapsedLength = 3024;
 
 class RoadOfUseTest : public LaunchedApplication {
-protected:
+  protected:
     void collapse() {
         fillMenuBar();
         launch();
@@ -92,9 +92,7 @@ TEST_F(RoadOfUseTest, AnApplicationWithoutWindowKeepsTheRowAndSaysSo) {
     world().applications.at(firstPid).activates = false;
     click(item("剪贴板"), NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp);
     EXPECT_TRUE(panelIsVisible());
-    EXPECT_TRUE(runUntil([] {
-        return !textsIn([panel() contentView]).empty();
-    }));
+    EXPECT_TRUE(runUntil([] { return !textsIn([panel() contentView]).empty(); }));
     EXPECT_THAT(textsIn([panel() contentView]),
                 ElementsAre("剪贴板 没有可打开的主窗口；可右键点击该图标，尝试打开原托盘菜单。"));
 }
@@ -103,9 +101,7 @@ TEST_F(RoadOfUseTest, AnApplicationThatIsGoneIsSaid) {
     openRow();
     world().applications.erase(firstPid);
     click(item("剪贴板"), NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp);
-    EXPECT_TRUE(runUntil([] {
-        return !textsIn([panel() contentView]).empty();
-    }));
+    EXPECT_TRUE(runUntil([] { return !textsIn([panel() contentView]).empty(); }));
     EXPECT_THAT(textsIn([panel() contentView]), ElementsAre("该菜单栏项目已经退出。"));
 }
 
@@ -228,8 +224,8 @@ TEST_F(RoadOfUseTest, TheListIsRefreshedEveryTwoSecondsWhileCollapsed) {
 
 TEST_F(RoadOfUseTest, ScreenChangesRecomputeTheLengthAndMoveTheRow) {
     openRow();
-    world().screens = {{.frame = NSMakeRect(0, 0, 2560, 1440),
-                        .visibleFrame = NSMakeRect(0, 0, 2560, 1416)}};
+    world().screens = {
+        {.frame = NSMakeRect(0, 0, 2560, 1440), .visibleFrame = NSMakeRect(0, 0, 2560, 1416)}};
     tellScreenChange();
     EXPECT_TRUE(runUntil([] { return dividerLength() == 5120; }));
     EXPECT_TRUE(runUntil([] { return NSMaxX([panel() frame]) == 2560 - 8; }));
@@ -276,8 +272,8 @@ TEST_F(RoadOfUseTest, WithoutScreensTheRowDoesNotOpen) {
     EXPECT_TRUE(runUntil([] { return dividerLength() == 3456; }));
     clickArrow();
     EXPECT_FALSE(panelIsVisible());
-    world().screens = {{.frame = NSMakeRect(0, 0, 1512, 982),
-                        .visibleFrame = NSMakeRect(0, 0, 1512, 958)}};
+    world().screens = {
+        {.frame = NSMakeRect(0, 0, 1512, 982), .visibleFrame = NSMakeRect(0, 0, 1512, 958)}};
     layOutMenuBar();
 }
 
@@ -361,8 +357,7 @@ TEST_F(RoadOfUseTest, NothingIsLeftBehindAtTheEnd) {
     @autoreleasepool {
         openRow();
         rightClickArrow();
-        click(item("展开原菜单栏图标并重新整理"), NSEventTypeLeftMouseDown,
-              NSEventTypeLeftMouseUp);
+        click(item("展开原菜单栏图标并重新整理"), NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp);
         waitForLatch();
         clickArrow();
         waitForLatch();

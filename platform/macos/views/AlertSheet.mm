@@ -4,9 +4,7 @@
 
 namespace pelistra::appkit {
 
-AlertSheet::~AlertSheet() {
-    close();
-}
+AlertSheet::~AlertSheet() { close(); }
 
 void AlertSheet::show(const ui::Alert& alert, NSView* over) {
     if (!alert.isPresented) {

@@ -7,7 +7,7 @@
 // Arranges other views, from the top left. It takes no events itself: what none of its subviews
 // takes belongs to whatever lies underneath. The functions may be empty.
 @interface PelistraContainerView : NSView {
-@public
+  @public
     std::function<void(NSRect bounds)> draw;
 }
 @end

@@ -9,10 +9,10 @@
 // A button that is nothing but what its subviews show; a quiet surface appears under the pointer
 // and while it is pressed. Keyboard focus and Space work as with every button.
 @interface PelistraContentButton : PelistraPushButton {
-@public
+  @public
     // Of the surface and of the focus ring.
     CGFloat cornerRadius;
-@private
+  @private
     BOOL isHovered;
     NSTrackingArea* hoverArea;
 }

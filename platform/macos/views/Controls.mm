@@ -16,8 +16,7 @@ namespace pelistra::appkit {
 namespace {
 
 // The node of that kind that a label comes down to, when there is nothing but modifiers around it.
-template <class Kind>
-const Kind* only(const ui::View& view) {
+template <class Kind> const Kind* only(const ui::View& view) {
     if (const auto* found = view.as<Kind>()) {
         return found;
     }
@@ -36,7 +35,7 @@ NSString* keyEquivalent(const ui::Button& button) {
 // A button with a title or a symbol is one of the system's; any other label lies in a button that
 // draws nothing else.
 class ButtonElement final : public Element {
-public:
+  public:
     explicit ButtonElement(ElementContext& context)
         : Element(context),
           target_(Owned<PelistraActionTarget*>::adopt([[PelistraActionTarget alloc] init])),
@@ -63,7 +62,7 @@ public:
         return {.width = std::ceil(size.width), .height = std::ceil(size.height)};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         const auto& label = node<ui::Button>().label;
         hasOwnLabel_ = only<ui::Text>(label) == nullptr && only<ui::Symbol>(label) == nullptr;
@@ -115,7 +114,7 @@ protected:
         }
     }
 
-private:
+  private:
     [[nodiscard]] NSButton* button() const { return static_cast<NSButton*>(view()); }
 
     void applyStyle(const ui::Button& now) {
@@ -143,13 +142,13 @@ private:
         [button() setTitle:title];
         if (now.role == ui::ButtonRole::Destructive) {
             [button() setHasDestructiveAction:YES];
-            NSDictionary* look =
-                [NSDictionary dictionaryWithObjectsAndKeys:[NSColor systemRedColor],
-                                                           NSForegroundColorAttributeName,
-                                                           [button() font], NSFontAttributeName,
-                                                           nil];
-            const auto red = Owned<NSAttributedString*>::adopt(
-                [[NSAttributedString alloc] initWithString:title attributes:look]);
+            NSDictionary* look = [NSDictionary
+                dictionaryWithObjectsAndKeys:[NSColor systemRedColor],
+                                             NSForegroundColorAttributeName, [button() font],
+                                             NSFontAttributeName, nil];
+            const auto red =
+                Owned<NSAttributedString*>::adopt([[NSAttributedString alloc] initWithString:title
+                                                                                  attributes:look]);
             [button() setAttributedTitle:red.get()];
         }
     }
@@ -165,7 +164,7 @@ constexpr double switchDistance = 12;
 constexpr Size usualSwitch = {.width = 38, .height = 22};
 
 class ToggleElement final : public Element {
-public:
+  public:
     explicit ToggleElement(ElementContext& context)
         : Element(context),
           target_(Owned<PelistraActionTarget*>::adopt([[PelistraActionTarget alloc] init])),
@@ -190,7 +189,7 @@ public:
                 .height = std::max(text.height, knob.height)};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         auto container = Element::makeView();
         [container.get() addSubview:label_.get()];
@@ -210,13 +209,13 @@ protected:
     void arrange(Size size) override {
         const Size text = measureLabel(field(), std::nullopt);
         const Size knob = switchSize();
-        [label_.get() setFrame:NSMakeRect(0, (size.height - text.height) / 2, text.width,
-                                          text.height)];
+        [label_.get()
+            setFrame:NSMakeRect(0, (size.height - text.height) / 2, text.width, text.height)];
         [switch_.get() setFrame:NSMakeRect(size.width - knob.width, (size.height - knob.height) / 2,
                                            knob.width, knob.height)];
     }
 
-private:
+  private:
     [[nodiscard]] NSTextField* field() const { return static_cast<NSTextField*>(label_.get()); }
 
     [[nodiscard]] std::string label() const { return utf8([field() stringValue]); }

@@ -37,7 +37,7 @@ struct ElementContext {
 // the node, and changes of it only what differs. Frames are in the parent element's view, whose
 // origin is at the top left.
 class Element {
-public:
+  public:
     explicit Element(ElementContext& context) : context_(&context) {}
     Element(const Element&) = delete;
     Element& operator=(const Element&) = delete;
@@ -63,7 +63,7 @@ public:
     // Fades out and is gone when that is over.
     static void leave(std::unique_ptr<Element> element);
 
-protected:
+  protected:
     // The NSView, made once; a plain container when it is not overridden.
     [[nodiscard]] virtual Owned<NSView*> makeView();
     // Brings the NSView to the node that is now shown(). Sets only what differs.
@@ -75,15 +75,12 @@ protected:
     // Along which axis the children are stacked; what is asked in a modifier goes on.
     [[nodiscard]] virtual Axis childAxis() const { return axis_; }
 
-    template <class Kind>
-    [[nodiscard]] const Kind& node() const {
-        return *shown_->as<Kind>();
-    }
+    template <class Kind> [[nodiscard]] const Kind& node() const { return *shown_->as<Kind>(); }
     [[nodiscard]] Element& child(std::size_t index) const { return *children_.at(index); }
     [[nodiscard]] ElementContext& context() const { return *context_; }
     [[nodiscard]] Axis axis() const { return axis_; }
 
-private:
+  private:
     void begin(const ui::View& view, NSView* parent, Axis axis);
     void updateChildren(const std::vector<ui::View>& before, const std::vector<ui::View>& after);
     void orderChildViews();
@@ -94,6 +91,10 @@ private:
     Owned<NSView*> native_;
     std::vector<std::unique_ptr<Element>> children_;
 };
+
+// Whether the view's background lies under the title bar too. The outermost one does; it then keeps
+// its content below.
+[[nodiscard]] bool reachesUnderTitleBar(const ui::View& view);
 
 // One function per family of nodes; null when the node is of another family.
 [[nodiscard]] std::unique_ptr<Element> makeLeaf(const ui::View& view, ElementContext& context);

@@ -24,9 +24,7 @@ const ui::Entering* entering(const ui::View& view) {
 
 } // namespace
 
-Element::~Element() {
-    [native_.get() removeFromSuperview];
-}
+Element::~Element() { [native_.get() removeFromSuperview]; }
 
 std::unique_ptr<Element> Element::make(const ui::View& view, NSView* parent, Axis axis,
                                        ElementContext& context) {
@@ -98,8 +96,7 @@ void Element::orderChildViews() {
         NSView* native = element->view();
         NSArray* siblings = [contentView() subviews];
         const NSUInteger index = [siblings indexOfObjectIdenticalTo:native];
-        const bool isInOrder =
-            above == nil || index > [siblings indexOfObjectIdenticalTo:above];
+        const bool isInOrder = above == nil || index > [siblings indexOfObjectIdenticalTo:above];
         if (!isInOrder) {
             [contentView() addSubview:native positioned:NSWindowAbove relativeTo:above];
         }

@@ -20,9 +20,8 @@ HostedContent::HostedContent(std::shared_ptr<ui::Content> content, const Hosting
 }
 
 void HostedContent::followEnvironment() {
-    content_->setEnvironment(
-        {.reduceMotion =
-             [[NSWorkspace sharedWorkspace] accessibilityDisplayShouldReduceMotion] == YES});
+    content_->setEnvironment({.reduceMotion = [[NSWorkspace sharedWorkspace]
+                                                  accessibilityDisplayShouldReduceMotion] == YES});
 }
 
 void HostedContent::redrawLater() {
@@ -46,8 +45,8 @@ void HostedContent::redraw() {
 void HostedContent::layOut() {
     const NSSize size = [view_ bounds].size;
     context_.titleBarHeight = [view_ safeAreaInsets].top;
-    root_->place(NSMakeRect(0, context_.titleBarHeight, size.width,
-                            std::max(0.0, size.height - context_.titleBarHeight)));
+    const double top = reachesUnderTitleBar(root_->shown()) ? 0 : context_.titleBarHeight;
+    root_->place(NSMakeRect(0, top, size.width, std::max(0.0, size.height - top)));
 }
 
 void HostedContent::limitWindow() {

@@ -5,7 +5,7 @@
 #include <utility>
 
 @interface PelistraHostingView : NSView {
-@public
+  @public
     std::unique_ptr<pelistra::appkit::HostedContent> hosted;
 }
 @end
@@ -48,8 +48,7 @@ Owned<NSView*> makeHostingView(std::shared_ptr<ui::Content> content,
         [[PelistraHostingView alloc] initWithFrame:initialFrame]);
     // Transitions are shown by the layers.
     [view.get() setWantsLayer:YES];
-    view.get()->hosted =
-        std::make_unique<HostedContent>(std::move(content), services, view.get());
+    view.get()->hosted = std::make_unique<HostedContent>(std::move(content), services, view.get());
     return Owned<NSView*>::share(view.get());
 }
 

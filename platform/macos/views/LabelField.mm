@@ -12,6 +12,8 @@ namespace {
 
 // Further than any text reaches.
 constexpr double unlimited = 100000;
+// What a text field leaves free left and right of its text.
+constexpr double cellMargin = 2;
 
 } // namespace
 
@@ -31,8 +33,8 @@ void showText(NSTextField* field, const ui::Text& text) {
     [field setTextColor:nativeColor(text.foreground.value_or(ui::Color{}))];
     const bool isSingleLine = text.lineLimit == 1;
     [[field cell] setWraps:(isSingleLine ? NO : YES)];
-    [[field cell] setLineBreakMode:(isSingleLine ? NSLineBreakByTruncatingTail
-                                                 : NSLineBreakByWordWrapping)];
+    [[field cell]
+        setLineBreakMode:(isSingleLine ? NSLineBreakByTruncatingTail : NSLineBreakByWordWrapping)];
     [field setAlignment:(text.multilineAlignment == ui::TextAlignment::Center
                              ? NSTextAlignmentCenter
                              : NSTextAlignmentNatural)];
@@ -41,10 +43,13 @@ void showText(NSTextField* field, const ui::Text& text) {
 Size measureLabel(NSTextField* field, const std::optional<double>& width) {
     const bool wraps = [[field cell] wraps] == YES;
     const double limit = wraps ? std::min(width.value_or(unlimited), unlimited) : unlimited;
-    const NSSize size = [[field cell] cellSizeForBounds:NSMakeRect(0, 0, limit, unlimited)];
-    const double natural = std::ceil(size.width);
+    const NSRect bounds = [[field attributedStringValue]
+        boundingRectWithSize:NSMakeSize(std::max(limit - 2 * cellMargin, 0.0), unlimited)
+                     options:NSStringDrawingUsesLineFragmentOrigin];
+    const double natural = std::ceil(bounds.size.width) + 2 * cellMargin;
     // A text that is cut takes no more than it is offered.
-    return {.width = std::min(natural, width.value_or(natural)), .height = std::ceil(size.height)};
+    return {.width = std::min(natural, width.value_or(natural)),
+            .height = std::ceil(bounds.size.height)};
 }
 
 } // namespace pelistra::appkit

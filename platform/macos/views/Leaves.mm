@@ -16,19 +16,17 @@ namespace {
 // What a flexible view takes when it is asked for the size that it likes best.
 constexpr double anySize = 10;
 
-double flexible(const std::optional<double>& proposed) {
-    return proposed.value_or(anySize);
-}
+double flexible(const std::optional<double>& proposed) { return proposed.value_or(anySize); }
 
 class TextElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
         return measureLabel(field(), proposal.width);
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override { return makeLabel(); }
     void apply() override {
         if (drawn_ != node<ui::Text>()) {
@@ -37,14 +35,14 @@ protected:
         }
     }
 
-private:
+  private:
     [[nodiscard]] NSTextField* field() const { return static_cast<NSTextField*>(view()); }
 
     std::optional<ui::Text> drawn_;
 };
 
 class SymbolElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal&) override {
@@ -52,7 +50,7 @@ public:
         return image != nil ? sizeOf([image size]) : Size{};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         const auto image =
             Owned<NSImageView*>::adopt([[NSImageView alloc] initWithFrame:NSZeroRect]);
@@ -70,21 +68,21 @@ protected:
         }
     }
 
-private:
+  private:
     [[nodiscard]] NSImageView* imageView() const { return static_cast<NSImageView*>(view()); }
 
     std::optional<ui::Symbol> drawn_;
 };
 
 class PictureElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
         return {.width = flexible(proposal.width), .height = flexible(proposal.height)};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         const auto image =
             Owned<NSImageView*>::adopt([[NSImageView alloc] initWithFrame:NSZeroRect]);
@@ -102,7 +100,7 @@ protected:
 };
 
 class SpacerElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -112,7 +110,7 @@ public:
 };
 
 class DividerElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -122,7 +120,7 @@ public:
         return {.width = flexible(proposal.width), .height = 1};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         const auto line = Owned<PelistraContainerView*>::adopt(
             [[PelistraContainerView alloc] initWithFrame:NSZeroRect]);
@@ -135,17 +133,17 @@ protected:
 };
 
 class RepresentedElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
         return {.width = flexible(proposal.width), .height = flexible(proposal.height)};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
-        const auto watch = Owned<PelistraWatchView*>::adopt(
-            [[PelistraWatchView alloc] initWithFrame:NSZeroRect]);
+        const auto watch =
+            Owned<PelistraWatchView*>::adopt([[PelistraWatchView alloc] initWithFrame:NSZeroRect]);
         watch.get()->target =
             node<ui::Represented>().value->makeView(*context().services.application);
         watch.get()->application = context().services.application;

@@ -11,35 +11,34 @@ namespace {
 
 // Takes the size of its one content and gives it all of its area.
 class ContentElement : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override { return child(0).measure(proposal); }
 };
 
 class PaddingElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
         const auto& edges = node<ui::Padding>().edges;
         const double across = edges.leading + edges.trailing;
         const double down = edges.top + edges.bottom;
-        const Size inner = child(0).measure({.width = less(proposal.width, across),
-                                             .height = less(proposal.height, down)});
+        const Size inner = child(0).measure(
+            {.width = less(proposal.width, across), .height = less(proposal.height, down)});
         return {.width = inner.width + across, .height = inner.height + down};
     }
 
-protected:
+  protected:
     void arrange(Size size) override {
         const auto& edges = node<ui::Padding>().edges;
-        child(0).place(
-            NSMakeRect(edges.leading, edges.top,
-                       std::max(0.0, size.width - edges.leading - edges.trailing),
-                       std::max(0.0, size.height - edges.top - edges.bottom)));
+        child(0).place(NSMakeRect(edges.leading, edges.top,
+                                  std::max(0.0, size.width - edges.leading - edges.trailing),
+                                  std::max(0.0, size.height - edges.top - edges.bottom)));
     }
 
-private:
+  private:
     static std::optional<double> less(const std::optional<double>& length, double by) {
         return length ? std::optional(std::max(0.0, *length - by)) : std::nullopt;
     }
@@ -73,7 +72,7 @@ struct Limits {
 };
 
 class FrameElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -83,7 +82,7 @@ public:
                 .height = down().sizeFor(proposal.height, inner.height)};
     }
 
-protected:
+  protected:
     void arrange(Size size) override {
         const Size inner = child(0).measure({.width = size.width, .height = size.height});
         const auto& alignment = node<ui::Frame>().limits.alignment;
@@ -92,7 +91,7 @@ protected:
         child(0).place(NSMakeRect(x, y, inner.width, inner.height));
     }
 
-private:
+  private:
     // Leading and top are 0, the centre is 1, trailing and bottom are 2.
     static double share(int alignment) { return alignment / 2.0; }
 
@@ -107,32 +106,31 @@ private:
 };
 
 class BackgroundElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override { return child(1).measure(proposal); }
 
-protected:
+  protected:
     void arrange(Size size) override {
-        const double above =
-            node<ui::Background>().ignoresSafeArea ? context().titleBarHeight : 0.0;
-        child(0).place(NSMakeRect(0, -above, size.width, size.height + above));
-        child(1).place(NSMakeRect(0, 0, size.width, size.height));
+        child(0).place(NSMakeRect(0, 0, size.width, size.height));
+        const double covered = reachesUnderTitleBar(shown()) ? context().titleBarHeight : 0.0;
+        child(1).place(NSMakeRect(0, covered, size.width, std::max(0.0, size.height - covered)));
     }
 };
 
 class OverlayElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override { return child(0).measure(proposal); }
 
-protected:
+  protected:
     void arrange(Size size) override {
         child(0).place(NSMakeRect(0, 0, size.width, size.height));
         const Size above = child(1).measure({.width = size.width, .height = size.height});
-        child(1).place(NSMakeRect((size.width - above.width) / 2,
-                                  (size.height - above.height) / 2, above.width, above.height));
+        child(1).place(NSMakeRect((size.width - above.width) / 2, (size.height - above.height) / 2,
+                                  above.width, above.height));
     }
 };
 
@@ -151,10 +149,10 @@ NSView* controlIn(NSView* view) {
 }
 
 class HelpElement final : public ContentElement {
-public:
+  public:
     using ContentElement::ContentElement;
 
-protected:
+  protected:
     void arrange(Size size) override {
         ContentElement::arrange(size);
         NSString* text = nsString(node<ui::Help>().text);
@@ -167,10 +165,10 @@ protected:
 };
 
 class AccessibilityLabelElement final : public ContentElement {
-public:
+  public:
     using ContentElement::ContentElement;
 
-protected:
+  protected:
     void arrange(Size size) override {
         ContentElement::arrange(size);
         const auto& text = node<ui::AccessibilityLabel>().text;
@@ -181,15 +179,15 @@ protected:
         }
     }
 
-private:
+  private:
     std::optional<std::string> told_;
 };
 
 class AnimatedElement final : public ContentElement {
-public:
+  public:
     using ContentElement::ContentElement;
 
-protected:
+  protected:
     void apply() override {
         const auto& animated = node<ui::Animated>();
         if (value_ && *value_ != animated.value) {
@@ -206,27 +204,38 @@ protected:
         }
     }
 
-private:
+  private:
     std::optional<std::int64_t> value_;
     std::optional<Motion> motion_;
 };
 
 class AlertElement final : public ContentElement {
-public:
+  public:
     explicit AlertElement(ElementContext& context)
         : ContentElement(context), sheet_(*context.services.mainQueue) {}
 
-protected:
+  protected:
     void arrange(Size size) override {
         ContentElement::arrange(size);
         sheet_.show(node<ui::WithAlert>().alert, view());
     }
 
-private:
+  private:
     AlertSheet sheet_;
 };
 
 } // namespace
+
+bool reachesUnderTitleBar(const ui::View& view) {
+    if (const auto* background = view.as<ui::Background>()) {
+        return background->ignoresSafeArea;
+    }
+    if (const auto* animated = view.as<ui::Animated>()) {
+        return reachesUnderTitleBar(animated->content);
+    }
+    const auto* alert = view.as<ui::WithAlert>();
+    return alert != nullptr && reachesUnderTitleBar(alert->content);
+}
 
 std::unique_ptr<Element> makeModifier(const ui::View& view, ElementContext& context) {
     if (view.as<ui::Padding>() != nullptr) {

@@ -14,7 +14,7 @@ class Element;
 // Shows the changes of one update with an animation. The views have their new state at once; only
 // what their layers show runs after it.
 class Motion {
-public:
+  public:
     // The main queue outlives the views.
     Motion(const ui::Animation& animation, MainQueue& mainQueue)
         : animation_(animation), mainQueue_(&mainQueue) {}
@@ -26,7 +26,7 @@ public:
     // The view disappears in the same way, and its owner is let go of at the end.
     void leave(NSView* view, double scale, std::shared_ptr<Element> owner) const;
 
-private:
+  private:
     void animate(NSView* view, NSString* keyPath, NSValue* from) const;
     void scaleFrom(NSView* view, double scale) const;
     [[nodiscard]] double duration() const;

@@ -23,16 +23,14 @@ Owned<CABasicAnimation*> makeAnimation(const ui::Animation& animation, NSString*
     const auto result =
         Owned<CABasicAnimation*>::share([CABasicAnimation animationWithKeyPath:keyPath]);
     [result.get() setDuration:std::get<ui::EaseOut>(animation).seconds];
-    [result.get() setTimingFunction:[CAMediaTimingFunction
-                                        functionWithName:kCAMediaTimingFunctionEaseOut]];
+    [result.get()
+        setTimingFunction:[CAMediaTimingFunction functionWithName:kCAMediaTimingFunctionEaseOut]];
     return result;
 }
 
 } // namespace
 
-double Motion::duration() const {
-    return [makeAnimation(animation_, @"opacity").get() duration];
-}
+double Motion::duration() const { return [makeAnimation(animation_, @"opacity").get() duration]; }
 
 void Motion::animate(NSView* view, NSString* keyPath, NSValue* from) const {
     const auto animation = makeAnimation(animation_, keyPath);
@@ -80,9 +78,8 @@ void Motion::leave(NSView* view, double scale, std::shared_ptr<Element> owner) c
     (void)scale;
     [view setAlphaValue:0];
     animate(view, @"opacity", [NSNumber numberWithDouble:1]);
-    mainQueue_->asyncAfter(Seconds(duration()), [owner = std::move(owner)]() mutable {
-        owner.reset();
-    });
+    mainQueue_->asyncAfter(Seconds(duration()),
+                           [owner = std::move(owner)]() mutable { owner.reset(); });
 }
 
 } // namespace pelistra::appkit

@@ -12,7 +12,7 @@ namespace pelistra::appkit {
 namespace {
 
 class RowScrollElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -20,7 +20,7 @@ public:
         return {.width = proposal.width.value_or(content.width), .height = content.height};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         document_ = Owned<PelistraContainerView*>::adopt(
             [[PelistraContainerView alloc] initWithFrame:NSZeroRect]);
@@ -42,11 +42,11 @@ protected:
         if (!NSEqualSizes([document_.get() frame].size, whole)) {
             [document_.get() setFrameSize:whole];
         }
-        child(0).place(NSMakeRect(0, (size.height - content.height) / 2, content.width,
-                                  content.height));
+        child(0).place(
+            NSMakeRect(0, (size.height - content.height) / 2, content.width, content.height));
     }
 
-private:
+  private:
     Owned<PelistraContainerView*> document_;
 };
 
@@ -83,7 +83,7 @@ void drawCard(const Card& card) {
 }
 
 class FormElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -91,7 +91,7 @@ public:
         return {.width = width, .height = proposal.height.value_or(400)};
     }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         document_ = Owned<PelistraContainerView*>::adopt(
             [[PelistraContainerView alloc] initWithFrame:NSZeroRect]);
@@ -145,7 +145,7 @@ protected:
         showCards(std::move(cards));
     }
 
-private:
+  private:
     [[nodiscard]] NSScrollView* scrollView() const { return static_cast<NSScrollView*>(view()); }
     [[nodiscard]] NSTextField* title(std::size_t index) const {
         return static_cast<NSTextField*>(titles_[index].get());
@@ -166,8 +166,8 @@ private:
                 card.lines.push_back(y);
             }
             const Size size = child(first + i).measure({.width = inner, .height = std::nullopt});
-            child(first + i).place(NSMakeRect(formMargin + rowMargin, y + rowPadding, size.width,
-                                              size.height));
+            child(first + i).place(
+                NSMakeRect(formMargin + rowMargin, y + rowPadding, size.width, size.height));
             y += size.height + 2 * rowPadding;
         }
         card.frame = NSMakeRect(formMargin, top, std::max(0.0, width - 2 * formMargin), y - top);

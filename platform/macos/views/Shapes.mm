@@ -13,7 +13,7 @@ constexpr double anySize = 10;
 constexpr double miterLimit = 10;
 
 class ShapeElement : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -23,10 +23,10 @@ public:
 };
 
 class PaintedElement final : public ShapeElement {
-public:
+  public:
     using ShapeElement::ShapeElement;
 
-protected:
+  protected:
     void apply() override {
         const auto& shape = node<ui::FilledShape>();
         if (drawn_ == shape) {
@@ -45,16 +45,16 @@ protected:
         [view() setNeedsDisplay:YES];
     }
 
-private:
+  private:
     std::optional<ui::FilledShape> drawn_;
 };
 
 // What lies behind the window shines through it, blurred.
 class MaterialElement final : public ShapeElement {
-public:
+  public:
     using ShapeElement::ShapeElement;
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         const auto material = Owned<NSVisualEffectView*>::adopt(
             [[NSVisualEffectView alloc] initWithFrame:NSZeroRect]);
@@ -76,10 +76,10 @@ protected:
 };
 
 class StrokedElement final : public ShapeElement {
-public:
+  public:
     using ShapeElement::ShapeElement;
 
-protected:
+  protected:
     void apply() override {
         const auto& shape = node<ui::StrokedShape>();
         if (drawn_ == shape) {
@@ -98,19 +98,19 @@ protected:
         [view() setNeedsDisplay:YES];
     }
 
-private:
+  private:
     std::optional<ui::StrokedShape> drawn_;
 };
 
 // A picture of the outline that is filled, as a mask of the layer, would need a shape layer for
 // every outline; all clips that views ask for have corners that a layer knows.
 class ClipElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override { return child(0).measure(proposal); }
 
-protected:
+  protected:
     Owned<NSView*> makeView() override {
         auto container = Element::makeView();
         [container.get() setWantsLayer:YES];

@@ -12,7 +12,7 @@ constexpr double huge = 100000;
 
 // A stack along either axis: "length" is along it, "breadth" across it.
 class StackElement : public Element {
-public:
+  public:
     StackElement(ElementContext& context, Axis stackAxis)
         : Element(context), stackAxis_(stackAxis) {}
 
@@ -27,7 +27,7 @@ public:
         return sizeWith(length, breadth);
     }
 
-protected:
+  protected:
     [[nodiscard]] Axis childAxis() const override { return stackAxis_; }
     [[nodiscard]] virtual double spacing() const = 0;
     // Where a child lies across the stack: 0 at the leading side or the top, 1 at the other side.
@@ -45,7 +45,7 @@ protected:
         }
     }
 
-private:
+  private:
     [[nodiscard]] double lengthOf(const Size& size) const {
         return stackAxis_ == Axis::Horizontal ? size.width : size.height;
     }
@@ -74,7 +74,8 @@ private:
             }
             return sizes;
         }
-        double left = *length - spacing() * static_cast<double>(sizes.empty() ? 0 : sizes.size() - 1);
+        double left =
+            *length - spacing() * static_cast<double>(sizes.empty() ? 0 : sizes.size() - 1);
         std::size_t waiting = sizes.size();
         for (const std::size_t i : byFlexibility(breadth)) {
             const double share = std::max(0.0, left / static_cast<double>(waiting--));
@@ -102,10 +103,10 @@ private:
 };
 
 class RowElement final : public StackElement {
-public:
+  public:
     explicit RowElement(ElementContext& context) : StackElement(context, Axis::Horizontal) {}
 
-protected:
+  protected:
     [[nodiscard]] double spacing() const override { return node<ui::HStack>().spacing; }
     [[nodiscard]] double position() const override {
         switch (node<ui::HStack>().alignment) {
@@ -121,10 +122,10 @@ protected:
 };
 
 class ColumnElement final : public StackElement {
-public:
+  public:
     explicit ColumnElement(ElementContext& context) : StackElement(context, Axis::Vertical) {}
 
-protected:
+  protected:
     [[nodiscard]] double spacing() const override { return node<ui::VStack>().spacing; }
     [[nodiscard]] double position() const override {
         switch (node<ui::VStack>().alignment) {
@@ -140,7 +141,7 @@ protected:
 };
 
 class PileElement final : public Element {
-public:
+  public:
     using Element::Element;
 
     Size measure(const Proposal& proposal) override {
@@ -153,7 +154,7 @@ public:
         return result;
     }
 
-protected:
+  protected:
     void arrange(Size size) override {
         for (const auto& element : children()) {
             const Size own = element->measure({.width = size.width, .height = size.height});

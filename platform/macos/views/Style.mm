@@ -113,12 +113,11 @@ NSFont* nativeFont(const ui::Font& font) {
     if (const auto* size = std::get_if<double>(&font.size)) {
         return [NSFont systemFontOfSize:*size weight:nativeWeight(ui::effectiveWeight(font))];
     }
-    NSFont* styled =
-        [NSFont preferredFontForTextStyle:textStyle(std::get<ui::TextStyle>(font.size))
-                                  options:[NSDictionary dictionary]];
-    return font.weight ? [NSFont systemFontOfSize:[styled pointSize]
-                                           weight:nativeWeight(*font.weight)]
-                       : styled;
+    NSFont* styled = [NSFont preferredFontForTextStyle:textStyle(std::get<ui::TextStyle>(font.size))
+                                               options:[NSDictionary dictionary]];
+    return font.weight
+               ? [NSFont systemFontOfSize:[styled pointSize] weight:nativeWeight(*font.weight)]
+               : styled;
 }
 
 double cornerRadius(const ui::Outline& outline, Size area) {
@@ -144,14 +143,13 @@ void fill(const ui::LinearGradient& gradient, NSBezierPath* path, NSRect area) {
     for (const ui::Color& color : gradient.colors) {
         [colors addObject:nativeColor(color)];
     }
-    const auto native =
-        Owned<NSGradient*>::adopt([[NSGradient alloc] initWithColors:colors]);
+    const auto native = Owned<NSGradient*>::adopt([[NSGradient alloc] initWithColors:colors]);
     [NSGraphicsContext saveGraphicsState];
     [path addClip];
-    [native.get() drawFromPoint:place(gradient.start, area)
-                        toPoint:place(gradient.end, area)
-                        options:NSGradientDrawsBeforeStartingLocation |
-                                NSGradientDrawsAfterEndingLocation];
+    [native.get()
+        drawFromPoint:place(gradient.start, area)
+              toPoint:place(gradient.end, area)
+              options:NSGradientDrawsBeforeStartingLocation | NSGradientDrawsAfterEndingLocation];
     [NSGraphicsContext restoreGraphicsState];
 }
 
@@ -159,10 +157,11 @@ NSImage* nativeSymbol(const std::string& name, const ui::Font& font) {
     NSImage* symbol = [NSImage imageWithSystemSymbolName:nsString(name)
                                 accessibilityDescription:nil];
     return [symbol
-        imageWithSymbolConfiguration:
-            [NSImageSymbolConfiguration
-                configurationWithPointSize:[nativeFont(font) pointSize]
-                                    weight:nativeWeight(ui::effectiveWeight(font))]];
+        imageWithSymbolConfiguration:[NSImageSymbolConfiguration
+                                         configurationWithPointSize:[nativeFont(font) pointSize]
+                                                             weight:nativeWeight(
+                                                                        ui::effectiveWeight(
+                                                                            font))]];
 }
 
 } // namespace pelistra::appkit

@@ -9,7 +9,7 @@
 
 // An area whose events go to a view of the core's own making, when that takes them.
 @interface PelistraWatchView : NSView {
-@public
+  @public
     std::unique_ptr<pelistra::ui::EventView> target;
     pelistra::Application* application;
 }

@@ -24,8 +24,7 @@ void forget(id object) {
     }
 }
 
-template <int Tag>
-struct ForgetAtTheEnd {
+template <int Tag> struct ForgetAtTheEnd {
     static inline Dealloc original = nullptr;
 
     static void call(id self, SEL selector) {

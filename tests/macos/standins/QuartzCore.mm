@@ -1,3 +1,4 @@
+#include "Format.h"
 #include "World.h"
 
 #import <QuartzCore/QuartzCore.h>
@@ -16,6 +17,7 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 
 @implementation CAAnimation
 - (void)setDuration:(CFTimeInterval)duration {
+    record(format("CAAnimation setDuration {}", duration));
     duration_ = duration;
 }
 - (CFTimeInterval)duration {
@@ -57,6 +59,7 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 - (instancetype)initWithPerceptualDuration:(CFTimeInterval)perceptualDuration
                                     bounce:(CGFloat)bounce {
     self = [super init];
+    record(format("CASpringAnimation perceptualDuration={} bounce={}", perceptualDuration, bounce));
     perceptualDuration_ = perceptualDuration;
     bounce_ = bounce;
     return self;

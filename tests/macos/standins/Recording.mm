@@ -139,6 +139,7 @@ void installWindowRecording() {
     Hook<17, void, BOOL>::install([NSPanel class], @selector(setFloatingPanel:));
     Hook<18, void, id>::install([NSWindowController class], @selector(showWindow:));
     Hook<19, void>::install([NSWindowController class], @selector(close));
+    Hook<21, id, id>::install([NSWindowController class], @selector(initWithWindow:));
 }
 
 } // namespace

@@ -60,6 +60,19 @@ constexpr double titleBarHeight = 28;
 
 @end
 
+// GNUstep's switch answers for itself, with nothing.
+@implementation NSSwitch (StandinLabel)
+
+- (void)setAccessibilityLabel:(NSString*)label {
+    [attachmentsOf(self) setObject:label forKey:@"labels"];
+}
+
+- (NSString*)accessibilityLabel {
+    return [attachmentsOf(self) objectForKey:@"labels"];
+}
+
+@end
+
 @implementation NSControl (Standin)
 
 - (void)setControlSize:(NSControlSize)controlSize {

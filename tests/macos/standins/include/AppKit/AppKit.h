@@ -112,7 +112,7 @@ extern NSFontTextStyle const NSFontTextStyleTitle3;
 @end
 
 @interface NSImageSymbolConfiguration : NSObject {
-@public
+  @public
     CGFloat pointSize;
 }
 + (instancetype)configurationWithPointSize:(CGFloat)pointSize weight:(NSFontWeight)weight;
