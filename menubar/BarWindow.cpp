@@ -20,15 +20,22 @@ constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 class Ewmh {
 public:
     explicit Ewmh(xcb_connection_t* connection) {
-        xcb_ewmh_init_atoms_replies(&data_, xcb_ewmh_init_atoms(connection, &data_), nullptr);
+        ready_ = xcb_ewmh_init_atoms_replies(&data_, xcb_ewmh_init_atoms(connection, &data_),
+                                             nullptr) != 0;
     }
     Ewmh(const Ewmh&) = delete;
     Ewmh& operator=(const Ewmh&) = delete;
-    ~Ewmh() { xcb_ewmh_connection_wipe(&data_); }
+    ~Ewmh() {
+        // When the server does not answer, the library has freed it already.
+        if (ready_) {
+            xcb_ewmh_connection_wipe(&data_);
+        }
+    }
     xcb_ewmh_connection_t* get() { return &data_; }
 
 private:
     xcb_ewmh_connection_t data_{};
+    bool ready_ = false;
 };
 
 } // namespace
