@@ -123,6 +123,7 @@ void TrayStatusItem::undock() {
     embedded_ = false;
     mapped_ = false;
     pressed_ = 0;
+    altClickIsElsewhere_ = false;
 }
 
 xcb_window_t TrayStatusItem::window() const {
@@ -174,9 +175,8 @@ void TrayStatusItem::handle(const xcb_generic_event_t& event) {
     }
     case XCB_ENTER_NOTIFY:
     case XCB_LEAVE_NOTIFY:
-        if (x11::eventAs<xcb_enter_notify_event_t>(event).event == window()) {
-            setHovered(x11::typeOf(event) == XCB_ENTER_NOTIFY);
-        }
+        handleCrossing(x11::eventAs<xcb_enter_notify_event_t>(event),
+                       x11::typeOf(event) == XCB_ENTER_NOTIFY);
         break;
     case XCB_BUTTON_PRESS:
         handlePress(x11::eventAs<xcb_button_press_event_t>(event));
@@ -251,6 +251,27 @@ void TrayStatusItem::trigger(EventType type, std::uint16_t state) {
         const bool withAlt = (state & XCB_MOD_MASK_1) != 0;
         services_.application.handleEvent(
             {.type = type, .modifierFlags = withAlt ? modifierOption : 0}, action);
+    }
+}
+
+// Many window managers take every click with Alt to move windows by it, ours included: their grab
+// is on a window around the bar, so it comes before anything that the item could ask for. What the
+// item still sees is that the pointer was grabbed away with the button down, and given back with it
+// up.
+void TrayStatusItem::handleCrossing(const xcb_enter_notify_event_t& event, bool enters) {
+    if (event.event != window()) {
+        return;
+    }
+    setHovered(enters);
+    constexpr unsigned otherModifiers = XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_4;
+    constexpr unsigned buttons = XCB_BUTTON_MASK_1 | XCB_BUTTON_MASK_2 | XCB_BUTTON_MASK_3;
+    const bool withAltOnly = (event.state & (XCB_MOD_MASK_1 | otherModifiers)) == XCB_MOD_MASK_1;
+    if (!enters) {
+        altClickIsElsewhere_ = event.mode == XCB_NOTIFY_MODE_GRAB && withAltOnly &&
+                               (event.state & buttons) == XCB_BUTTON_MASK_1;
+    } else if (std::exchange(altClickIsElsewhere_, false) && event.mode == XCB_NOTIFY_MODE_UNGRAB &&
+               (event.state & buttons) == 0) {
+        trigger(EventType::LeftMouseUp, XCB_MOD_MASK_1);
     }
 }
 

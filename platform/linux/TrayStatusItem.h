@@ -76,6 +76,7 @@ private:
     void handlePress(const xcb_button_press_event_t& event);
     void handleRelease(const xcb_button_release_event_t& event);
     void handleProperty(const xcb_property_notify_event_t& event);
+    void handleCrossing(const xcb_enter_notify_event_t& event, bool enters);
     void setHovered(bool hovered);
     void trigger(EventType type, std::uint16_t state);
     void savePosition();
@@ -103,6 +104,8 @@ private:
     bool hovered_ = false;
     // The button that went down on the item and is still down; 0 for none.
     xcb_button_t pressed_ = 0;
+    // An Alt-click that somebody else's grab has taken has begun on the item.
+    bool altClickIsElsewhere_ = false;
 };
 
 } // namespace pelistra::desktop

@@ -170,6 +170,51 @@ TEST_F(OrganiserTest, ALeftClickCollapsesOnReleaseAndAltExpands) {
     EXPECT_TRUE(contains("Collapsed divider to length 2560.000000"));
 }
 
+// As window managers do that move windows by Alt and a button: a grab on a window around the tray.
+class GrabbedClickTest : public OrganiserTest {
+protected:
+    void grabAround(std::uint16_t modifiers) {
+        xcb_grab_button(client_.get(), 0, client_.root(),
+                        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE,
+                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
+                        XCB_BUTTON_INDEX_1, modifiers);
+        client_.sync();
+    }
+};
+
+TEST_F(GrabbedClickTest, AnAltClickThatAWindowManagerTakesExpandsAllTheSame) {
+    startDocked();
+    grabAround(XCB_MOD_MASK_1);
+    ASSERT_TRUE(collapse());
+    letTheArrowRest();
+    EXPECT_TRUE(clickUntil(Button::Left, {keys::alt}, [this] { return dividerWidth() == 14; }));
+}
+
+TEST_F(GrabbedClickTest, AnAltClickThatEndsElsewhereDoesNothing) {
+    startDocked();
+    grabAround(XCB_MOD_MASK_1);
+    ASSERT_TRUE(collapse());
+    letTheArrowRest();
+    input_.pressKey(keys::alt);
+    input_.press();
+    input_.moveTo({.x = 300, .y = 300});
+    input_.release();
+    input_.releaseKey(keys::alt);
+    input_.moveTo(centre(tray_->frameOf(control_)));
+    tray_->serve(std::chrono::milliseconds(400));
+    EXPECT_EQ(dividerWidth(), collapsedWidth);
+}
+
+TEST_F(GrabbedClickTest, AMoveOfTheItemIsNoClick) {
+    startDocked();
+    grabAround(XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT);
+    ASSERT_TRUE(collapse());
+    letTheArrowRest();
+    input_.click(centre(tray_->frameOf(control_)), Button::Left, {keys::alt, keys::shift});
+    tray_->serve(std::chrono::milliseconds(400));
+    EXPECT_EQ(dividerWidth(), collapsedWidth);
+}
+
 TEST_F(OrganiserTest, ARightClickOpensTheSettings) {
     startDocked();
     EXPECT_TRUE(
