@@ -23,6 +23,7 @@ namespace {
 constexpr std::chrono::milliseconds patience{1000};
 // What EWMH calls a request that a pager makes for the user.
 constexpr std::uint32_t sourcePager = 2;
+constexpr std::uint32_t everyDesktop = 0xffffffff;
 
 // One conversation with the window manager on a connection of its own, so that the events it waits
 // for are nobody else's.
@@ -37,16 +38,25 @@ public:
             return false;
         }
         const auto active = requestRoot(ActiveWindow);
+        const auto currentDesktop = requestRoot(CurrentDesktop);
         const std::vector<WindowId> windows = managedWindows();
         const std::vector<WindowId> found = wantedAmong(windows, isWanted);
         const auto activeWords = take(active);
+        const auto currentWords = take(currentDesktop);
         if (found.empty()) {
             return false;
         }
+        const auto desktopWords =
+            take(x11::requestProperty(connection_, found.back(), atoms_[WmDesktop]));
         const std::uint32_t time = serverTime();
         // The newest comes last, above the others.
         for (const WindowId window : found) {
             sendToRoot(RestackWindow, window, {sourcePager, 0, XCB_STACK_MODE_ABOVE, 0, 0});
+        }
+        // Not every window manager goes to the window's desktop by itself, so a pager does.
+        if (!desktopWords.empty() && desktopWords[0] != everyDesktop &&
+            desktopWords != currentWords) {
+            sendToRoot(CurrentDesktop, connection_.root(), {desktopWords[0], time, 0, 0, 0});
         }
         sendToRoot(ActiveWindow, found.back(),
                    {sourcePager, time, activeWords.empty() ? 0 : activeWords[0], 0, 0});
@@ -56,6 +66,8 @@ public:
 private:
     enum Name : std::uint8_t {
         ActiveWindow,
+        CurrentDesktop,
+        WmDesktop,
         ClientListStacking,
         ClientList,
         RestackWindow,
@@ -68,6 +80,8 @@ private:
         Count
     };
     static constexpr std::array<std::string_view, Count> names{"_NET_ACTIVE_WINDOW",
+                                                               "_NET_CURRENT_DESKTOP",
+                                                               "_NET_WM_DESKTOP",
                                                                "_NET_CLIENT_LIST_STACKING",
                                                                "_NET_CLIENT_LIST",
                                                                "_NET_RESTACK_WINDOW",
