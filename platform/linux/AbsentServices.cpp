@@ -1,7 +1,5 @@
 #include "platform/linux/AbsentServices.h"
 
-#include <system_error>
-
 namespace pelistra::desktop {
 
 namespace {
@@ -27,10 +25,6 @@ public:
     [[nodiscard]] bool isVisible() const override { return false; }
 };
 
-std::string notSupported() {
-    return std::make_error_code(std::errc::not_supported).message();
-}
-
 } // namespace
 
 std::unique_ptr<EventSource> AbsentEventPosting::source(EventSourceState /*state*/) {
@@ -49,19 +43,6 @@ bool AbsentEventPosting::postToPid(ProcessId /*processIdentifier*/, const MouseE
 
 std::unique_ptr<Panel> AbsentPanels::panel(Size /*contentSize*/, std::uint32_t /*styleMask*/) {
     return std::make_unique<AbsentPanel>();
-}
-
-SubscriptionPtr AbsentGlobalClicks::addMonitor(EventMask /*matching*/,
-                                               std::function<void()> /*handler*/) {
-    return nullptr;
-}
-
-std::optional<std::string> AbsentLoginItem::registerItem() {
-    return notSupported();
-}
-
-std::optional<std::string> AbsentLoginItem::unregisterItem() {
-    return notSupported();
 }
 
 } // namespace pelistra::desktop

@@ -1,8 +1,6 @@
 #pragma once
 
 #include "platform/EventPosting.h"
-#include "platform/GlobalClicks.h"
-#include "platform/LoginItem.h"
 #include "platform/Panel.h"
 
 namespace pelistra::desktop {
@@ -23,19 +21,6 @@ public:
 class AbsentPanels final : public Panels {
 public:
     [[nodiscard]] std::unique_ptr<Panel> panel(Size contentSize, std::uint32_t styleMask) override;
-};
-
-class AbsentGlobalClicks final : public GlobalClicks {
-public:
-    [[nodiscard]] SubscriptionPtr addMonitor(EventMask matching,
-                                             std::function<void()> handler) override;
-};
-
-class AbsentLoginItem final : public LoginItem {
-public:
-    [[nodiscard]] LoginItemStatus status() const override { return LoginItemStatus::NotFound; }
-    [[nodiscard]] std::optional<std::string> registerItem() override;
-    [[nodiscard]] std::optional<std::string> unregisterItem() override;
 };
 
 } // namespace pelistra::desktop

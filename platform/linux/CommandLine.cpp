@@ -11,7 +11,7 @@ namespace pelistra::desktop {
 namespace {
 
 constexpr std::array productSwitches{showSettingsSwitch, showOnboardingSwitch, startCollapsedSwitch,
-                                     verifyLayoutSwitch};
+                                     verifyLayoutSwitch, startMenuBarSwitch};
 
 constexpr auto help = R"(Usage: pelistra [OPTION]...
 Hide the icons of the menu bar that you rarely need behind an arrow.
@@ -20,6 +20,7 @@ Hide the icons of the menu bar that you rarely need behind an arrow.
   --show-onboarding        open the introduction
   --start-collapsed        hide the section left of the divider right away
   --verify-section-layout  collapse, measure and expand once; the result is logged
+  --start-menu-bar         start pelistra-menubar too when no system tray is there
   --help                   show this help and end
   --version                show the version and end
 

@@ -12,6 +12,9 @@ inline constexpr std::string_view showOnboardingSwitch = "--show-onboarding";
 inline constexpr std::string_view startCollapsedSwitch = "--start-collapsed";
 inline constexpr std::string_view verifyLayoutSwitch = "--verify-section-layout";
 
+// The switch of this system only, used at login.
+inline constexpr std::string_view startMenuBarSwitch = "--start-menu-bar";
+
 // What the command line asks for before anything else happens.
 struct CommandLine {
     enum class Request { Run, Help, Version, Refuse };

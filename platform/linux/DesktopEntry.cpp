@@ -110,6 +110,20 @@ std::string localised(const Keys& keys, const std::string& key,
     return valueOf(keys, key);
 }
 
+// The texts of a list, which ends each of them with a semicolon.
+std::vector<std::string> listOf(const Keys& keys, std::string_view key) {
+    std::vector<std::string> texts;
+    const std::string list = valueOf(keys, key);
+    for (std::size_t begin = 0; begin < list.size();) {
+        const std::size_t end = std::min(list.find(';', begin), list.size());
+        if (end > begin) {
+            texts.push_back(list.substr(begin, end - begin));
+        }
+        begin = end + 1;
+    }
+    return texts;
+}
+
 // One argument of Exec as it was written.
 struct Argument {
     std::string text;
@@ -242,6 +256,10 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
     entry.dbusActivatable = isTrue("DBusActivatable");
     entry.hidden = isTrue("Hidden");
     entry.noDisplay = isTrue("NoDisplay");
+    entry.autostartIsOff = valueOf(keys, "X-GNOME-Autostart-enabled") == "false" ||
+                           valueOf(keys, "X-MATE-Autostart-enabled") == "false";
+    entry.onlyShowIn = listOf(keys, "OnlyShowIn");
+    entry.notShowIn = listOf(keys, "NotShowIn");
     if (!entry.hidden && (valueOf(keys, "Type") != "Application" || entry.name.empty())) {
         return std::nullopt;
     }

@@ -27,6 +27,11 @@ struct DesktopEntry {
     bool hidden = false;
     // Not meant for menus, but it still describes its program.
     bool noDisplay = false;
+    // The user has switched it off as something to start at login.
+    bool autostartIsOff = false;
+    // The desktops that it is meant for (all, when empty) and not meant for.
+    std::vector<std::string> onlyShowIn = {};
+    std::vector<std::string> notShowIn = {};
 };
 
 // No entry is larger than this; a larger file is left out.

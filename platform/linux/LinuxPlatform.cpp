@@ -1,10 +1,13 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "platform/linux/AbsentServices.h"
+#include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/ClickDelivery.h"
+#include "platform/linux/CommandLine.h"
 #include "platform/linux/DisplayScale.h"
 #include "platform/linux/EventPump.h"
 #include "platform/linux/FileUserDefaults.h"
+#include "platform/linux/MenuBarStarter.h"
 #include "platform/linux/QtApplication.h"
 #include "platform/linux/QtImages.h"
 #include "platform/linux/QtMainQueue.h"
@@ -21,6 +24,7 @@
 #include "platform/linux/X11RunningApplications.h"
 #include "platform/linux/X11ScreenCapture.h"
 #include "platform/linux/X11WindowList.h"
+#include "platform/linux/XInputGlobalClicks.h"
 #include "platform/linux/XcbScreens.h"
 #include "platform/linux/XcbWindowServer.h"
 
@@ -92,11 +96,16 @@ struct LinuxPlatform::Services {
                                                              pump, mainQueue),
           trayLook(connection), windowList(trayLook, [](const TrayIcon&) { return std::nullopt; }),
           windowServer(trayLook, windowList), screenCapture(connection), clicks(makeClicks()),
+          globalClicks(connection, pump), loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
+          menuBarStarter(trayHost, mainQueue, log),
           termination([this] { application.terminate(); }),
           instanceEvents(
               pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
         pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
         trayHost.start();
+        if (hasArgument(application, startMenuBarSwitch)) {
+            menuBarStarter.startUnlessTrayComes(menuBarBeside(ownProgram()));
+        }
     }
 
     // Null when the server takes no further connection.
@@ -143,8 +152,9 @@ struct LinuxPlatform::Services {
     AbsentEventPosting noEventPosting;
     std::unique_ptr<Clicks> clicks;
     AbsentPanels panels;
-    AbsentGlobalClicks globalClicks;
-    AbsentLoginItem loginItem;
+    XInputGlobalClicks globalClicks;
+    AutostartLoginItem loginItem;
+    MenuBarStarter menuBarStarter;
     TerminationSignals termination;
     SubscriptionPtr instanceEvents;
 };

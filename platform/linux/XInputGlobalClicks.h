@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/GlobalClicks.h"
+#include "platform/Lifetime.h"
+#include "platform/linux/EventPump.h"
+#include "platform/x11/Connection.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <xcb/xinput.h>
+
+namespace pelistra::desktop {
+
+// Presses of the left and right mouse button anywhere on the screen, through XInput 2.2. Nothing is
+// asked of the server while no monitor is there.
+//
+// A press counts as this application's own when it goes to a window that one of our connections has
+// made (status items in a tray, panels, windows, help texts), to the window manager's frame around
+// one, or comes from a pointer that we have made ourselves.
+class XInputGlobalClicks final : public GlobalClicks {
+public:
+    XInputGlobalClicks(const x11::Connection& connection, EventPump& pump);
+    XInputGlobalClicks(const XInputGlobalClicks&) = delete;
+    XInputGlobalClicks& operator=(const XInputGlobalClicks&) = delete;
+    ~XInputGlobalClicks() override = default;
+
+    // Null without XInput 2.2.
+    [[nodiscard]] SubscriptionPtr addMonitor(EventMask matching,
+                                             std::function<void()> handler) override;
+
+private:
+    struct Monitor;
+    class Token;
+
+    [[nodiscard]] bool prepare();
+    void select(bool on) const;
+    void remove(const Monitor* monitor);
+    void handle(const xcb_generic_event_t& event);
+    void handlePress(const xcb_input_raw_button_press_event_t& press);
+    [[nodiscard]] std::optional<EventType> typeOf(std::uint32_t physicalButton) const;
+    [[nodiscard]] bool isOwnDevice(xcb_input_device_id_t device) const;
+    [[nodiscard]] bool isOwnPlace(xcb_input_device_id_t device) const;
+    [[nodiscard]] bool isOwnWindow(xcb_window_t window) const;
+    [[nodiscard]] bool isFrameOfOwnWindow(xcb_window_t topLevel) const;
+    [[nodiscard]] xcb_window_t topLevelOf(xcb_window_t window) const;
+
+    const x11::Connection& connection_;
+    EventPump& pump_;
+    // Empty until it was asked for.
+    std::optional<bool> isSupported_;
+    std::uint8_t opcode_ = 0;
+    std::vector<std::shared_ptr<Monitor>> monitors_;
+    SubscriptionPtr events_;
+    Lifetime lifetime_;
+};
+
+} // namespace pelistra::desktop
