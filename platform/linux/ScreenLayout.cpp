@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -59,9 +60,13 @@ RootRect without(const Strut& strut, const RootRect& root, const RootRect& frame
 }
 
 std::vector<Monitor> primaryFirst(const ScreenFacts& facts) {
-    std::vector<Monitor> monitors = facts.monitors;
-    std::erase_if(monitors, [](const Monitor& monitor) { return !hasArea(monitor.frame); });
-    std::ranges::stable_partition(monitors, &Monitor::isPrimary);
+    std::vector<Monitor> monitors;
+    for (const bool primary : {true, false}) {
+        std::ranges::copy_if(facts.monitors, std::back_inserter(monitors),
+                             [primary](const Monitor& monitor) {
+                                 return monitor.isPrimary == primary && hasArea(monitor.frame);
+                             });
+    }
     return monitors;
 }
 
