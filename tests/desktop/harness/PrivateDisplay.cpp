@@ -163,7 +163,8 @@ void PrivateDisplay::startServer(const Options& options) {
     server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-dpi",
                      std::to_string(options.dpi), "-nolisten", "tcp", "-noreset", "+extension",
                      "RANDR", "+extension", "Composite"});
-    name_ = ":" + waitForAnswer(*server_, isDisplayNumber);
+    name_ = ":";
+    name_ += waitForAnswer(*server_, isDisplayNumber);
     environment_["DISPLAY"] = name_;
 }
 
