@@ -13,7 +13,6 @@ namespace pelistra::appkit {
 namespace {
 
 static_assert(window_style::nonactivatingPanel == NSWindowStyleMaskNonactivatingPanel);
-static_assert(window_level::statusBar == NSStatusWindowLevel);
 static_assert(collection_behavior::canJoinAllSpaces == NSWindowCollectionBehaviorCanJoinAllSpaces);
 static_assert(collection_behavior::transient == NSWindowCollectionBehaviorTransient);
 static_assert(collection_behavior::ignoresCycle == NSWindowCollectionBehaviorIgnoresCycle);

@@ -12,8 +12,6 @@ namespace pelistra::appkit {
 
 namespace {
 
-static_assert(StatusItem::squareLength == NSSquareStatusItemLength);
-
 class AppKitStatusButton final : public StatusButton {
   public:
     explicit AppKitStatusButton(NSStatusBarButton* button)
