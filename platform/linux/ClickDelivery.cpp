@@ -83,8 +83,7 @@ bool ClickDelivery::belongsTo(WindowId window, ProcessId process) {
            static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data)) == process;
 }
 
-std::optional<ClickDelivery::Target> ClickDelivery::describe(WindowId window, ProcessId process,
-                                                             RootPlace place) {
+std::optional<ClickDelivery::Target> ClickDelivery::describe(WindowId window, RootPlace place) {
     xcb_connection_t* const server = connection_->get();
     const auto attributesRequest = xcb_get_window_attributes(server, window);
     const auto placeRequest = xcb_translate_coordinates(server, connection_->root(), window,
@@ -92,38 +91,53 @@ std::optional<ClickDelivery::Target> ClickDelivery::describe(WindowId window, Pr
                                                         static_cast<std::int16_t>(place.y));
     const auto attributes = replies_.take<xcb_get_window_attributes_reply_t>(attributesRequest);
     const auto inside = replies_.take<xcb_translate_coordinates_reply_t>(placeRequest);
-    if (!attributes || !inside || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-        !belongsTo(window, process)) {
+    if (!attributes || !inside || attributes->map_state != XCB_MAP_STATE_VIEWABLE) {
         return std::nullopt;
     }
-    return Target{.inside = {.x = inside->dst_x, .y = inside->dst_y},
-                  .eventMask = attributes->all_event_masks};
+    return Target{.window = window,
+                  .inside = {.x = inside->dst_x, .y = inside->dst_y},
+                  .eventMask = attributes->all_event_masks,
+                  .child = inside->child};
+}
+
+std::optional<ClickDelivery::Target> ClickDelivery::find(WindowId window, ProcessId process,
+                                                         RootPlace place) {
+    const auto target = describe(window, place);
+    return target && belongsTo(window, process) ? target : std::nullopt;
+}
+
+// The window that a real press would be delivered to. Tk takes a press in its inner window only.
+ClickDelivery::Target ClickDelivery::deepestListener(Target target, RootPlace place) {
+    WindowId child = target.child;
+    for (int depth = 0; depth < deepestWindow && child != XCB_NONE; ++depth) {
+        const auto deeper = describe(child, place);
+        if (deeper && deeper->listensToButtons()) {
+            target = *deeper;
+        }
+        child = deeper ? deeper->child : WindowId{XCB_NONE};
+    }
+    return target;
 }
 
 ClickDelivery::Way ClickDelivery::wayOf(WindowId window, ProcessId process, RootPlace place) {
-    if (!replies_.begin(patience)) {
-        return Way::None;
-    }
-    const auto target = describe(window, process, place);
+    const auto target = replies_.begin(patience) ? find(window, process, place) : std::nullopt;
     if (!target) {
         return Way::None;
     }
-    return (target->eventMask & XCB_EVENT_MASK_BUTTON_PRESS) != 0 ? Way::Sent : Way::SecondPointer;
+    return target->listensToButtons() ? Way::Sent : Way::SecondPointer;
 }
 
 bool ClickDelivery::press(WindowId window, ProcessId process, RootPlace place) {
     pressedBy_ = Way::None;
-    if (!replies_.begin(patience)) {
-        return false;
-    }
-    const auto target = describe(window, process, place);
+    const auto target = replies_.begin(patience) ? find(window, process, place) : std::nullopt;
     if (!target) {
         return false;
     }
-    if ((target->eventMask & XCB_EVENT_MASK_BUTTON_PRESS) != 0) {
+    if (target->listensToButtons()) {
+        pressed_ = deepestListener(*target, place);
         // GTK 2 ignores a press in a window that the pointer has not entered.
-        sendCrossing(window, *target, place);
-        sendButton(XCB_BUTTON_PRESS, window, *target, place);
+        sendCrossing(pressed_, place);
+        sendButton(XCB_BUTTON_PRESS, pressed_, place);
         pressedBy_ = Way::Sent;
     } else if (pressWithDevice(window, place)) {
         pressedBy_ = Way::SecondPointer;
@@ -132,31 +146,25 @@ bool ClickDelivery::press(WindowId window, ProcessId process, RootPlace place) {
     return pressedBy_ != Way::None && connection_->isAlive();
 }
 
-bool ClickDelivery::release(WindowId window, ProcessId process, RootPlace place) {
-    const Way way = std::exchange(pressedBy_, Way::None);
-    if (way == Way::None) {
+bool ClickDelivery::release(WindowId window, RootPlace place) {
+    switch (std::exchange(pressedBy_, Way::None)) {
+    case Way::None:
         return false;
-    }
-    if (way == Way::SecondPointer) {
+    case Way::Sent:
+        // A window that has gone away at the press has had its click.
+        sendButton(XCB_BUTTON_RELEASE, pressed_, place);
+        connection_->flush();
+        break;
+    case Way::SecondPointer:
         device_.release();
         ++click_;
         lookForMenu(window, 0);
-        return connection_->isAlive();
+        break;
     }
-    if (!replies_.begin(patience)) {
-        return false;
-    }
-    const auto target = describe(window, process, place);
-    if (target) {
-        sendButton(XCB_BUTTON_RELEASE, window, *target, place);
-        connection_->flush();
-    }
-    // A window that goes away at the press has had its click.
     return connection_->isAlive();
 }
 
-void ClickDelivery::sendButton(std::uint8_t type, WindowId window, const Target& target,
-                               RootPlace place) {
+void ClickDelivery::sendButton(std::uint8_t type, const Target& target, RootPlace place) {
     const bool isRelease = type == XCB_BUTTON_RELEASE;
     const xcb_button_press_event_t event{
         .response_type = type,
@@ -164,7 +172,7 @@ void ClickDelivery::sendButton(std::uint8_t type, WindowId window, const Target&
         .sequence = 0,
         .time = XCB_CURRENT_TIME,
         .root = connection_->root(),
-        .event = window,
+        .event = target.window,
         .child = XCB_NONE,
         // Qt opens its menu at the root coordinates.
         .root_x = static_cast<std::int16_t>(place.x),
@@ -177,11 +185,11 @@ void ClickDelivery::sendButton(std::uint8_t type, WindowId window, const Target&
     // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
     const auto* const bytes = reinterpret_cast<const char*>(&event);
     ignoreErrorOf(xcb_send_event_checked(
-        connection_->get(), 0, window,
+        connection_->get(), 0, target.window,
         isRelease ? XCB_EVENT_MASK_BUTTON_RELEASE : XCB_EVENT_MASK_BUTTON_PRESS, bytes));
 }
 
-void ClickDelivery::sendCrossing(WindowId window, const Target& target, RootPlace place) {
+void ClickDelivery::sendCrossing(const Target& target, RootPlace place) {
     if ((target.eventMask & XCB_EVENT_MASK_ENTER_WINDOW) == 0) {
         return;
     }
@@ -191,7 +199,7 @@ void ClickDelivery::sendCrossing(WindowId window, const Target& target, RootPlac
                                          .sequence = 0,
                                          .time = XCB_CURRENT_TIME,
                                          .root = connection_->root(),
-                                         .event = window,
+                                         .event = target.window,
                                          .child = XCB_NONE,
                                          .root_x = static_cast<std::int16_t>(place.x),
                                          .root_y = static_cast<std::int16_t>(place.y),
@@ -201,7 +209,7 @@ void ClickDelivery::sendCrossing(WindowId window, const Target& target, RootPlac
                                          .mode = XCB_NOTIFY_MODE_NORMAL,
                                          .same_screen_focus = sameScreen};
     ignoreErrorOf(xcb_send_event_checked(
-        connection_->get(), 0, window, XCB_EVENT_MASK_ENTER_WINDOW,
+        connection_->get(), 0, target.window, XCB_EVENT_MASK_ENTER_WINDOW,
         // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
         reinterpret_cast<const char*>(&event)));
 }

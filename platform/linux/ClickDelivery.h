@@ -45,7 +45,7 @@ public:
     // pointer and that cannot be made or the window is covered at that place.
     [[nodiscard]] bool press(WindowId window, ProcessId process, RootPlace place);
     // Releases what press() has pressed.
-    [[nodiscard]] bool release(WindowId window, ProcessId process, RootPlace place);
+    [[nodiscard]] bool release(WindowId window, RootPlace place);
 
     void handle(const xcb_generic_event_t& event);
 
@@ -56,9 +56,17 @@ public:
     [[nodiscard]] Way wayOf(WindowId window, ProcessId process, RootPlace place);
 
 private:
+    // A window and the clicked place in it.
     struct Target {
+        WindowId window = 0;
         RootPlace inside;
         std::uint32_t eventMask = 0;
+        // Its child at that place; 0 when there is none.
+        WindowId child = 0;
+
+        [[nodiscard]] bool listensToButtons() const {
+            return (eventMask & XCB_EVENT_MASK_BUTTON_PRESS) != 0;
+        }
     };
     struct Menu {
         WindowId icon = 0;
@@ -69,13 +77,14 @@ private:
         int repetitions = 0;
     };
 
-    [[nodiscard]] std::optional<Target> describe(WindowId window, ProcessId process,
-                                                 RootPlace place);
+    [[nodiscard]] std::optional<Target> describe(WindowId window, RootPlace place);
+    [[nodiscard]] std::optional<Target> find(WindowId window, ProcessId process, RootPlace place);
+    [[nodiscard]] Target deepestListener(Target target, RootPlace place);
     [[nodiscard]] bool belongsTo(WindowId window, ProcessId process);
     [[nodiscard]] std::vector<WindowId> windowsAt(RootPlace place);
     [[nodiscard]] bool isUncovered(WindowId window, RootPlace place);
-    void sendButton(std::uint8_t type, WindowId window, const Target& target, RootPlace place);
-    void sendCrossing(WindowId window, const Target& target, RootPlace place);
+    void sendButton(std::uint8_t type, const Target& target, RootPlace place);
+    void sendCrossing(const Target& target, RootPlace place);
     [[nodiscard]] bool pressWithDevice(WindowId window, RootPlace place);
 
     void lookForMenu(WindowId icon, std::size_t attempt);
@@ -100,6 +109,8 @@ private:
     PointerDevice device_;
     bool hasResource_ = false;
     Way pressedBy_ = Way::None;
+    // Who was sent the press.
+    Target pressed_;
     std::optional<Menu> menu_;
     // Counts clicks, so that a look for the menu of an earlier one ends.
     std::uint64_t click_ = 0;

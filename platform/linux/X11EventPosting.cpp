@@ -70,7 +70,7 @@ bool X11EventPosting::postToPid(ProcessId processIdentifier, const MouseEvent& e
     const RootPlace place{.x = pixel.x, .y = pixel.y};
     return mouseEvent->type() == EventType::LeftMouseDown
                ? delivery_->press(mouseEvent->window(), processIdentifier, place)
-               : delivery_->release(mouseEvent->window(), processIdentifier, place);
+               : delivery_->release(mouseEvent->window(), place);
 }
 
 } // namespace pelistra::desktop
