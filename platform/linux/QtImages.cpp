@@ -22,8 +22,7 @@ public:
     }
 
     [[nodiscard]] bool draw(QPainter& painter, const QColor& label) const override {
-        painter.strokePath(symbol_.strokes, QPen(label, symbol_.strokeWidth, Qt::SolidLine,
-                                                 Qt::RoundCap, Qt::RoundJoin));
+        pelistra::desktop::draw(symbol_, painter, label);
         return true;
     }
 

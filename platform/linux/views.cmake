@@ -1,0 +1,22 @@
+# The core's views, drawn on Qt Widgets.
+target_sources(pelistra_linux PRIVATE
+    views/AlertSheet.cpp
+    views/ButtonElement.cpp
+    views/ContentWidget.cpp
+    views/Element.cpp
+    views/ElementFactory.cpp
+    views/EnteringElement.cpp
+    views/Fonts.cpp
+    views/LeafElements.cpp
+    views/Look.cpp
+    views/ModifierElements.cpp
+    views/Motion.cpp
+    views/Outlines.cpp
+    views/Proxies.cpp
+    views/RepresentedElement.cpp
+    views/Scene.cpp
+    views/Scroller.cpp
+    views/ScrollElements.cpp
+    views/StackElements.cpp
+    views/TextElement.cpp
+    views/ToggleElement.cpp)

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/linux/views/Element.h"
+#include "ui/Nodes.h"
+
+#include <memory>
+
+namespace pelistra::desktop {
+
+// The area of a view of the core's own making.
+class RepresentedElement final : public ElementOf<ui::Represented> {
+public:
+    RepresentedElement(Scene& scene, Element* parent);
+    ~RepresentedElement() override;
+
+    void paint(QPainter& /*painter*/, const PaintState& /*state*/) override {}
+
+    // Whether a point of the content widget lies in its visible area.
+    [[nodiscard]] bool contains(const QWidget& widget, const QPointF& point) const;
+    // Asks its view for the event, and hands it over. True when the view has taken it.
+    [[nodiscard]] bool offer(EventType type, const QWidget& widget, const QPointF& point);
+
+protected:
+    void changed(const ui::Represented* before, const Surroundings& surroundings) override;
+    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+
+private:
+    QWidget* host_ = nullptr;
+    // Shared so that it lives until its event has been handled.
+    std::shared_ptr<ui::EventView> eventView_;
+};
+
+} // namespace pelistra::desktop

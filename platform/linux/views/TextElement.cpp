@@ -1,0 +1,117 @@
+#include "platform/linux/views/TextElement.h"
+
+#include "platform/linux/views/Fonts.h"
+#include "platform/linux/views/Scene.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QTextLayout>
+#include <QTextOption>
+
+namespace pelistra::desktop {
+
+namespace {
+
+constexpr double unlimited = std::numeric_limits<float>::max() / 4;
+
+QTextOption optionFor(const ui::Text& text) {
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setAlignment(text.multilineAlignment == ui::TextAlignment::Center ? Qt::AlignHCenter
+                                                                             : Qt::AlignLeft);
+    return option;
+}
+
+} // namespace
+
+TextElement::~TextElement() {
+    delete label_;
+}
+
+void TextElement::changed(const ui::Text* before, const Surroundings& surroundings) {
+    if (before == nullptr || before->text != node().text) {
+        text_ = QString::fromStdString(node().text);
+    }
+    if (before == nullptr || before->text != node().text || before->font != node().font ||
+        before->lineLimit != node().lineLimit) {
+        sizeChanged();
+    }
+    if (before != nullptr && *before != node()) {
+        appearanceChanged();
+    }
+    const bool isRead = !surroundings.isInControl;
+    if (isRead && label_.isNull()) {
+        label_ = new TextProxy(surroundings.host); // NOLINT(*-owning-memory)
+        label_->show();
+    } else if (!isRead) {
+        delete label_;
+    }
+    if (label_) {
+        label_->setContent(text_, surroundings.accessibilityLabel, surroundings.help);
+    }
+}
+
+QSizeF TextElement::breakLines(QTextLayout& layout, double width) const {
+    double height = 0;
+    double widest = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, height));
+        height += std::ceil(line.height());
+        widest = std::max(widest, line.naturalTextWidth());
+    }
+    layout.endLayout();
+    return {std::ceil(widest), height};
+}
+
+QSizeF TextElement::sizeThatFits(const Proposal& proposal) {
+    const QFont font = qtFont(node().font, scene().look());
+    const double offered = std::max(proposal.width.value_or(unlimited), 1.0);
+    if (isOneLine()) {
+        const QFontMetricsF metrics(font);
+        return {std::min(std::ceil(metrics.horizontalAdvance(text_)), offered),
+                std::ceil(metrics.height())};
+    }
+    QString broken = text_;
+    broken.replace(u'\n', QChar::LineSeparator);
+    QTextLayout layout(broken, font);
+    QTextOption option = optionFor(node());
+    option.setAlignment(Qt::AlignLeft);
+    layout.setTextOption(option);
+    return breakLines(layout, std::min(offered, unlimited));
+}
+
+void TextElement::arrange() {
+    if (label_) {
+        label_->setGeometry(frame().toAlignedRect());
+    }
+}
+
+void TextElement::paint(QPainter& painter, const PaintState& state) {
+    const QRectF area = shownFrame();
+    if (!area.intersects(state.dirty)) {
+        return;
+    }
+    const QFont font = qtFont(node().font, state.look);
+    const QColor color =
+        node().foreground ? resolved(*node().foreground, state.look) : state.foreground;
+    QString shown = text_;
+    if (isOneLine()) {
+        shown = QFontMetricsF(font).elidedText(shown.replace(u'\n', u' '), Qt::ElideRight,
+                                               area.width() + 0.5);
+    }
+    shown.replace(u'\n', QChar::LineSeparator);
+    QTextLayout layout(shown, font);
+    layout.setTextOption(optionFor(node()));
+    // A little more than measured, so that rounding does not break a line that has fitted.
+    breakLines(layout, isOneLine() ? unlimited : area.width() + 0.01);
+    painter.setPen(color);
+    layout.draw(&painter, area.topLeft());
+}
+
+} // namespace pelistra::desktop

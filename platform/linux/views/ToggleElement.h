@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/linux/views/Element.h"
+#include "platform/linux/views/Proxies.h"
+#include "ui/Nodes.h"
+
+#include <QPointer>
+
+namespace pelistra::desktop {
+
+// A label and a switch that slides.
+class ToggleElement final : public ElementOf<ui::Toggle> {
+public:
+    using ElementOf::ElementOf;
+    ~ToggleElement() override;
+
+    void paint(QPainter& painter, const PaintState& state) override;
+    void forEachChild(const std::function<void(Element&)>& call) override { call(*label_); }
+    [[nodiscard]] QWidget* focusable() const override { return proxy_; }
+
+protected:
+    void changed(const ui::Toggle* before, const Surroundings& surroundings) override;
+    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+    void arrange() override;
+    [[nodiscard]] bool draws() const override { return true; }
+    [[nodiscard]] double drawingMargin() const override;
+
+private:
+    void makeProxy(QWidget* host);
+    // Sends the knob to where the widget's state asks for it.
+    void slide();
+    [[nodiscard]] QRectF switchArea(const QRectF& area) const;
+    void paintSwitch(QPainter& painter, const Look& look) const;
+
+    bool isFormRow_ = false;
+    ElementPtr label_;
+    QPointer<ToggleProxy> proxy_;
+    bool shownState_ = false;
+    // From where the knob slides, and how; none while it rests.
+    std::shared_ptr<Motion> sliding_;
+    double slidFrom_ = 0;
+
+    [[nodiscard]] double knobPlace() const;
+};
+
+} // namespace pelistra::desktop

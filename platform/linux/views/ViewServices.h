@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Application.h"
+#include "platform/MainQueue.h"
+#include "platform/Published.h"
+#include "platform/linux/views/Look.h"
+
+#include <functional>
+
+namespace pelistra::desktop {
+
+// What the rendering of a content needs from the rest of the front end; all of it outlives every
+// widget that it is handed to.
+struct ViewServices {
+    MainQueue& mainQueue;
+    // The application that views of the core's own making ask for the event being handled.
+    const Application& application;
+    // Runs the block with that event as the application's current one.
+    std::function<void(const Event& event, const std::function<void()>& block)> handleEvent;
+    Published<Look>& look;
+};
+
+} // namespace pelistra::desktop
