@@ -19,6 +19,9 @@ namespace {
 // Processes come and go; what is known of more than this many is thrown away and found again.
 constexpr std::size_t mostKnown = 4096;
 
+// A list of a thousand icons of one program asks for that program a thousand times in a row.
+constexpr std::chrono::milliseconds oneMoment{20};
+
 // An application's icon, drawn at whatever scale is asked for.
 class ThemeImage final : public QtImage {
 public:
@@ -123,7 +126,12 @@ std::optional<std::string> X11RunningApplications::ownerName(const TrayIcon& ico
 }
 
 const X11RunningApplications::Known* X11RunningApplications::lookUp(ProcessId process) {
-    auto startTime = process < 1 ? std::nullopt : startTimeOf(process);
+    const auto now = std::chrono::steady_clock::now();
+    if (const auto recent = known_.find(process);
+        recent != known_.end() && now - recent->second.checked < oneMoment) {
+        return &recent->second;
+    }
+    auto startTime = startTimeOf(process);
     if (!startTime) {
         known_.erase(process);
         classes_.erase(process);
@@ -143,6 +151,7 @@ const X11RunningApplications::Known* X11RunningApplications::lookUp(ProcessId pr
         known.entry = findEntry(process, facts);
         known.name = known.entry ? known.entry->name : facts.displayName();
     }
+    known.checked = now;
     return &known;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/TrayLook.h"
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -49,6 +50,8 @@ private:
         std::string startTime;
         std::string name;
         DesktopEntryPtr entry;
+        // When it was last seen to be the same process.
+        std::chrono::steady_clock::time_point checked;
     };
     struct WindowClass {
         std::string instanceName;

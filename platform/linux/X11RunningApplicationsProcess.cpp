@@ -162,21 +162,21 @@ std::string ProcessFacts::displayName() const {
     return {};
 }
 
-bool processRuns(ProcessId process) {
-    if (process < 1) {
-        return false;
+std::optional<std::string> startTimeOf(ProcessId process) {
+    // The 3rd and the 22nd field of the file, counted here from behind the name.
+    constexpr int stateField = 0;
+    constexpr int startTimeField = 19;
+    const std::string stat = process < 1 ? std::string() : contentOf(folderOf(process) / "stat");
+    const std::string_view fields = fieldsBehindName(stat);
+    const std::string_view state = field(fields, stateField);
+    if (state.empty() || state == "Z" || state == "X") {
+        return std::nullopt;
     }
-    const std::string stat = contentOf(folderOf(process) / "stat");
-    const std::string_view state = field(fieldsBehindName(stat), 0);
-    return !state.empty() && state != "Z" && state != "X";
+    return std::string(field(fields, startTimeField));
 }
 
-std::optional<std::string> startTimeOf(ProcessId process) {
-    // The 22nd field of the file, the 20th behind the name.
-    constexpr int startTimeField = 19;
-    const std::string stat = contentOf(folderOf(process) / "stat");
-    const std::string_view time = field(fieldsBehindName(stat), startTimeField);
-    return time.empty() ? std::nullopt : std::optional(std::string(time));
+bool processRuns(ProcessId process) {
+    return startTimeOf(process).has_value();
 }
 
 ProcessFacts factsOf(ProcessId process) {

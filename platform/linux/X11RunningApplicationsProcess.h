@@ -30,7 +30,7 @@ struct ProcessFacts {
 [[nodiscard]] bool processRuns(ProcessId process);
 [[nodiscard]] ProcessFacts factsOf(ProcessId process);
 // When the process started, in the kernel's ticks since boot: with the id it names one process,
-// even when ids are used again. Empty when there is no such process.
+// even when ids are used again. Empty when no such process runs.
 [[nodiscard]] std::optional<std::string> startTimeOf(ProcessId process);
 // Every process that runs.
 [[nodiscard]] std::vector<ProcessId> runningProcesses();
