@@ -1,13 +1,20 @@
 #include "platform/macos/MacPlatform.h"
+#include "platform/macos/PelistraApp.h"
+#include "tests/macos/standins/MenuBar.h"
 #include "tests/macos/standins/World.h"
 
 #include <gmock/gmock.h>
+
+#include <chrono>
 
 namespace pelistra::appkit {
 namespace {
 
 using namespace pelistra::testing::standins;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Optional;
+using ::testing::SizeIs;
 
 TEST(DispatchMainQueueTest, RunsBlocksOnTheNextTurnInOrder) {
     DispatchMainQueue queue;
@@ -17,6 +24,181 @@ TEST(DispatchMainQueueTest, RunsBlocksOnTheNextTurnInOrder) {
     EXPECT_EQ(order, "");
     EXPECT_TRUE(runUntil([&order] { return order.size() == 2; }));
     EXPECT_EQ(order, "ab");
+}
+
+TEST(DispatchMainQueueTest, ADelayIsNeverCutShort) {
+    DispatchMainQueue queue;
+    bool ran = false;
+    const auto start = std::chrono::steady_clock::now();
+    queue.asyncAfter(Seconds(0.05), [&ran] { ran = true; });
+    EXPECT_TRUE(runUntil([&ran] { return ran; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(50));
+    EXPECT_THAT(recorded("dispatch_after"), ElementsAre("dispatch_after 50000000"));
+}
+
+TEST(DispatchMainQueueTest, ATimerEndsWithItsToken) {
+    DispatchMainQueue queue;
+    int ticks = 0;
+    auto token = queue.repeatingTimer(Seconds(0.01), [&ticks] { ++ticks; });
+    EXPECT_TRUE(runUntil([&ticks] { return ticks >= 3; }));
+    token.reset();
+    const int before = ticks;
+    runFor(0.05);
+    EXPECT_EQ(ticks, before);
+    EXPECT_EQ(liveCounts().timers, 0U);
+}
+
+TEST(UnifiedLogTest, LogsPublicLinesByLevel) {
+    UnifiedLog log;
+    log.write("s", "c", LogLevel::Info, "100% done");
+    log.write("s", "c", LogLevel::Error, "two\nlines");
+    log.write("s", "d", LogLevel::Fault, "中文");
+    EXPECT_THAT(world().log, ElementsAre(LogLine{"s", "c", OS_LOG_TYPE_INFO, "100% done"},
+                                         LogLine{"s", "c", OS_LOG_TYPE_ERROR, "two lines"},
+                                         LogLine{"s", "d", OS_LOG_TYPE_FAULT, "中文"}));
+    EXPECT_THAT(recorded("os_log_create"), ElementsAre("os_log_create s c", "os_log_create s d"));
+}
+
+TEST(StandardUserDefaultsTest, KeepsWhatIsWritten) {
+    StandardUserDefaults defaults;
+    EXPECT_FALSE(defaults.hasObject("absent"));
+    EXPECT_FALSE(defaults.boolForKey("absent"));
+    defaults.setBool(true, "flag");
+    defaults.setNumber(1.5, "number");
+    EXPECT_TRUE(defaults.boolForKey("flag"));
+    EXPECT_EQ([[[NSUserDefaults standardUserDefaults] objectForKey:@"number"] doubleValue], 1.5);
+}
+
+TEST(AppKitScreensTest, ReportsTheAreasBesideAHousing) {
+    world().screens[0].auxiliaryTopLeftArea = NSMakeRect(0, 950, 650, 32);
+    world().screens[0].auxiliaryTopRightArea = NSMakeRect(862, 950, 650, 32);
+    world().screens.push_back(
+        {.frame = NSMakeRect(1512, 0, 100, 100), .visibleFrame = NSMakeRect(1512, 0, 100, 100)});
+    const auto screens = AppKitScreens().screens();
+    ASSERT_THAT(screens, SizeIs(2));
+    EXPECT_THAT(screens[0].auxiliaryTopRightArea,
+                Optional(makeRect<ScreenSpace>(862, 950, 650, 32)));
+    EXPECT_THAT(screens[0].auxiliaryTopLeftArea, Optional(makeRect<ScreenSpace>(0, 950, 650, 32)));
+    EXPECT_EQ(screens[0].visibleFrame, makeRect<ScreenSpace>(0, 70, 1512, 888));
+    EXPECT_EQ(screens[1].auxiliaryTopLeftArea, std::nullopt);
+    world().screens.clear();
+    EXPECT_EQ(AppKitScreens().main(), std::nullopt);
+}
+
+TEST(AppKitImagesTest, AnUnknownSymbolIsNull) {
+    AppKitImages images;
+    EXPECT_EQ(images.systemSymbol("no.such.symbol", "x"), nullptr);
+    const auto known = images.systemSymbol("chevron.up", "描述");
+    ASSERT_NE(known, nullptr);
+    EXPECT_STREQ([[nativeImage(known) accessibilityDescription] UTF8String], "描述");
+}
+
+TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
+    world().otherWindows = {
+        @{
+            @"kCGWindowNumber" : @7,
+            @"kCGWindowOwnerPID" : @"8",
+            @"kCGWindowLayer" : @25,
+            @"kCGWindowName" : @9,
+            @"kCGWindowOwnerName" : @"名",
+            @"kCGWindowBounds" : @{@"X" : @-5.5, @"Width" : @"3"}
+        },
+        @{@"kCGWindowBounds" : @"none"},
+    };
+    const auto windows = CoreGraphicsWindowList().copyWindowInfo();
+    ASSERT_TRUE(windows.has_value());
+    ASSERT_THAT(*windows, SizeIs(2));
+    EXPECT_EQ((*windows)[0], (WindowInfo{.number = 7U,
+                                         .ownerPid = std::nullopt,
+                                         .ownerName = "名",
+                                         .name = std::nullopt,
+                                         .layer = 25,
+                                         .bounds = WindowBounds{.x = -5.5,
+                                                                .y = std::nullopt,
+                                                                .width = std::nullopt,
+                                                                .height = std::nullopt}}));
+    EXPECT_EQ((*windows)[1], WindowInfo{});
+    world().windowListIsNull = true;
+    EXPECT_EQ(CoreGraphicsWindowList().copyWindowInfo(), std::nullopt);
+}
+
+TEST(CoreGraphicsScreenCaptureTest, SaysWhyThereIsNoPicture) {
+    CoreGraphicsScreenCapture capture;
+    EXPECT_EQ(std::get<CaptureRefusal>(capture.captureWindow(5, 9)), CaptureRefusal::NoImage);
+    EXPECT_THAT(recorded("CFArrayCreate"), ElementsAre("CFArrayCreate 1 no callbacks"));
+    world().captureFunctionExists = false;
+    EXPECT_EQ(std::get<CaptureRefusal>(capture.captureWindow(5, 9)), CaptureRefusal::NoImage);
+    EXPECT_EQ(liveCounts().coreObjects, 0U);
+}
+
+TEST(WorkspaceApplicationsTest, TheSameApplicationGivesTheSamePicture) {
+    world().applications = {{10, {.name = "A"}}, {11, {.name = "B", .hasIcon = false}}};
+    WorkspaceApplications applications;
+    const auto icon = applications.runningApplication(10)->icon();
+    ASSERT_NE(icon, nullptr);
+    EXPECT_EQ(applications.runningApplication(10)->icon(), icon);
+    EXPECT_EQ(applications.runningApplication(11)->icon(), nullptr);
+    EXPECT_EQ(applications.runningApplication(12), nullptr);
+    EXPECT_EQ(applications.runningApplication(11)->bundleUrl(), std::nullopt);
+    EXPECT_THAT(applications.processIdentifiers(), ElementsAre(10, 11));
+    // Another application under the same process id has its own.
+    world().applications.erase(10);
+    EXPECT_THAT(applications.processIdentifiers(), ElementsAre(11));
+    world().applications[10] = {.name = "C"};
+    EXPECT_NE(applications.runningApplication(10)->icon(), icon);
+}
+
+TEST(MainAppLoginItemTest, TellsTheSystemsWords) {
+    MainAppLoginItem item;
+    EXPECT_EQ(item.status(), LoginItemStatus::NotRegistered);
+    EXPECT_EQ(item.registerItem(), std::nullopt);
+    EXPECT_EQ(item.status(), LoginItemStatus::Enabled);
+    world().loginItemRefusal = "不允许";
+    EXPECT_THAT(item.unregisterItem(), Optional(std::string("不允许")));
+    EXPECT_EQ(item.status(), LoginItemStatus::Enabled);
+    world().loginItemStatus = SMAppServiceStatusNotFound;
+    EXPECT_EQ(item.status(), LoginItemStatus::NotFound);
+}
+
+TEST(CoreGraphicsEventPostingTest, ReleasesWhatItMade) {
+    CoreGraphicsEventPosting posting;
+    world().eventSourcesFail = true;
+    EXPECT_EQ(posting.source(EventSourceState::Private), nullptr);
+    world().eventSourcesFail = false;
+    {
+        const auto source = posting.source(EventSourceState::Private);
+        const auto event = posting.mouseEvent(*source, EventType::LeftMouseDown, {.x = 1, .y = 2},
+                                              MouseButton::Left);
+        EXPECT_EQ(liveCounts().coreObjects, 2U);
+        EXPECT_TRUE(posting.postToPid(9, *event));
+    }
+    EXPECT_EQ(liveCounts().coreObjects, 0U);
+    EXPECT_THAT(
+        world().postedEvents,
+        ElementsAre(PostedEvent{.pid = 9, .type = 1, .x = 1, .y = 2, .button = 0, .fields = {}}));
+}
+
+// The class that the entry point makes the application's delegate.
+TEST(PelistraAppTest, StartsTheOrganiserAndAnswersTheMenu) {
+    [[NSUserDefaults standardUserDefaults] setBool:YES forKey:@"hasCompletedOnboarding.unknown"];
+    @autoreleasepool {
+        PelistraApp* app = [[PelistraApp alloc] init];
+        NSNotification* none = [NSNotification notificationWithName:@"none" object:nil];
+        [app applicationWillFinishLaunching:none];
+        EXPECT_THAT(recorded("NSStatusBar "), IsEmpty());
+        [app applicationDidFinishLaunching:none];
+        runFor(0.05);
+        EXPECT_NE(statusItem(@"PelistraV3.Divider"), nil);
+
+        NSMenuItem* settings = [[[[NSApp mainMenu] itemAtIndex:0] submenu] itemAtIndex:0];
+        EXPECT_STREQ([[settings keyEquivalent] UTF8String], ",");
+        [NSApp sendAction:[settings action] to:[settings target] from:settings];
+        EXPECT_THAT(recorded("NSWindowController showWindow:"), SizeIs(1));
+        [NSApp setMainMenu:nil];
+        [app release];
+        runFor(0.05);
+    }
+    EXPECT_EQ(liveCounts().statusItems, 0U);
 }
 
 } // namespace

@@ -101,6 +101,14 @@ void addTimer(id self, SEL selector, NSTimer* timer, NSString* mode) {
     }
 }
 
+// Ends nothing: the tests go on.
+void terminate(id self, SEL selector, id sender) {
+    (void)self;
+    (void)selector;
+    (void)sender;
+    record("NSApplication terminate:");
+}
+
 template <class Implementation>
 Implementation replace(Class inClass, SEL selector, Implementation replacement) {
     return replaceImplementation(class_getInstanceMethod(inClass, selector), replacement);
@@ -147,6 +155,7 @@ void installWindowRecording() {
 void installRecording() {
     installWindowRecording();
     Hook<20, void, BOOL>::install([NSApplication class], @selector(activateIgnoringOtherApps:));
+    replace([NSApplication class], @selector(terminate:), &terminate);
     addObserverOriginal =
         replace([NSNotificationCenter class],
                 @selector(addObserverForName:object:queue:usingBlock:), &addObserver);

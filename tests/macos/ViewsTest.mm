@@ -1,0 +1,255 @@
+#include "platform/macos/AppKitApplication.h"
+#include "platform/macos/AppKitImages.h"
+#include "platform/macos/DispatchMainQueue.h"
+#include "platform/macos/views/HostingView.h"
+#include "tests/macos/LaunchedApplication.h"
+#include "ui/Content.h"
+#include "ui/Nodes.h"
+
+#include <gmock/gmock.h>
+
+#include <objc/runtime.h>
+
+// Views as values on AppKit's controls: places, updates and what stays untouched.
+namespace pelistra::appkit {
+namespace {
+
+using namespace pelistra::testing::standins;
+using ::testing::ElementsAre;
+
+// Shows whatever the test sets.
+class Sheet final : public ui::Content {
+  public:
+    explicit Sheet(ui::View first) : shown(std::move(first)) {}
+    ui::View body() override { return shown.get(); }
+    Published<ui::View> shown;
+
+  protected:
+    std::vector<SubscriptionPtr> observeState(const std::function<void()>& changed) override {
+        std::vector<SubscriptionPtr> tokens;
+        tokens.push_back(ui::observeChanges(shown, changed));
+        return tokens;
+    }
+};
+
+class ViewsTest : public ::testing::Test {
+  protected:
+    void show(const ui::View& view, NSSize size = NSMakeSize(200, 100)) {
+        sheet_ = std::make_shared<Sheet>(view);
+        window_ = Owned<NSWindow*>::adopt([[NSWindow alloc]
+            initWithContentRect:NSMakeRect(0, 0, size.width, size.height)
+                      styleMask:NSWindowStyleMaskBorderless
+                        backing:NSBackingStoreBuffered
+                          defer:NO]);
+        [window_.get() setReleasedWhenClosed:NO];
+        const auto hosting = makeHostingView(
+            sheet_, {.application = &application_, .mainQueue = &queue_, .images = &images_});
+        [window_.get() setContentView:hosting.get()];
+        [window_.get() orderFrontRegardless];
+    }
+
+    void change(const ui::View& view) {
+        sheet_->shown.set(view);
+        runFor(0.02);
+    }
+
+    [[nodiscard]] NSView* content() const { return [window_.get() contentView]; }
+    // Frames of the innermost views, from the top left of the content.
+    [[nodiscard]] std::vector<NSRect> leaves() const {
+        std::vector<NSRect> frames;
+        collect(content(), frames);
+        return frames;
+    }
+
+    void TearDown() override {
+        [window_.get() orderOut:nil];
+        [window_.get() setContentView:nil];
+    }
+
+  private:
+    void collect(NSView* view, std::vector<NSRect>& frames) const {
+        if ([[view subviews] count] == 0) {
+            frames.push_back([view convertRect:[view bounds] toView:content()]);
+        }
+        for (NSView* subview in [view subviews]) {
+            collect(subview, frames);
+        }
+    }
+
+    AppKitApplication application_;
+    DispatchMainQueue queue_;
+    AppKitImages images_;
+    std::shared_ptr<Sheet> sheet_;
+    Owned<NSWindow*> window_;
+};
+
+MATCHER_P4(Frame, x, y, width, height, "") {
+    return NSEqualRects(arg, NSMakeRect(x, y, width, height));
+}
+
+ui::View box(double width, double height) {
+    return ui::View(ui::FilledShape{.outline = ui::Rectangle{}, .fill = ui::Color{}})
+        .frame({.width = width, .height = height});
+}
+
+TEST_F(ViewsTest, ARowServesRigidChildrenFirst) {
+    show(ui::HStack{.spacing = 10, .children = {box(30, 20), ui::Spacer{}, box(40, 60)}});
+    EXPECT_THAT(leaves(),
+                ElementsAre(Frame(0, 40, 30, 20), Frame(40, 50, 110, 0), Frame(160, 20, 40, 60)));
+}
+
+TEST_F(ViewsTest, AColumnAlignsPadsAndFrames) {
+    show(ui::View(ui::VStack{.alignment = ui::HorizontalAlignment::Trailing,
+                             .spacing = 4,
+                             .children = {box(50, 10), box(20, 10)}})
+             .padding({.top = 6, .leading = 2, .bottom = 0, .trailing = 0})
+             .frame({.maxWidth = ui::infinity,
+                     .maxHeight = ui::infinity,
+                     .alignment = {.horizontal = ui::HorizontalAlignment::Leading,
+                                   .vertical = ui::VerticalAlignment::Top}}));
+    EXPECT_THAT(leaves(), ElementsAre(Frame(2, 6, 50, 10), Frame(32, 20, 20, 10)));
+}
+
+TEST_F(ViewsTest, FlexibleChildrenShareAlike) {
+    const ui::View flexible = ui::FilledShape{.outline = ui::Rectangle{}, .fill = ui::Color{}};
+    show(ui::HStack{.spacing = 20, .children = {flexible, flexible}});
+    EXPECT_THAT(leaves(), ElementsAre(Frame(0, 0, 90, 100), Frame(110, 0, 90, 100)));
+}
+
+// How often text fields were drawn.
+int textDraws = 0;
+void (*drawText)(id, SEL, NSRect) = nullptr;
+
+void countAndDrawText(id self, SEL selector, NSRect rect) {
+    ++textDraws;
+    drawText(self, selector, rect);
+}
+
+void countTextDraws() {
+    using Any = void (*)();
+    Method method = class_getInstanceMethod([NSTextField class], @selector(drawRect:));
+    IMP former = method_setImplementation(
+        method, reinterpret_cast<IMP>(reinterpret_cast<Any>(&countAndDrawText)));
+    if (drawText == nullptr) {
+        drawText = reinterpret_cast<void (*)(id, SEL, NSRect)>(reinterpret_cast<Any>(former));
+    }
+}
+
+TEST_F(ViewsTest, AnEqualBodyRedrawsNothing) {
+    countTextDraws();
+    const auto body = [](const std::string& text) {
+        return ui::View(ui::ZStack{.children = {ui::Text{.text = text},
+                                                ui::Button{.label = ui::Text{.text = "二"}},
+                                                ui::Toggle{.label = "三"}}});
+    };
+    show(body("一"));
+    EXPECT_TRUE(runUntil([] { return textDraws > 0; }));
+    runFor(0.05);
+    NSView* button = find(content(), [NSButton class], "二");
+    textDraws = 0;
+    change(body("一"));
+    runFor(0.05);
+    EXPECT_EQ(textDraws, 0);
+    EXPECT_EQ(find(content(), [NSButton class], "二"), button);
+    change(body("另一个"));
+    EXPECT_TRUE(runUntil([] { return textDraws > 0; }));
+}
+
+TEST_F(ViewsTest, TheNewestActionOfAnEqualBodyIsCalled) {
+    std::string called;
+    const auto body = [&called](const std::string& name) {
+        return ui::View(ui::Button{.label = ui::Text{.text = "按"},
+                                   .action = [&called, name] { called += name; }});
+    };
+    show(body("a"));
+    change(body("b"));
+    click(find(content(), [NSButton class], "按"), NSEventTypeLeftMouseDown,
+          NSEventTypeLeftMouseUp);
+    EXPECT_EQ(called, "b");
+}
+
+TEST_F(ViewsTest, ViewsWithAKeyAreKeptWhenTheyMove) {
+    const auto item = [](std::uint64_t key) {
+        return ui::View(ui::Text{.text = std::to_string(key)}).id(key);
+    };
+    show(ui::HStack{.children = {item(1), item(2)}});
+    const auto field = [this](NSString* text) -> NSTextField* {
+        for (NSView* wrapper in [[[content() subviews] firstObject] subviews]) {
+            auto* found = static_cast<NSTextField*>([[wrapper subviews] firstObject]);
+            if ([[found stringValue] isEqual:text]) {
+                return found;
+            }
+        }
+        return nil;
+    };
+    NSTextField* second = field(@"2");
+    ASSERT_NE(second, nil);
+    change(ui::HStack{.children = {item(2), item(3)}});
+    EXPECT_EQ(field(@"2"), second);
+    EXPECT_EQ(field(@"1"), nil);
+    EXPECT_EQ(textsIn(content()), (std::vector<std::string>{"2", "3"}));
+}
+
+TEST_F(ViewsTest, ARowScrollsAndKeepsItsPosition) {
+    const auto body = [](const std::string& text) {
+        return ui::View(ui::VStack{
+            .children = {ui::HorizontalScroll{.content = ui::View(ui::HStack{
+                                                  .children = {box(300, 20), box(300, 20)}})},
+                         ui::Text{.text = text}}});
+    };
+    show(body("a"));
+    auto* scroll =
+        static_cast<NSScrollView*>([[[[content() subviews] firstObject] subviews] firstObject]);
+    ASSERT_TRUE([scroll isKindOfClass:[NSScrollView class]]);
+    EXPECT_EQ([[scroll documentView] frame].size.width, 600);
+    EXPECT_EQ([scroll frame].size.width, 200);
+    [[scroll contentView] scrollToPoint:NSMakePoint(150, 0)];
+    change(body("b"));
+    EXPECT_EQ([[scroll contentView] bounds].origin.x, 150);
+}
+
+TEST_F(ViewsTest, HelpAndLabelReachTheControl) {
+    show(ui::View(ui::Button{.label = ui::Symbol{.name = "command"},
+                             .style = ui::ButtonStyle::Borderless})
+             .help("提示\n第二行")
+             .accessibilityLabel("名称"));
+    NSView* button = find(content(), [NSButton class], "提示");
+    ASSERT_NE(button, nil);
+    EXPECT_STREQ([[button toolTip] UTF8String], "提示\n第二行");
+    EXPECT_STREQ([[button accessibilityLabel] UTF8String], "名称");
+}
+
+TEST_F(ViewsTest, AMaterialHasContinuousCorners) {
+    show(ui::FilledShape{.outline = ui::RoundedRectangle{.cornerRadius = 16},
+                         .fill = ui::Material::UltraThin});
+    NSView* material = [[content() subviews] firstObject];
+    ASSERT_TRUE([material isKindOfClass:[NSVisualEffectView class]]);
+    EXPECT_EQ([[material layer] cornerRadius], 16);
+    EXPECT_TRUE([[[material layer] cornerCurve] isEqual:kCACornerCurveContinuous]);
+    EXPECT_TRUE([[material layer] masksToBounds]);
+}
+
+TEST_F(ViewsTest, NothingOfAViewOutlivesItsWindow) {
+    @autoreleasepool {
+        show(ui::Text{.text = "一"});
+        EXPECT_EQ(liveCounts().observers, 1U);
+        TearDown();
+    }
+    EXPECT_EQ(liveCounts().observers, 0U);
+}
+
+class QuitTest : public LaunchedApplication {};
+
+TEST_F(QuitTest, TheRedButtonEndsTheApplication) {
+    setArguments({"--show-settings"});
+    launch();
+    ASSERT_TRUE(runUntil([] { return windowTitled(@"Pelistra Settings") != nil; }));
+    auto* quit = static_cast<NSButton*>(
+        find([windowTitled(@"Pelistra Settings") contentView], [NSButton class], "退出 Pelistra"));
+    EXPECT_TRUE([quit hasDestructiveAction]);
+    click(quit, NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp);
+    EXPECT_THAT(recorded("NSApplication terminate:"), ElementsAre("NSApplication terminate:"));
+}
+
+} // namespace
+} // namespace pelistra::appkit
