@@ -40,7 +40,7 @@ std::vector<std::string> parts(const char* variable, char separator, const char*
 // Also true for a link that leads nowhere.
 bool isThere(const fs::path& file) {
     std::error_code error;
-    return fs::symlink_status(file, error).type() != fs::file_type::not_found || error;
+    return fs::symlink_status(file, error).type() != fs::file_type::not_found;
 }
 
 bool isNullDevice(const fs::path& file) {
