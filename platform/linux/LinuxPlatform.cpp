@@ -11,6 +11,7 @@
 #include "platform/linux/QtApplication.h"
 #include "platform/linux/QtImages.h"
 #include "platform/linux/QtMainQueue.h"
+#include "platform/linux/QtPanels.h"
 #include "platform/linux/QtWindows.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/StatusToolTip.h"
@@ -27,6 +28,8 @@
 #include "platform/linux/XInputGlobalClicks.h"
 #include "platform/linux/XcbScreens.h"
 #include "platform/linux/XcbWindowServer.h"
+#include "platform/linux/views/ContentWidget.h"
+#include "platform/linux/views/DesktopLook.h"
 
 #include <array>
 #include <cstdlib>
@@ -84,7 +87,8 @@ struct LinuxPlatform::Services {
              std::vector<std::string> arguments)
         : qt(connection), pump(connection, log), defaults(defaultsPath(), mainQueue, log),
           trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
-          application(connection, screens, std::move(arguments)), iconAtoms(connection),
+          application(connection, screens, std::move(arguments)),
+          desktopLook(connection, pump, look), windows(viewServices()), iconAtoms(connection),
           canvas(connection), toolTip(connection), statusBar({.connection = connection,
                                                               .trayHost = trayHost,
                                                               .screens = screens,
@@ -96,7 +100,8 @@ struct LinuxPlatform::Services {
                                                              pump, mainQueue),
           trayLook(connection), windowList(trayLook, [](const TrayIcon&) { return std::nullopt; }),
           windowServer(trayLook, windowList), screenCapture(connection), clicks(makeClicks()),
-          globalClicks(connection, pump), loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
+          panels(panelServices(connection)), globalClicks(connection, pump),
+          loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
           menuBarStarter(trayHost, mainQueue, log),
           termination([this] { application.terminate(); }),
           instanceEvents(
@@ -119,6 +124,28 @@ struct LinuxPlatform::Services {
         return std::make_unique<Clicks>(std::move(own), trayLook, mainQueue, log);
     }
 
+    [[nodiscard]] ViewServices viewServices() {
+        return {.mainQueue = mainQueue,
+                .application = application,
+                .handleEvent =
+                    [this](const Event& event, const std::function<void()>& block) {
+                        application.handleEvent(event, block);
+                    },
+                .look = look};
+    }
+
+    [[nodiscard]] PanelServices panelServices(const x11::Connection& connection) {
+        return {.connection = connection,
+                .coordinates = [this] { return screens.coordinates(); },
+                .contentWidget =
+                    [this](std::shared_ptr<ui::Content> content, bool translucent) {
+                        auto widget =
+                            std::make_unique<ContentWidget>(std::move(content), viewServices());
+                        widget->setMaterialTranslucent(translucent);
+                        return widget;
+                    }};
+    }
+
     [[nodiscard]] EventPosting& eventPosting() {
         return clicks ? static_cast<EventPosting&>(clicks->posting) : noEventPosting;
     }
@@ -139,6 +166,8 @@ struct LinuxPlatform::Services {
     XcbScreens screens;
     QtApplication application;
     QtImages images;
+    Published<Look> look;
+    DesktopLook desktopLook;
     QtWindows windows;
     TrayIconAtoms iconAtoms;
     WindowCanvas canvas;
@@ -151,7 +180,7 @@ struct LinuxPlatform::Services {
     X11ScreenCapture screenCapture;
     AbsentEventPosting noEventPosting;
     std::unique_ptr<Clicks> clicks;
-    AbsentPanels panels;
+    QtPanels panels;
     XInputGlobalClicks globalClicks;
     AutostartLoginItem loginItem;
     MenuBarStarter menuBarStarter;

@@ -1,8 +1,14 @@
 #include "platform/linux/QtWindows.h"
 
 #include "platform/linux/WindowFrame.h"
+#include "platform/linux/views/ContentWidget.h"
+#include "ui/Palette.h"
 
+#include <memory>
 #include <string_view>
+#include <utility>
+
+#include <QPalette>
 
 namespace pelistra::desktop {
 
@@ -10,7 +16,11 @@ namespace {
 
 class QtWindow final : public Window {
 public:
-    QtWindow(Size contentSize, std::uint32_t styleMask) : frame_(contentSize, styleMask) {}
+    QtWindow(Size contentSize, std::uint32_t styleMask, const ViewServices& services)
+        : services_(services), frame_(contentSize, styleMask) {
+        applyLook(services_.look.get());
+        lookChanges_ = services_.look.observe([this](const Look& look) { applyLook(look); });
+    }
 
     void setTitle(std::string_view title) override {
         frame_.setWindowTitle(
@@ -29,21 +39,29 @@ public:
     void setReleasedWhenClosed(bool /*released*/) override {}
     void setContentMinSize(Size size) override { frame_.setContentMinimum(size); }
     void setContent(std::shared_ptr<ui::Content> content) override {
-        content_ = std::move(content);
+        frame_.setContentWidget(std::make_unique<ContentWidget>(std::move(content), services_));
     }
     void center() override { frame_.centre(); }
     void showWindow() override { frame_.bringUp(); }
     void close() override { frame_.close(); }
 
 private:
-    std::shared_ptr<ui::Content> content_;
+    void applyLook(const Look& look) {
+        QPalette palette;
+        palette.setColor(QPalette::Window, resolved(ui::palette::window, look));
+        palette.setColor(QPalette::WindowText, resolved(ui::Role::Primary, look));
+        frame_.setPalette(palette);
+    }
+
+    ViewServices services_;
     WindowFrame frame_;
+    SubscriptionPtr lookChanges_;
 };
 
 } // namespace
 
 std::unique_ptr<Window> QtWindows::window(Size contentSize, std::uint32_t styleMask) {
-    return std::make_unique<QtWindow>(contentSize, styleMask);
+    return std::make_unique<QtWindow>(contentSize, styleMask, services_);
 }
 
 } // namespace pelistra::desktop

@@ -88,20 +88,22 @@ void WindowFrame::setContentMinimum(Size size) {
 void WindowFrame::updateFrame() {
     const bool isBare =
         titleHidden_ && titlebarTransparent_ && is(window_style::fullSizeContentView);
+    const bool isFrameless = isBare || !is(window_style::titled);
     Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint;
-    if (isBare || !is(window_style::titled)) {
-        flags |= Qt::FramelessWindowHint;
+    if (isFrameless) {
+        // Any hint about a title bar's buttons would bring the bar back.
+        flags = Qt::Window | Qt::FramelessWindowHint;
     } else {
         flags |= Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+        flags.setFlag(Qt::WindowCloseButtonHint, is(window_style::closable));
+        flags.setFlag(Qt::WindowMinimizeButtonHint, is(window_style::miniaturizable));
+        flags.setFlag(Qt::WindowMaximizeButtonHint, is(window_style::resizable));
     }
-    flags.setFlag(Qt::WindowCloseButtonHint, is(window_style::closable));
-    flags.setFlag(Qt::WindowMinimizeButtonHint, is(window_style::miniaturizable));
-    flags.setFlag(Qt::WindowMaximizeButtonHint, is(window_style::resizable));
     setWindowFlags(flags);
     if (isBare && is(window_style::closable) && closeButton_.isNull()) {
         closeButton_ = new CloseButton(this); // NOLINT(*-owning-memory): its parent owns it
         connect(closeButton_, &QAbstractButton::clicked, this, &QWidget::close);
-        placeCloseButton();
+        placeContent();
     }
 }
 
@@ -129,7 +131,9 @@ void WindowFrame::closeEvent(QCloseEvent* event) {
 }
 
 void WindowFrame::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Close) && is(window_style::closable)) {
+    // What has a title bar goes with Escape too; an assistant is not left by accident.
+    const bool isEscape = event->key() == Qt::Key_Escape && closeButton_.isNull();
+    if ((isEscape || event->matches(QKeySequence::Close)) && is(window_style::closable)) {
         close();
         return;
     }
@@ -146,10 +150,21 @@ void WindowFrame::mousePressEvent(QMouseEvent* event) {
 
 void WindowFrame::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    placeCloseButton();
+    placeContent();
 }
 
-void WindowFrame::placeCloseButton() {
+void WindowFrame::setContentWidget(std::unique_ptr<QWidget> content) {
+    delete content_;
+    content_ = content.release();
+    content_->setParent(this);
+    placeContent();
+    content_->show();
+}
+
+void WindowFrame::placeContent() {
+    if (content_) {
+        content_->setGeometry(rect());
+    }
     if (!closeButton_.isNull()) {
         closeButton_->move(width() - closeButtonSize - closeButtonMargin, closeButtonMargin);
         closeButton_->raise();

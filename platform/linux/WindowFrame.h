@@ -3,6 +3,7 @@
 #include "platform/Geometry.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include <QPointer>
@@ -24,6 +25,8 @@ public:
     void setTitlebarTransparent(bool transparent);
     void setMovableByBackground(bool movable) { movable_ = movable; }
     void setContentMinimum(Size size);
+    // Shows the widget over the whole window, instead of what it showed before.
+    void setContentWidget(std::unique_ptr<QWidget> content);
     // Puts the window into the middle of its screen's free area, a little above.
     void centre();
     // Shows it, un-minimised, in front, and makes it the active window.
@@ -38,13 +41,14 @@ protected:
 private:
     [[nodiscard]] bool is(std::uint32_t style) const { return (styleMask_ & style) != 0; }
     void updateFrame();
-    void placeCloseButton();
+    void placeContent();
 
     std::uint32_t styleMask_;
     bool titleHidden_ = false;
     bool titlebarTransparent_ = false;
     bool movable_ = false;
-    // A child widget; Qt's parent owns it.
+    // Child widgets; Qt's parent owns them.
+    QPointer<QWidget> content_;
     QPointer<QAbstractButton> closeButton_;
 };
 

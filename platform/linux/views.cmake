@@ -3,6 +3,7 @@ target_sources(pelistra_linux PRIVATE
     views/AlertSheet.cpp
     views/ButtonElement.cpp
     views/ContentWidget.cpp
+    views/DesktopLook.cpp
     views/Element.cpp
     views/ElementFactory.cpp
     views/EnteringElement.cpp
@@ -19,4 +20,5 @@ target_sources(pelistra_linux PRIVATE
     views/ScrollElements.cpp
     views/StackElements.cpp
     views/TextElement.cpp
-    views/ToggleElement.cpp)
+    views/ToggleElement.cpp
+    views/XSettings.cpp)

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/Published.h"
+#include "platform/Subscription.h"
+#include "platform/linux/views/Look.h"
+#include "platform/x11/Connection.h"
+
+namespace pelistra::desktop {
+
+class EventPump;
+
+// Follows the look that the desktop publishes through its XSETTINGS manager; the light standard
+// look without one. Nothing happens while the desktop changes nothing.
+class DesktopLook {
+public:
+    // All three outlive this object.
+    DesktopLook(const x11::Connection& connection, EventPump& pump, Published<Look>& look);
+    DesktopLook(const DesktopLook&) = delete;
+    DesktopLook& operator=(const DesktopLook&) = delete;
+    ~DesktopLook() = default;
+
+private:
+    void handle(const xcb_generic_event_t& event);
+    // Finds the manager anew and reads what it publishes.
+    void findManager();
+    void read();
+
+    const x11::Connection& connection_;
+    Published<Look>& look_;
+    xcb_atom_t selection_;
+    xcb_atom_t property_;
+    xcb_atom_t managerMessage_;
+    xcb_window_t manager_ = XCB_WINDOW_NONE;
+    SubscriptionPtr events_;
+};
+
+} // namespace pelistra::desktop
