@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/EventPosting.h"
-#include "platform/Panel.h"
 
 namespace pelistra::desktop {
 
@@ -15,12 +14,6 @@ public:
     [[nodiscard]] std::unique_ptr<MouseEvent>
     mouseEvent(EventSource& source, EventType type, Point location, MouseButton button) override;
     [[nodiscard]] bool postToPid(ProcessId processIdentifier, const MouseEvent& event) override;
-};
-
-// Panels that are never on the screen.
-class AbsentPanels final : public Panels {
-public:
-    [[nodiscard]] std::unique_ptr<Panel> panel(Size contentSize, std::uint32_t styleMask) override;
 };
 
 } // namespace pelistra::desktop
