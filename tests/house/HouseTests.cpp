@@ -6,7 +6,9 @@
 #include "tests/house/Packages.h"
 #include "tests/house/Sources.h"
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,10 +16,10 @@
 namespace pelistra::testing {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::IsSubsetOf;
 using ::testing::SizeIs;
 
 const std::filesystem::path sourceFolder = PELISTRA_SOURCE_FOLDER;
@@ -126,20 +128,27 @@ std::set<std::string> switchesOf(const std::string& program) {
     return switchesIn(ended.output);
 }
 
+std::vector<std::string> missingFrom(const std::set<std::string>& whole,
+                                     const std::set<std::string>& part) {
+    std::vector<std::string> missing;
+    std::ranges::set_difference(part, whole, std::back_inserter(missing));
+    return missing;
+}
+
 TEST(HouseTests, TheReadmeNamesEverySwitchAndNoOther) {
     const std::set<std::string> documented =
         switchesInReadme(contentOf(sourceFolder / "README.md"));
     std::set<std::string> existing;
     for (const std::string program : {"pelistra", "pelistra-menubar"}) {
         const std::set<std::string> own = switchesOf((builtPrograms() / program).string());
-        EXPECT_THAT(own, ::testing::Contains("--help")) << program;
-        EXPECT_THAT(own, IsSubsetOf(documented)) << program;
+        EXPECT_THAT(own, Contains("--help")) << program;
+        EXPECT_THAT(missingFrom(documented, own), IsEmpty()) << program;
         existing.insert(own.begin(), own.end());
     }
     for (const std::string script : {"run", "test", "bench"}) {
         existing.merge(switchesOf((sourceFolder / script).string()));
     }
-    EXPECT_THAT(documented, IsSubsetOf(existing));
+    EXPECT_THAT(missingFrom(existing, documented), IsEmpty());
 }
 
 TEST(HouseTests, SwitchesAreReadFromTexts) {
