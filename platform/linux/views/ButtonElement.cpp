@@ -53,10 +53,7 @@ ButtonElement::ButtonElement(Scene& scene, Element* parent) : ElementOf(scene, p
 ButtonElement::~ButtonElement() {
     scene().remove(*this);
     if (proxy_) {
-        // It may be the one whose click led here.
-        proxy_->hide();
-        proxy_->disconnect();
-        proxy_->deleteLater();
+        proxy_->retire();
     }
 }
 

@@ -1,7 +1,9 @@
 #include "platform/linux/views/ContentWidget.h"
 
 #include "platform/linux/views/AlertSheet.h"
+#include "platform/linux/views/Fonts.h"
 #include "platform/linux/views/Scene.h"
+#include "ui/Palette.h"
 
 #include <cmath>
 #include <utility>
@@ -10,6 +12,8 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QPalette>
+#include <QToolTip>
 
 namespace pelistra::desktop {
 
@@ -25,6 +29,17 @@ std::optional<EventType> eventTypeOf(const QMouseEvent& event) {
         return isPress ? EventType::RightMouseDown : EventType::RightMouseUp;
     }
     return std::nullopt;
+}
+
+// Help texts are windows of Qt's own, with one look for the whole program.
+void styleHelp(const Look& look) {
+    QPalette palette;
+    palette.setColor(QPalette::ToolTipBase, resolved(ui::palette::card, look));
+    palette.setColor(QPalette::ToolTipText, resolved(ui::Role::Primary, look));
+    palette.setColor(QPalette::Window, resolved(ui::palette::card, look));
+    palette.setColor(QPalette::WindowText, resolved(ui::Role::Primary, look));
+    QToolTip::setPalette(palette);
+    QToolTip::setFont(qtFont({.size = ui::TextStyle::Subheadline}, look));
 }
 
 bool isButtonEvent(QEvent::Type type) {
@@ -45,6 +60,7 @@ ContentWidget::ContentWidget(std::shared_ptr<ui::Content> content, const ViewSer
     lookChanges_ = services_.look.observe([this](const Look& look) {
         services_.mainQueue.async(lifetime_.guard([this, look] { applyLook(look); }));
     });
+    styleHelp(services_.look.get());
     scene_->update(content_->body());
     showAlert();
 }
@@ -80,6 +96,7 @@ void ContentWidget::refresh() {
 }
 
 void ContentWidget::applyLook(const Look& look) {
+    styleHelp(look);
     scene_->lookChanged();
     content_->setEnvironment({.reduceMotion = look.reduceMotion});
 }

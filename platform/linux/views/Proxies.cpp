@@ -1,5 +1,6 @@
 #include "platform/linux/views/Proxies.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pelistra::desktop {
@@ -7,6 +8,7 @@ namespace pelistra::desktop {
 namespace {
 
 constexpr qsizetype longestHelp = 600;
+constexpr qsizetype longestLine = 60;
 
 } // namespace
 
@@ -20,8 +22,13 @@ void setHelp(QWidget& widget, const std::string& help) {
         plain = plain.left(longestHelp / 2).trimmed() + u'…' + end;
     }
     if (!plain.isEmpty()) {
-        plain = QStringLiteral("<div style=\"white-space:pre-wrap\">") + plain.toHtmlEscaped() +
-                QStringLiteral("</div>");
+        // Left to itself, the help would break lines that fit on any screen.
+        const auto lines = plain.split(u'\n');
+        const bool isShort = std::ranges::all_of(
+            lines, [](const QString& line) { return line.size() <= longestLine; });
+        const QString wrapping = isShort ? QStringLiteral("pre") : QStringLiteral("pre-wrap");
+        plain = QStringLiteral("<div style=\"white-space:%1\">").arg(wrapping) +
+                plain.toHtmlEscaped() + QStringLiteral("</div>");
     }
     if (widget.toolTip() != plain) {
         widget.setToolTip(plain);

@@ -42,6 +42,15 @@ public:
         QObject::connect(this, &QAbstractButton::released, this, [this] { tell(); });
     }
 
+    // Takes it away for good; from now on it tells nothing. It is deleted later, since it may be
+    // the one whose event is being handled.
+    void retire() {
+        stateChanged_ = nullptr;
+        this->hide();
+        this->disconnect();
+        this->deleteLater();
+    }
+
     // Whether the keyboard has brought the focus here.
     [[nodiscard]] bool showsFocus() const { return showsFocus_ && this->hasFocus(); }
     [[nodiscard]] bool isHovered() const { return isHovered_; }

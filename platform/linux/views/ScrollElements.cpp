@@ -33,8 +33,7 @@ constexpr double hairlineOpacity = 0.1;
 // Sends wheels and keys that reach the viewport to the scroller.
 class ScrollEvents final : public QObject {
 public:
-    ScrollEvents(Scroller& scroller, const Scene& scene)
-        : QObject(scroller.viewport()), scroller_(scroller), scene_(scene) {
+    ScrollEvents(Scroller& scroller, const Scene& scene) : scroller_(scroller), scene_(scene) {
         scroller.viewport()->installEventFilter(this);
     }
 
@@ -75,8 +74,7 @@ template <class Kind>
 void ScrollingElement<Kind>::makeScroller(Axis axis, QWidget* host) {
     axis_ = axis;
     scroller_ = std::make_unique<Scroller>(axis, host, [this] { this->appearanceChanged(); });
-    // NOLINTNEXTLINE(*-owning-memory): the viewport owns it
-    new ScrollEvents(*scroller_, this->scene());
+    events_ = std::make_unique<ScrollEvents>(*scroller_, this->scene());
     this->scene().adopt(*scroller_->viewport());
     this->scene().add(*scroller_);
 }

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <QObject>
+
 namespace pelistra::desktop {
 
 // What elements with a scroller have in common: coordinates inside are those of what is scrolled.
@@ -34,6 +36,8 @@ protected:
 private:
     Axis axis_ = Axis::Horizontal;
     std::unique_ptr<Scroller> scroller_;
+    // Hears what reaches the viewport.
+    std::unique_ptr<QObject> events_;
 };
 
 class HorizontalScrollElement final : public ScrollingElement<ui::HorizontalScroll> {

@@ -22,10 +22,7 @@ constexpr double knobShadowOpacity = 0.22;
 
 ToggleElement::~ToggleElement() {
     if (proxy_) {
-        // It may be the one whose click led here.
-        proxy_->hide();
-        proxy_->disconnect();
-        proxy_->deleteLater();
+        proxy_->retire();
     }
 }
 
