@@ -168,6 +168,20 @@ TEST_F(ViewsTest, TheNewestActionOfAnEqualBodyIsCalled) {
     EXPECT_EQ(called, "b");
 }
 
+TEST_F(ViewsTest, ASwitchShowsItsValueWhateverTheUserMovedItTo) {
+    int calls = 0;
+    show(ui::Toggle{.label = "三", .isOn = false, .action = [&calls](bool isOn) {
+                        EXPECT_TRUE(isOn);
+                        ++calls;
+                    }});
+    auto* control = static_cast<NSSwitch*>(find(content(), [NSSwitch class], "三"));
+    [control setState:NSControlStateValueOn];
+    [control sendAction:[control action] to:[control target]];
+    runFor(0.02);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ([control state], NSControlStateValueOff);
+}
+
 TEST_F(ViewsTest, ViewsWithAKeyAreKeptWhenTheyMove) {
     const auto item = [](std::uint64_t key) {
         return ui::View(ui::Text{.text = std::to_string(key)}).id(key);
