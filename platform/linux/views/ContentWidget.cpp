@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -35,11 +36,21 @@ std::optional<EventType> eventTypeOf(const QMouseEvent& event) {
 void styleHelp(const Look& look) {
     QPalette palette;
     palette.setColor(QPalette::ToolTipBase, resolved(ui::palette::card, look));
-    palette.setColor(QPalette::ToolTipText, resolved(ui::Role::Primary, look));
+    // Qt frames the help in the colour of its text, which is given a colour of its own instead.
+    constexpr double frameStrength = 0.2;
+    palette.setColor(
+        QPalette::ToolTipText,
+        mixed(resolved(ui::palette::card, look), resolved(ui::Role::Primary, look), frameStrength));
     palette.setColor(QPalette::Window, resolved(ui::palette::card, look));
     palette.setColor(QPalette::WindowText, resolved(ui::Role::Primary, look));
     QToolTip::setPalette(palette);
     QToolTip::setFont(qtFont({.size = ui::TextStyle::Subheadline}, look));
+}
+
+void showHelp(QWidget& widget, const QHelpEvent& event, const Look& look) {
+    const QString text = QStringLiteral("<div style=\"color:%1\">%2</div>")
+                             .arg(resolved(ui::Role::Primary, look).name(), widget.toolTip());
+    QToolTip::showText(event.globalPos(), text, &widget);
 }
 
 bool isButtonEvent(QEvent::Type type) {
@@ -141,6 +152,10 @@ bool ContentWidget::eventFilter(QObject* watched, QEvent* event) {
     }
     if (isButtonEvent(event->type())) {
         return offerToEventViews(*widget, *event);
+    }
+    if (event->type() == QEvent::ToolTip && !widget->toolTip().isEmpty()) {
+        showHelp(*widget, *static_cast<QHelpEvent*>(event), services_.look.get());
+        return true;
     }
     if (event->type() == QEvent::FocusIn) {
         scene_->focusCame(*widget);
