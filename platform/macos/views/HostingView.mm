@@ -23,11 +23,21 @@
     }
 }
 
+// What the title bar covers is known only by the time that the window is laid out.
+- (void)layout {
+    [super layout];
+    if (hosted != nullptr) {
+        hosted->layOut();
+    }
+}
+
 - (void)viewDidMoveToWindow {
     [super viewDidMoveToWindow];
     if (hosted != nullptr && [self window] != nil) {
         hosted->layOut();
         hosted->limitWindow();
+        // Controls come and go, and the Tab key is to find them all.
+        [[self window] setAutorecalculatesKeyViewLoop:YES];
     }
 }
 

@@ -212,9 +212,13 @@ class Layout {
                .ownerName = "Pelistra",
                .name = [item->autosaveName_ UTF8String],
                .frame = NSMakeRect(0, 0, widthOf(item), world().barHeight)});
+        // Without a screen there is no place to show it at.
+        if (world().screens.empty()) {
+            return;
+        }
         const Unrecorded inside;
         const NSRect frame = windows.front().frame;
-        const NSRect screen = world().screens.empty() ? NSZeroRect : world().screens[0].frame;
+        const NSRect screen = world().screens[0].frame;
         [item->window_
             setFrame:NSMakeRect(frame.origin.x, NSMaxY(screen) - frame.origin.y - frame.size.height,
                                 frame.size.width, frame.size.height)

@@ -35,6 +35,9 @@ constexpr double titleBarHeight = 28;
     return NSMakeSize(-1, -1);
 }
 
+- (void)layout {
+}
+
 - (void)updateTrackingAreas {
 }
 

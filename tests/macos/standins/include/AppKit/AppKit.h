@@ -69,6 +69,7 @@ typedef enum : NSInteger {
 - (CALayer*)layer;
 - (NSEdgeInsets)safeAreaInsets;
 - (NSSize)intrinsicContentSize;
+- (void)layout;
 - (void)updateTrackingAreas;
 - (void)addTrackingArea:(NSTrackingArea*)trackingArea;
 - (void)removeTrackingArea:(NSTrackingArea*)trackingArea;
