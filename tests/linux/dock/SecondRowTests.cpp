@@ -156,6 +156,12 @@ TEST_F(SecondRowTest, ARightClickOnAnIconShowsTheIconInTheBar) {
     EXPECT_EQ(client_.pointer().y, place.y);
 }
 
+TEST_F(SecondRowTest, TheOrganiserEndsInOrderWhileItIsOpen) {
+    openRow();
+    EXPECT_EQ(organiser_->process().terminate(), (ExitStatus{.status = 0}))
+        << organiser_->process().output();
+}
+
 } // namespace
 
 } // namespace pelistra::testing
