@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/ListItems.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/x11/Connection.h"
 
@@ -84,6 +85,10 @@ int main(int argc, char* argv[]) {
     case CommandLine::Request::Refuse:
         std::cerr << commandLine.message;
         return usageStatus;
+    case CommandLine::Request::ListItems:
+        return listItems(std::cout, std::cerr, false);
+    case CommandLine::Request::ListItemsAsJson:
+        return listItems(std::cout, std::cerr, true);
     case CommandLine::Request::Help:
     case CommandLine::Request::Version:
         break;

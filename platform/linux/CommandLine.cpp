@@ -10,8 +10,9 @@ namespace pelistra::desktop {
 
 namespace {
 
-constexpr std::array productSwitches{showSettingsSwitch, showOnboardingSwitch, startCollapsedSwitch,
-                                     verifyLayoutSwitch, startMenuBarSwitch};
+constexpr std::array knownSwitches{showSettingsSwitch, showOnboardingSwitch, startCollapsedSwitch,
+                                   verifyLayoutSwitch, startMenuBarSwitch,   listItemsSwitch,
+                                   jsonSwitch};
 
 constexpr auto help = R"(Usage: pelistra [OPTION]...
 Hide the icons of the menu bar that you rarely need behind an arrow.
@@ -21,30 +22,46 @@ Hide the icons of the menu bar that you rarely need behind an arrow.
   --start-collapsed        hide the section left of the divider right away
   --verify-section-layout  collapse, measure and expand once; the result is logged
   --start-menu-bar         start pelistra-menubar too when no system tray is there
+  --list-items             print what stands in the tray and end; needs no running organiser
+  --json                   with --list-items: as JSON
   --help                   show this help and end
   --version                show the version and end
 
 A second start hands --show-settings and --show-onboarding to the running one.
 )";
 
+CommandLine refusal(std::string_view complaint) {
+    return {.request = CommandLine::Request::Refuse,
+            .message = "pelistra: " + std::string(complaint) + "\nTry 'pelistra --help'.\n"};
+}
+
 } // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments, std::string_view version) {
     const auto options = std::span(arguments).subspan(std::min<std::size_t>(1, arguments.size()));
-    if (std::ranges::find(options, "--help") != options.end()) {
+    const auto has = [options](std::string_view option) {
+        return std::ranges::find(options, option) != options.end();
+    };
+    if (has("--help")) {
         return {.request = CommandLine::Request::Help, .message = help};
     }
-    if (std::ranges::find(options, "--version") != options.end()) {
+    if (has("--version")) {
         return {.request = CommandLine::Request::Version,
                 .message = "pelistra " + std::string(version) + "\n"};
     }
     const auto unknown = std::ranges::find_if(options, [](const std::string& option) {
-        return std::ranges::find(productSwitches, option) == productSwitches.end();
+        return std::ranges::find(knownSwitches, option) == knownSwitches.end();
     });
     if (unknown != options.end()) {
-        return {.request = CommandLine::Request::Refuse,
-                .message = "pelistra: unknown option '" + withoutControlCharacters(*unknown) +
-                           "'\nTry 'pelistra --help'.\n"};
+        return refusal("unknown option '" + withoutControlCharacters(*unknown) + "'");
+    }
+    if (has(listItemsSwitch)) {
+        return {.request = has(jsonSwitch) ? CommandLine::Request::ListItemsAsJson
+                                           : CommandLine::Request::ListItems,
+                .message = {}};
+    }
+    if (has(jsonSwitch)) {
+        return refusal("'--json' belongs to '--list-items'");
     }
     return {};
 }

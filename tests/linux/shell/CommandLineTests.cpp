@@ -23,7 +23,7 @@ TEST(CommandLine, RunsWithoutOptions) {
 
 TEST(CommandLine, RunsWithAnyOfTheProductsSwitches) {
     EXPECT_EQ(parse({"--show-settings", "--show-onboarding", "--start-collapsed",
-                     "--verify-section-layout"})
+                     "--verify-section-layout", "--start-menu-bar"})
                   .request,
               CommandLine::Request::Run);
 }
@@ -37,8 +37,9 @@ TEST(CommandLine, SaysItsVersion) {
 TEST(CommandLine, HelpNamesEveryOption) {
     const auto line = parse({"--help", "--nonsense"});
     EXPECT_EQ(line.request, CommandLine::Request::Help);
-    for (const char* option : {"--show-settings", "--show-onboarding", "--start-collapsed",
-                               "--verify-section-layout", "--help", "--version"}) {
+    for (const char* option :
+         {"--show-settings", "--show-onboarding", "--start-collapsed", "--verify-section-layout",
+          "--start-menu-bar", "--list-items", "--json", "--help", "--version"}) {
         EXPECT_THAT(line.message, HasSubstr(option));
     }
 }
@@ -49,6 +50,18 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow) {
         EXPECT_EQ(line.request, CommandLine::Request::Refuse) << unknown;
         EXPECT_THAT(line.message, HasSubstr("unknown option '" + std::string(unknown) + "'"));
     }
+}
+
+TEST(CommandLine, ListsItemsAsATableOrAsJson) {
+    EXPECT_EQ(parse({"--list-items"}).request, CommandLine::Request::ListItems);
+    EXPECT_EQ(parse({"--list-items", "--json"}).request, CommandLine::Request::ListItemsAsJson);
+    EXPECT_EQ(parse({"--json", "--list-items"}).request, CommandLine::Request::ListItemsAsJson);
+}
+
+TEST(CommandLine, JsonNeedsAList) {
+    const auto line = parse({"--json"});
+    EXPECT_EQ(line.request, CommandLine::Request::Refuse);
+    EXPECT_THAT(line.message, HasSubstr("--list-items"));
 }
 
 TEST(CommandLine, AnUnknownOptionCannotSteerTheTerminal) {
