@@ -15,7 +15,7 @@ namespace pelistra::menubar {
 class Docking {
 public:
     // More than any desktop has; a program that docks without end is refused beyond it.
-    static constexpr std::size_t itemLimit = 500;
+    static constexpr std::size_t itemLimit = 2'000;
 
     // All must outlive this. `bar` is the window that containers become children of.
     Docking(const Server& server, xcb_window_t bar, ItemList& items, OrderMemory& order)
