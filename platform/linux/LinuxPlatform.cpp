@@ -88,7 +88,7 @@ struct LinuxPlatform::Services {
         : qt(connection), pump(connection, log), defaults(defaultsPath(), mainQueue, log),
           trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)),
-          desktopLook(connection, pump, look), windows(viewServices()), iconAtoms(connection),
+          desktopLook(connection, pump, look), windows(viewServices(), connection), iconAtoms(connection),
           canvas(connection), toolTip(connection), statusBar({.connection = connection,
                                                               .trayHost = trayHost,
                                                               .screens = screens,

@@ -1,6 +1,7 @@
 #include "platform/linux/PanelWindow.h"
 
 #include "platform/linux/PanelOutline.h"
+#include "platform/linux/QtConnection.h"
 #include "platform/x11/Atoms.h"
 
 #include <array>
@@ -9,37 +10,19 @@
 #include <string_view>
 
 #include <QEvent>
-#include <QGuiApplication>
 #include <QPainter>
-#include <QtGui/qguiapplication_platform.h>
 #include <xcb/shape.h>
 
 namespace pelistra::desktop {
 
 namespace {
 
-// Bits of a 32-bit property's format.
-constexpr std::uint8_t words = 32;
 constexpr std::uint32_t allDesktops = std::numeric_limits<std::uint32_t>::max();
 
 // Of the card, for the line around it where there is no shadow.
 constexpr int lightestDark = 127;
 constexpr int hairlineOnLight = 125;
 constexpr int hairlineOnDark = 165;
-
-// Qt's own connection: what is asked for on it comes after what Qt itself has asked for. Null on
-// another platform than X11.
-xcb_connection_t* qtConnection() {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 != nullptr ? x11->connection() : nullptr;
-}
-
-template <std::size_t N>
-void setWords(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
-              xcb_atom_t type, const std::array<std::uint32_t, N>& values) {
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, property, type, words, N,
-                        values.data());
-}
 
 // The colour just inside the left edge, at half the height.
 QColor colourOfCard(const QImage& drawn, const std::vector<QRect>& region) {

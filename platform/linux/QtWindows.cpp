@@ -16,8 +16,9 @@ namespace {
 
 class QtWindow final : public Window {
 public:
-    QtWindow(Size contentSize, std::uint32_t styleMask, const ViewServices& services)
-        : services_(services), frame_(contentSize, styleMask) {
+    QtWindow(Size contentSize, std::uint32_t styleMask, const ViewServices& services,
+             const x11::Connection& connection)
+        : services_(services), frame_(contentSize, styleMask, connection) {
         applyLook(services_.look.get());
         lookChanges_ = services_.look.observe([this](const Look& look) { applyLook(look); });
     }
@@ -61,7 +62,7 @@ private:
 } // namespace
 
 std::unique_ptr<Window> QtWindows::window(Size contentSize, std::uint32_t styleMask) {
-    return std::make_unique<QtWindow>(contentSize, styleMask, services_);
+    return std::make_unique<QtWindow>(contentSize, styleMask, services_, connection_);
 }
 
 } // namespace pelistra::desktop

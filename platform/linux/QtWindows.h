@@ -2,20 +2,23 @@
 
 #include "platform/Window.h"
 #include "platform/linux/views/ViewServices.h"
+#include "platform/x11/Connection.h"
 
 namespace pelistra::desktop {
 
 // Ordinary windows on Qt Widgets.
 class QtWindows final : public Windows {
 public:
-    // What the services name outlives the windows.
-    explicit QtWindows(const ViewServices& services) : services_(services) {}
+    // What the services name outlives the windows, and so does the connection.
+    QtWindows(const ViewServices& services, const x11::Connection& connection)
+        : services_(services), connection_(connection) {}
 
     [[nodiscard]] std::unique_ptr<Window> window(Size contentSize,
                                                  std::uint32_t styleMask) override;
 
 private:
     ViewServices services_;
+    const x11::Connection& connection_;
 };
 
 } // namespace pelistra::desktop

@@ -1,8 +1,12 @@
 #include "platform/linux/WindowFrame.h"
 
 #include "platform/Window.h"
+#include "platform/linux/QtConnection.h"
+#include "platform/x11/Atoms.h"
 
+#include <array>
 #include <cmath>
+#include <string_view>
 
 #include <QAbstractButton>
 #include <QCloseEvent>
@@ -12,6 +16,7 @@
 #include <QPainter>
 #include <QPen>
 #include <QScreen>
+#include <QShowEvent>
 #include <QWindow>
 
 namespace pelistra::desktop {
@@ -60,7 +65,9 @@ QSize whole(Size size) {
 
 } // namespace
 
-WindowFrame::WindowFrame(Size contentSize, std::uint32_t styleMask) : styleMask_(styleMask) {
+WindowFrame::WindowFrame(Size contentSize, std::uint32_t styleMask,
+                         const x11::Connection& connection)
+    : styleMask_(styleMask), connection_(connection) {
     if (is(window_style::resizable)) {
         resize(whole(contentSize));
     } else {
@@ -123,6 +130,29 @@ void WindowFrame::bringUp() {
     }
     raise();
     activateWindow();
+}
+
+// Comes before the window is mapped; a spontaneous one follows a change from outside, as when the
+// user un-minimises it.
+void WindowFrame::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) {
+        stayOutOfTaskbars();
+    }
+    QWidget::showEvent(event);
+}
+
+// Qt keeps the states that it finds there and adds its own. Window managers take them away from a
+// window that is hidden, so they are needed at every showing.
+void WindowFrame::stayOutOfTaskbars() {
+    xcb_connection_t* const qt = qtConnection();
+    if (qt == nullptr || isMinimized()) {
+        return;
+    }
+    const auto [state, skipTaskbar, skipPager] = x11::internAtoms(
+        connection_, std::array<std::string_view, 3>{"_NET_WM_STATE", "_NET_WM_STATE_SKIP_TASKBAR",
+                                                     "_NET_WM_STATE_SKIP_PAGER"});
+    setWords(qt, static_cast<xcb_window_t>(winId()), state, XCB_ATOM_ATOM,
+             std::array{skipTaskbar, skipPager});
 }
 
 // Closing puts the window away; its owner may show it again.

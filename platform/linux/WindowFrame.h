@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Geometry.h"
+#include "platform/x11/Connection.h"
 
 #include <cstdint>
 #include <memory>
@@ -17,9 +18,13 @@ namespace pelistra::desktop {
 // The widget of an ordinary window. Without a visible title and with a transparent title bar, the
 // content takes the whole window and a close button lies over its corner; the window manager's
 // frame is left out then, and the window moves by its background.
+//
+// It appears in no taskbar and no pager: the organiser has no other place on the desktop than its
+// status items.
 class WindowFrame final : public QWidget {
 public:
-    WindowFrame(Size contentSize, std::uint32_t styleMask);
+    // The connection outlives the window.
+    WindowFrame(Size contentSize, std::uint32_t styleMask, const x11::Connection& connection);
 
     void setTitleHidden(bool hidden);
     void setTitlebarTransparent(bool transparent);
@@ -33,6 +38,7 @@ public:
     void bringUp();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -42,8 +48,10 @@ private:
     [[nodiscard]] bool is(std::uint32_t style) const { return (styleMask_ & style) != 0; }
     void updateFrame();
     void placeContent();
+    void stayOutOfTaskbars();
 
     std::uint32_t styleMask_;
+    const x11::Connection& connection_;
     bool titleHidden_ = false;
     bool titlebarTransparent_ = false;
     bool movable_ = false;

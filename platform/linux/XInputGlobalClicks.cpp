@@ -1,6 +1,7 @@
 #include "platform/linux/XInputGlobalClicks.h"
 
 #include "platform/linux/PointerDevice.h"
+#include "platform/linux/QtConnection.h"
 
 #include <algorithm>
 #include <string_view>
@@ -8,7 +9,6 @@
 
 #include <QGuiApplication>
 #include <QWindow>
-#include <QtGui/qguiapplication_platform.h>
 #include <unistd.h>
 
 namespace pelistra::desktop {
@@ -196,9 +196,8 @@ bool XInputGlobalClicks::isOwnPlace(xcb_input_device_id_t device) const {
 }
 
 bool XInputGlobalClicks::isOwnWindow(xcb_window_t window) const {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return isMadeBy(connection_.get(), window) ||
-           (x11 != nullptr && isMadeBy(x11->connection(), window));
+    xcb_connection_t* const qt = qtConnection();
+    return isMadeBy(connection_.get(), window) || (qt != nullptr && isMadeBy(qt, window));
 }
 
 bool XInputGlobalClicks::isFrameOfOwnWindow(xcb_window_t topLevel) const {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include <xcb/xcb.h>
+
+namespace pelistra::desktop {
+
+// Qt's own connection to the X server: what is asked for on it comes after what Qt itself has asked
+// for. Null on another platform than X11. Needs the QApplication.
+[[nodiscard]] xcb_connection_t* qtConnection();
+
+// Gives a window a property of 32-bit values instead of the one that it had.
+template <std::size_t N>
+void setWords(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
+              xcb_atom_t type, const std::array<std::uint32_t, N>& values) {
+    constexpr std::uint8_t bits = 32;
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, property, type, bits, N,
+                        values.data());
+}
+
+} // namespace pelistra::desktop
