@@ -156,6 +156,10 @@ TEST_F(GlobalClicksTest, NothingComesOnceTheTokenHasDied) {
     EXPECT_TRUE(runUntil([&] { return others == 1; }));
     EXPECT_EQ(told, 0);
     other.reset();
+    // The click below comes on a connection of its own: without an answer it might overtake.
+    const x11::Owned<xcb_get_input_focus_reply_t> answer(xcb_get_input_focus_reply(
+        connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
+    ASSERT_TRUE(answer);
     const auto handlesEvents = [this] {
         bool seen = false;
         const auto probe = pump_->addHandler([&](const xcb_generic_event_t&) { seen = true; });
