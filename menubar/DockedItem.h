@@ -2,6 +2,7 @@
 
 #include "menubar/ItemPicture.h"
 #include "menubar/OrderMemory.h"
+#include "menubar/Retrieval.h"
 #include "menubar/SizeWish.h"
 #include "menubar/XResource.h"
 
@@ -51,6 +52,8 @@ struct DockedItem {
 
     // The request that moves it into its container, to know its failure by.
     std::uint32_t reparentSequence = 0;
+    // Goes with the window when it has to be docked again.
+    Retrieval retrieval;
 
     [[nodiscard]] bool hasSlot() const { return state == ItemState::Shown; }
     // Its size hints were read again. Only a change counts as a wish, so that a program that sets

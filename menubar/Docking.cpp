@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include <xcb/composite.h>
+#include <xcb/xfixes.h>
 
 namespace pelistra::menubar {
 
@@ -39,6 +41,20 @@ WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSi
         XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
         values.data());
     return container;
+}
+
+// Takes a window out of the hands of a window manager that manages it, or is about to because it
+// has been told that the window wants to be mapped: unmapping alone tells it nothing when the
+// window is not mapped yet.
+void withdraw(const Server& server, xcb_window_t window) {
+    xcb_unmap_window(server.xcb(), window);
+    xcb_unmap_notify_event_t notice{};
+    notice.response_type = XCB_UNMAP_NOTIFY;
+    notice.event = server.root();
+    notice.window = window;
+    xcb_send_event(server.xcb(), 0, server.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&notice)); // NOLINT(*-reinterpret-cast)
 }
 
 } // namespace
@@ -117,9 +133,9 @@ struct Docking::Arrival {
 
 void Docking::request(xcb_window_t client) {
     const bool known = items_->find(client) != nullptr ||
-                       std::ranges::find(requested_, client) != requested_.end();
+                       std::ranges::find(requested_, client, &Request::client) != requested_.end();
     if (!known && client != XCB_NONE && client != bar_ && client != server_->root()) {
-        requested_.push_back(client);
+        requested_.push_back({.client = client, .retrieval = Retrieval()});
     }
 }
 
@@ -131,12 +147,12 @@ void Docking::settle(const Metrics& metrics) {
 void Docking::dockRequested(const Metrics& metrics) {
     std::vector<Question> questions;
     questions.reserve(requested_.size());
-    for (const xcb_window_t client : requested_) {
-        questions.emplace_back(*server_, client);
+    for (const Request& request : requested_) {
+        questions.emplace_back(*server_, request.client);
     }
-    requested_.clear();
-    for (const Question& question : questions) {
-        dock(Arrival(*server_, question), metrics);
+    const std::vector<Request> requests = std::exchange(requested_, {});
+    for (std::size_t i = 0; i < requests.size(); ++i) {
+        dock(Arrival(*server_, questions[i]), requests[i].retrieval, metrics);
     }
 }
 
@@ -153,7 +169,7 @@ std::string Docking::faultOf(const Arrival& arrival) const {
     return {};
 }
 
-void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
+void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Metrics& metrics) {
     if (const std::string fault = faultOf(arrival); !fault.empty()) {
         setEvents(server_->xcb(), arrival.client, XCB_EVENT_MASK_NO_EVENT);
         complaints_.add("window " + hexadecimal(arrival.client) + " " + fault);
@@ -161,6 +177,7 @@ void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
     }
     auto item = std::make_unique<DockedItem>();
     item->client = arrival.client;
+    item->retrieval = retrieval;
     item->depth = arrival.geometry->depth;
     item->wantsMapped = arrival.embedInfo.mapped;
     item->xembedVersion = arrival.embedInfo.version;
@@ -176,9 +193,11 @@ void Docking::dock(const Arrival& arrival, const Metrics& metrics) {
 
     xcb_connection_t* x = server_->xcb();
     item->container = makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
-    // From here on the client outlives the bar, however the bar dies.
-    xcb_change_save_set(x, XCB_SET_MODE_INSERT, item->client);
-    xcb_unmap_window(x, item->client);
+    // From here on the client outlives the bar, however the bar dies: unmapped, so that no window
+    // manager takes it for a window like any other while it waits for the next tray.
+    xcb_xfixes_change_save_set(x, XCB_XFIXES_SAVE_SET_MODE_INSERT, XCB_XFIXES_SAVE_SET_TARGET_ROOT,
+                               XCB_XFIXES_SAVE_SET_MAPPING_UNMAP, item->client);
+    withdraw(*server_, item->client);
     // The window itself, not "the children of its container": a window whose children are
     // redirected by hand no longer paints its background, which a client without one of its own
     // shows.
@@ -276,18 +295,33 @@ void Docking::applyMapping(DockedItem& item) const {
     }
 }
 
-void Docking::forget(xcb_window_t client, bool destroyed) {
+void Docking::forget(xcb_window_t client) {
+    if (const std::unique_ptr<DockedItem> item = items_->take(client)) {
+        item->picture.windowGone();
+    }
+}
+
+void Docking::letGo(xcb_window_t client, xcb_window_t newParent) {
     const std::unique_ptr<DockedItem> item = items_->take(client);
     if (item == nullptr) {
         return;
     }
-    if (destroyed) {
-        item->picture.windowGone();
+    disown(*item);
+    // Into a window of its own program.
+    if (newParent != server_->root() && server_->isOfOneClient(client, newParent)) {
         return;
     }
-    setEvents(server_->xcb(), client, XCB_EVENT_MASK_NO_EVENT);
-    xcb_composite_unredirect_window(server_->xcb(), client, XCB_COMPOSITE_REDIRECT_MANUAL);
-    xcb_change_save_set(server_->xcb(), XCB_SET_MODE_DELETE, client);
+    if (item->retrieval.fetch()) {
+        requested_.push_back({.client = client, .retrieval = item->retrieval});
+    } else if (item->retrieval.isExhausted()) {
+        complaints_.add(describe(*item) + " is taken out of the bar again and again; it is let go");
+    }
+}
+
+void Docking::disown(const DockedItem& item) const {
+    setEvents(server_->xcb(), item.client, XCB_EVENT_MASK_NO_EVENT);
+    xcb_composite_unredirect_window(server_->xcb(), item.client, XCB_COMPOSITE_REDIRECT_MANUAL);
+    xcb_change_save_set(server_->xcb(), XCB_SET_MODE_DELETE, item.client);
 }
 
 bool Docking::fail(const xcb_generic_error_t& error) {
@@ -300,7 +334,11 @@ bool Docking::fail(const xcb_generic_error_t& error) {
             complaints_.add(describe(*item) + (lost
                                                    ? " went away while it was being docked"
                                                    : " cannot be docked: the X server refuses it"));
-            forget(item->client, lost);
+            if (lost) {
+                forget(item->client);
+            } else {
+                disown(*items_->take(item->client));
+            }
             return true;
         }
     }

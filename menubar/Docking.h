@@ -32,8 +32,11 @@ public:
     void arrived(DockedItem& item);
     // The client asks to be mapped, or unmapped itself.
     void mappingChanged(DockedItem& item) const;
-    // The client is gone, or lives elsewhere.
-    void forget(xcb_window_t client, bool destroyed);
+    // The client is destroyed.
+    void forget(xcb_window_t client);
+    // The client lives elsewhere now, by its own wish or because somebody took it. When it has only
+    // just come, the next settle() fetches it back, a bounded number of times.
+    void letGo(xcb_window_t client, xcb_window_t newParent);
     // An error answered a request about an item. Returns whether it was about one.
     bool fail(const xcb_generic_error_t& error);
 
@@ -43,11 +46,17 @@ public:
 private:
     struct Arrival;
     struct Question;
+    struct Request {
+        xcb_window_t client = XCB_NONE;
+        Retrieval retrieval;
+    };
 
     void dockRequested(const Metrics& metrics);
     // Why a window cannot be docked; empty when it can.
     [[nodiscard]] std::string faultOf(const Arrival& arrival) const;
-    void dock(const Arrival& arrival, const Metrics& metrics);
+    void dock(const Arrival& arrival, const Retrieval& retrieval, const Metrics& metrics);
+    // Stops listening to a client that lives on outside the bar.
+    void disown(const DockedItem& item) const;
     void readStale();
     void applyMapping(DockedItem& item) const;
     void release(DockedItem& item) const;
@@ -56,7 +65,7 @@ private:
     xcb_window_t bar_;
     ItemList* items_;
     OrderMemory* order_;
-    std::vector<xcb_window_t> requested_;
+    std::vector<Request> requested_;
     Complaints complaints_;
 };
 

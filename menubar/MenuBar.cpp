@@ -56,7 +56,10 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
     server_->connection().flush();
     while (!end_) {
         if (drain()) {
-            settle();
+            // A tray that has taken over must not have its icons taken back.
+            if (!end_) {
+                settle();
+            }
             continue;
         }
         if (!server_->connection().isAlive()) {
@@ -221,7 +224,8 @@ void MenuBar::handleReparent(const xcb_reparent_notify_event_t& event) {
         docking_.arrived(*item);
         painter_.setBackground(*item);
     } else if (event.event == item->container.id()) {
-        forget(event.window, false);
+        clearPlace(*item);
+        docking_.letGo(event.window, event.parent);
     }
 }
 
@@ -229,19 +233,17 @@ void MenuBar::handleDestroy(const xcb_destroy_notify_event_t& event) {
     if (settings_.isManagerWindow(event.window)) {
         settingsStale_ = true;
     }
-    forget(event.window, true);
+    if (const DockedItem* item = items_.find(event.window)) {
+        clearPlace(*item);
+        docking_.forget(event.window);
+    }
 }
 
-void MenuBar::forget(xcb_window_t client, bool destroyed) {
-    DockedItem* item = items_.find(client);
-    if (item == nullptr) {
-        return;
-    }
-    if (drag_ && drag_->client == client) {
+void MenuBar::clearPlace(const DockedItem& item) {
+    if (drag_ && drag_->client == item.client) {
         endDrag(false);
     }
-    painter_.invalidate(*item);
-    docking_.forget(client, destroyed);
+    painter_.invalidate(item);
 }
 
 void MenuBar::handleMapped(const xcb_map_notify_event_t& event) {

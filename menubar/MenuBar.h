@@ -75,7 +75,8 @@ private:
     void tellPlace(const DockedItem& item) const;
     void showTitle();
     void endDrag(bool keep);
-    void forget(xcb_window_t client, bool destroyed);
+    // The item is about to go: a drag of it ends, what it covered is painted again.
+    void clearPlace(const DockedItem& item);
     [[nodiscard]] DockedItem* lifted() const;
 
     const Server* server_;

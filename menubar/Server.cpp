@@ -88,6 +88,12 @@ std::string Server::prepareExtensions() {
     return {};
 }
 
+bool Server::isOfOneClient(xcb_window_t first, xcb_window_t second) const {
+    // The server numbers clients in the bits that it leaves to none of them.
+    const std::uint32_t ownBits = xcb_get_setup(xcb())->resource_id_mask;
+    return (first & ~ownBits) == (second & ~ownBits);
+}
+
 xcb_render_pictformat_t Server::formatOf(xcb_visualid_t visual) const {
     const xcb_render_pictvisual_t* found = xcb_render_util_find_visual_format(formats_, visual);
     return found != nullptr ? found->format : 0;

@@ -25,6 +25,9 @@ public:
     [[nodiscard]] xcb_window_t root() const { return connection_->root(); }
     [[nodiscard]] xcb_atom_t atom(Atom which) const { return atoms_[which]; }
 
+    // Whether one client, whoever it is, made both windows.
+    [[nodiscard]] bool isOfOneClient(xcb_window_t first, xcb_window_t second) const;
+
     // The code of DamageNotify events.
     [[nodiscard]] int damageEvent() const { return damageEvent_; }
     // The code of RandR's ScreenChangeNotify; its Notify events have the next one. 0 without RandR.

@@ -122,18 +122,108 @@ TEST_F(DockingTests, RepeatedRequestsDockOnce) {
     EXPECT_EQ(x_.parent(icon.window()), container);
 }
 
-TEST_F(DockingTests, AWindowThatLeavesIsLetGo) {
+TEST_F(DockingTests, AWindowThatIsTakenAwayRightAfterItCameIsFetchedBack) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    XClient thief(display_.name());
+    const xcb_window_t frame = thief.connection().newId();
+    xcb_create_window(thief.get(), XCB_COPY_FROM_PARENT, frame, thief.root(), 0, 100, 50, 50, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const xcb_window_t container = x_.parent(icon.window());
+    xcb_reparent_window(thief.get(), icon.window(), frame, 0, 0);
+    thief.sync();
+    EXPECT_TRUE(eventually([&] {
+        return x_.parent(x_.parent(icon.window())) == x_.barWindow() &&
+               x_.parent(icon.window()) != container && x_.isViewable(icon.window());
+    }));
+    EXPECT_THAT(names(), ElementsAre("icon"));
+    EXPECT_EQ(frameOf(icon).right(), screenWidth);
+}
+
+TEST_F(DockingTests, AWindowThatKeepsLeavingIsLetGo) {
+    allowComplaints(1);
     startBar();
     TrayClient& icon = dockNamed("icon");
     TrayClient& other = dockNamed("other");
-    xcb_reparent_window(icon.x().get(), icon.window(), icon.x().root(), 5, 50);
-    icon.x().sync();
+    constexpr int fetchedBack = 3;
+    for (int time = 0; time <= fetchedBack; ++time) {
+        const xcb_window_t container = x_.parent(icon.window());
+        xcb_reparent_window(icon.x().get(), icon.window(), icon.x().root(), 5, 50);
+        icon.x().sync();
+        if (time < fetchedBack) {
+            ASSERT_TRUE(eventually([&] {
+                return x_.parent(icon.window()) != x_.root() &&
+                       x_.parent(icon.window()) != container && x_.isViewable(icon.window());
+            }));
+        }
+    }
+    EXPECT_TRUE(bar().process().waitForOutput("it is let go"));
     EXPECT_TRUE(eventually([&] { return names() == std::vector<std::string>{"other"}; }));
     EXPECT_TRUE(eventually([&] { return frameOf(other).right() == screenWidth; }));
     EXPECT_EQ(x_.parent(icon.window()), x_.root());
     // And may come back.
     ASSERT_TRUE(icon.requestDock());
     EXPECT_TRUE(eventually([&] { return names() == (std::vector<std::string>{"other", "icon"}); }));
+}
+
+TEST_F(DockingTests, AWindowThatMovesIntoOneOfItsProgramIsLetGoAtOnce) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    XClient& x = icon.x();
+    const xcb_window_t home = x.connection().newId();
+    xcb_create_window(x.get(), XCB_COPY_FROM_PARENT, home, x.root(), 0, 100, 50, 50, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_reparent_window(x.get(), icon.window(), home, 0, 0);
+    x.sync();
+    EXPECT_TRUE(eventually([&] { return names().empty(); }));
+    // The bar has handled the move by the time that it docks another one.
+    dockNamed("next");
+    EXPECT_EQ(x_.parent(icon.window()), home);
+    EXPECT_THAT(names(), ElementsAre("next"));
+}
+
+TEST_F(DockingTests, AWindowThatStayedForAWhileMayLeave) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    TrayClient& other = dockNamed("other");
+    EXPECT_TRUE(staysTrue(
+        [&] {
+            handleEvents();
+            return names().size() == 2;
+        },
+        std::chrono::milliseconds(2'100)));
+    xcb_reparent_window(icon.x().get(), icon.window(), icon.x().root(), 5, 50);
+    icon.x().sync();
+    EXPECT_TRUE(eventually([&] { return names() == std::vector<std::string>{"other"}; }));
+    EXPECT_TRUE(eventually([&] { return frameOf(other).right() == screenWidth; }));
+    EXPECT_EQ(x_.parent(icon.window()), x_.root());
+}
+
+TEST_F(DockingTests, TellsAWindowManagerToLetAWindowGo) {
+    startBar();
+    XClient manager(display_.name());
+    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(manager.get(), manager.root(), XCB_CW_EVENT_MASK, &events);
+    manager.sync();
+    // Never mapped, so that nothing but a notice by hand can say that it is withdrawn.
+    TrayClient& icon = dockNamed("icon");
+    bool toldBeforeItMoved = false;
+    bool moved = false;
+    EXPECT_TRUE(waitFor([&] {
+        while (const x11::EventPtr event = manager.connection().pollEvent()) {
+            const int type = x11::typeOf(*event);
+            if (type == XCB_UNMAP_NOTIFY && !moved) {
+                const auto& notice = x11::eventAs<xcb_unmap_notify_event_t>(*event);
+                toldBeforeItMoved = toldBeforeItMoved || (notice.window == icon.window() &&
+                                                          notice.event == manager.root());
+            } else if (type == XCB_REPARENT_NOTIFY) {
+                moved = moved ||
+                        x11::eventAs<xcb_reparent_notify_event_t>(*event).window == icon.window();
+            }
+        }
+        return moved;
+    }));
+    EXPECT_TRUE(toldBeforeItMoved);
 }
 
 TEST_F(DockingTests, DeadAndDestroyedClientsLeaveNoGap) {
@@ -183,6 +273,25 @@ TEST_F(DockingTests, IconsOutliveTheBarHoweverItEnds) {
         EXPECT_TRUE(eventually([&] { return x_.isViewable(icon.window()); }));
         EXPECT_TRUE(eventually([&] { return names() == std::vector<std::string>{"icon"}; }));
     }
+}
+
+TEST_F(DockingTests, AKilledBarLeavesIconsUnmappedForNoWindowManagerToTake) {
+    startBar();
+    TrayClient& icon = dockNamed("icon");
+    {
+        XClient manager(display_.name());
+        const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
+        xcb_change_window_attributes(manager.get(), manager.root(), XCB_CW_EVENT_MASK, &events);
+        manager.sync();
+        stopBar(SIGKILL);
+        EXPECT_TRUE(eventually([&] { return x_.parent(icon.window()) == x_.root(); }));
+        EXPECT_FALSE(x_.isMapped(icon.window()));
+        manager.sync();
+        while (const x11::EventPtr event = manager.connection().pollEvent()) {
+            EXPECT_NE(x11::typeOf(*event), XCB_MAP_REQUEST);
+        }
+    }
+    startBar();
 }
 
 TEST_F(DockingTests, AnOrderlyEndLeavesIconsUnmappedAndEndsWithZero) {
