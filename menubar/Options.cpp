@@ -168,7 +168,7 @@ std::string helpText() {
            "                            the left edge and is WIDTH points wide\n"
            "  --replace                 take over from the tray that is running\n"
            "  --display NAME            the X display (default: $DISPLAY)\n"
-           "  --help                    show this text and end\n"
+           "  -h, --help                show this text and end\n"
            "  --version                 show the version and end\n"
            "\n"
            "Hold Super (or Alt and Shift) and drag an icon to move it; Escape puts it back.\n";

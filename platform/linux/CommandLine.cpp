@@ -24,7 +24,7 @@ Hide the icons of the menu bar that you rarely need behind an arrow.
   --start-menu-bar         start pelistra-menubar too when no system tray is there
   --list-items             print what stands in the tray and end; needs no running organiser
   --json                   with --list-items: as JSON
-  --help                   show this help and end
+  -h, --help               show this help and end
   --version                show the version and end
 
 A second start hands --show-settings and --show-onboarding to the running one.
@@ -42,7 +42,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, std::str
     const auto has = [options](std::string_view option) {
         return std::ranges::find(options, option) != options.end();
     };
-    if (has("--help")) {
+    if (has("--help") || has("-h")) {
         return {.request = CommandLine::Request::Help, .message = help};
     }
     if (has("--version")) {

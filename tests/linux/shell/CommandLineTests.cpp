@@ -42,6 +42,7 @@ TEST(CommandLine, HelpNamesEveryOption) {
           "--start-menu-bar", "--list-items", "--json", "--help", "--version"}) {
         EXPECT_THAT(line.message, HasSubstr(option));
     }
+    EXPECT_EQ(parse({"-h"}).message, line.message);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow) {
