@@ -38,6 +38,7 @@
 #include <utility>
 
 #include <QApplication>
+#include <QIcon>
 
 namespace pelistra::desktop {
 
@@ -51,9 +52,11 @@ public:
         : scale_(std::in_place, connection), application_(count_, arguments_.data()) {
         scale_.reset();
         QApplication::setQuitOnLastWindowClosed(false);
-        QApplication::setApplicationName("pelistra");
+        // Also the class of its windows, by which a desktop finds their desktop entry.
+        QApplication::setApplicationName("Pelistra");
         QApplication::setApplicationVersion(PELISTRA_VERSION);
         QApplication::setDesktopFileName("pelistra");
+        QApplication::setWindowIcon(QIcon::fromTheme("pelistra"));
     }
 
 private:
