@@ -204,6 +204,12 @@ void Desktop::setMonitors(const std::vector<int>& widths) {
     }
 }
 
+void Desktop::clearMonitors(std::size_t count) {
+    for (std::size_t index = 0; index < count; ++index) {
+        runXrandr({"--delmonitor", "Monitor" + std::to_string(index)});
+    }
+}
+
 std::vector<xcb_window_t> Desktop::organiserWindows() {
     std::vector<xcb_window_t> windows = client_.managedWindows();
     const auto process = static_cast<std::uint32_t>(organiser_->process().pid());

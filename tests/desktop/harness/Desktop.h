@@ -80,6 +80,8 @@ public:
     // Divides the screen into monitors side by side; the first is the primary one. Their widths
     // must add up to the screen's.
     void setMonitors(const std::vector<int>& widths);
+    // Takes away what setMonitors() has made, that many.
+    void clearMonitors(std::size_t count);
 
     // The organiser's windows among those that the window manager looks after.
     [[nodiscard]] std::vector<xcb_window_t> organiserWindows();

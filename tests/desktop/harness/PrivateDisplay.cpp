@@ -39,6 +39,8 @@ Environment baseEnvironment() {
         {"LANG", "C.UTF-8"},
         // No accessibility bus: nobody listens, and GTK would wait for it.
         {"NO_AT_BRIDGE", "1"},
+        // Without an address, programs would start a bus that nobody ends.
+        {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
         {"GSETTINGS_BACKEND", "memory"},
         {"XDG_CURRENT_DESKTOP", ""},
     };

@@ -62,6 +62,14 @@ void UserInput::click(RootPoint point, Button button, const Modifiers& modifiers
     }
 }
 
+void UserInput::turnWheel(RootPoint point, Wheel direction, int notches) {
+    moveTo(point);
+    for (int notch = 0; notch < notches; ++notch) {
+        fake(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(direction));
+        fake(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(direction));
+    }
+}
+
 void UserInput::drag(RootPoint from, RootPoint to, const Modifiers& modifiers, Button button) {
     beginDrag(from, to, modifiers, button);
     endDrag(modifiers, button);

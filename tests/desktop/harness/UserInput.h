@@ -18,6 +18,8 @@ inline constexpr std::uint32_t alt = 0xffe9;
 inline constexpr std::uint32_t super = 0xffeb;
 inline constexpr std::uint32_t escape = 0xff1b;
 inline constexpr std::uint32_t enter = 0xff0d;
+inline constexpr std::uint32_t tab = 0xff09;
+inline constexpr std::uint32_t space = 0x0020;
 } // namespace keys
 
 struct RootPoint {
@@ -48,6 +50,9 @@ public:
 
     // Moves there and clicks with the modifiers held.
     void click(RootPoint point, Button button = Button::Left, const Modifiers& modifiers = {});
+    enum class Wheel : std::uint8_t { Up = 4, Down = 5 };
+    // Moves there and turns the wheel by that many notches.
+    void turnWheel(RootPoint point, Wheel direction, int notches);
     // Presses at `from`, moves to `to` in steps of a few pixels, releases there.
     void drag(RootPoint from, RootPoint to, const Modifiers& modifiers,
               Button button = Button::Left);

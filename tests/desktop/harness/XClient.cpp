@@ -165,18 +165,36 @@ std::optional<xcb_window_t> XClient::managedWindow(std::string_view title) {
     return std::nullopt;
 }
 
-void XClient::requestClose(xcb_window_t window) {
+std::vector<xcb_window_t> XClient::shownTopLevels() const {
+    std::vector<xcb_window_t> shown = children(root());
+    std::erase_if(shown, [this](xcb_window_t window) { return !isViewable(window); });
+    return shown;
+}
+
+void XClient::sendMessage(xcb_window_t to, std::uint32_t eventMask, xcb_window_t about,
+                          const std::string& type, const std::array<std::uint32_t, 5>& values) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
-    message.window = window;
-    message.type = atom("WM_PROTOCOLS");
-    message.data.data32[0] = atom("WM_DELETE_WINDOW");
-    message.data.data32[1] = XCB_CURRENT_TIME;
+    message.window = about;
+    message.type = atom(type);
+    std::ranges::copy(values, std::begin(message.data.data32));
     std::array<char, sizeof message> bytes{};
     std::memcpy(bytes.data(), &message, sizeof message);
-    xcb_send_event(get(), 0, window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    xcb_send_event(get(), 0, to, eventMask, bytes.data());
     sync();
+}
+
+void XClient::requestFullScreen(xcb_window_t window, bool fullScreen) {
+    constexpr std::uint32_t fromPager = 2;
+    sendMessage(root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                window, "_NET_WM_STATE",
+                {fullScreen ? 1U : 0U, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager, 0});
+}
+
+void XClient::requestClose(xcb_window_t window) {
+    sendMessage(window, XCB_EVENT_MASK_NO_EVENT, window, "WM_PROTOCOLS",
+                {atom("WM_DELETE_WINDOW"), XCB_CURRENT_TIME, 0, 0, 0});
 }
 
 xcb_window_t XClient::selectionOwner(const std::string& name) {

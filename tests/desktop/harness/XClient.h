@@ -4,6 +4,8 @@
 #include "platform/x11/Properties.h"
 #include "tests/desktop/harness/Picture.h"
 
+#include <array>
+#include <cstdint>
 #include <iosfwd>
 #include <map>
 #include <memory>
@@ -87,6 +89,11 @@ public:
     // The managed window with exactly that title.
     [[nodiscard]] std::optional<xcb_window_t> managedWindow(std::string_view title);
 
+    // The top-level windows that are viewable, managed or not, bottom to top.
+    [[nodiscard]] std::vector<xcb_window_t> shownTopLevels() const;
+
+    // Asks the window manager to make a window cover its whole screen, or to let it go back.
+    void requestFullScreen(xcb_window_t window, bool fullScreen);
     // Asks a window to close (WM_DELETE_WINDOW), as the window manager's button does.
     void requestClose(xcb_window_t window);
 
@@ -110,6 +117,9 @@ public:
     [[nodiscard]] std::vector<WindowFrame> barItemFrames();
 
 private:
+    void sendMessage(xcb_window_t to, std::uint32_t eventMask, xcb_window_t about,
+                     const std::string& type, const std::array<std::uint32_t, 5>& values);
+
     std::unique_ptr<x11::Connection> connection_;
     std::map<std::string, xcb_atom_t> atoms_;
 };

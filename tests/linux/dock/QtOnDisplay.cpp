@@ -10,6 +10,8 @@ QtOnDisplay::QtOnDisplay(const PrivateDisplay::Options& options, const char* sca
     ::setenv("QT_QPA_PLATFORM", "xcb", 1);
     ::setenv("QT_SCALE_FACTOR", scaleFactor, 1);
     ::setenv("XDG_RUNTIME_DIR", display_.folder().c_str(), 1);
+    ::setenv("DBUS_SESSION_BUS_ADDRESS",
+             display_.environment().at("DBUS_SESSION_BUS_ADDRESS").c_str(), 1);
     application_ = std::make_unique<QApplication>(count_, arguments_.data());
     QApplication::setQuitOnLastWindowClosed(false);
     x11::Connection::Failure failure;
