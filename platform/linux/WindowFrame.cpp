@@ -37,6 +37,7 @@ public:
         setFixedSize(closeButtonSize, closeButtonSize);
         setFocusPolicy(Qt::NoFocus);
         setAttribute(Qt::WA_Hover);
+        setAccessibleName("关闭");
     }
 
 protected:
