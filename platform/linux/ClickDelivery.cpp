@@ -280,7 +280,7 @@ void ClickDelivery::lookForMenu(WindowId icon, std::size_t attempt) {
 }
 
 void ClickDelivery::beginWatching(WindowId icon) {
-    menu_.emplace();
+    menu_ = Menu{};
     menu_->icon = icon;
     selectRawPresses(true);
     grabUserKeyboard();

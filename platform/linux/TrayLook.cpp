@@ -10,6 +10,7 @@
 #include <ranges>
 #include <span>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -400,7 +401,10 @@ std::optional<TrayView> TrayLook::look() {
         view.icons = describe(tray, withoutDuplicates(ours ? *tray.items : embeddedWindows(tray)));
         complete(view.icons);
         if (!ours) {
-            std::ranges::stable_sort(view.icons, {}, [](const TrayIcon& i) { return i.frame.x; });
+            // Icons in one column, as trays of several rows have them: from top to bottom.
+            std::ranges::sort(view.icons, {}, [](const TrayIcon& icon) {
+                return std::tuple(icon.frame.x, icon.frame.y, icon.window);
+            });
         }
     }
     view.coordinates = Coordinates(tray.scale, tray.primaryMonitor);

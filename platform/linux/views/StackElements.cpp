@@ -145,7 +145,8 @@ std::vector<QSizeF> StackElement<Kind, axis>::sizes(const Proposal& proposal) co
     }
     std::vector<std::size_t> order(children.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, {}, [&give](std::size_t place) { return give[place]; });
+    std::ranges::sort(order, {},
+                      [&give](std::size_t place) { return std::pair(give[place], place); });
     double left = *whole - (this->node().spacing * static_cast<double>(children.size() - 1));
     std::size_t waiting = children.size();
     for (const std::size_t place : order) {
