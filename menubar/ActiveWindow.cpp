@@ -3,6 +3,7 @@
 #include "menubar/ForeignText.h"
 #include "platform/x11/Properties.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pelistra::menubar {
@@ -28,7 +29,8 @@ std::string applicationName(const std::optional<x11::PropertyValue>& windowClass
 
 bool ActiveWindow::concerns(const xcb_property_notify_event_t& event) const {
     if (event.window == server_->root()) {
-        return event.atom == server_->atom(Atom::NetActiveWindow);
+        return event.atom == server_->atom(Atom::NetActiveWindow) ||
+               event.atom == server_->atom(Atom::NetClientList);
     }
     return event.window == window_ &&
            (event.atom == server_->atom(Atom::NetWmName) || event.atom == XCB_ATOM_WM_NAME ||
@@ -45,13 +47,29 @@ bool ActiveWindow::refresh() {
     return true;
 }
 
+// Some window managers go on naming a window that was closed while nothing else could take the
+// focus, so it counts only as long as it is one of the windows that they manage.
 xcb_window_t ActiveWindow::current() const {
-    const auto value =
-        readProperty(server_->connection(),
-                     requestProperty(server_->connection(), server_->root(),
-                                     server_->atom(Atom::NetActiveWindow), XCB_ATOM_WINDOW));
-    const std::vector<std::uint32_t> words = value ? value->words() : std::vector<std::uint32_t>{};
-    return words.empty() ? xcb_window_t{XCB_NONE} : words.front();
+    const x11::Connection& connection = server_->connection();
+    const auto request = [&](Atom name) {
+        return requestProperty(connection, server_->root(), server_->atom(name), XCB_ATOM_WINDOW);
+    };
+    const auto activeRequest = request(Atom::NetActiveWindow);
+    const auto managedRequest = request(Atom::NetClientList);
+    const auto active = readProperty(connection, activeRequest);
+    const auto managed = readProperty(connection, managedRequest);
+    const std::vector<std::uint32_t> words =
+        active ? active->words() : std::vector<std::uint32_t>{};
+    if (words.empty()) {
+        return XCB_NONE;
+    }
+    if (managed) {
+        const std::vector<std::uint32_t> windows = managed->words();
+        if (std::ranges::find(windows, words.front()) == windows.end()) {
+            return XCB_NONE;
+        }
+    }
+    return words.front();
 }
 
 void ActiveWindow::follow(xcb_window_t window) {

@@ -13,6 +13,7 @@ Atoms::Atoms(const x11::Connection& connection) {
         "MANAGER",
         "UTF8_STRING",
         "_NET_ACTIVE_WINDOW",
+        "_NET_CLIENT_LIST",
         "_NET_WM_NAME",
         "_NET_SYSTEM_TRAY_COLORS",
         "_NET_SYSTEM_TRAY_OPCODE",

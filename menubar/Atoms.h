@@ -12,6 +12,7 @@ enum class Atom : std::size_t {
     Manager,
     Utf8String,
     NetActiveWindow,
+    NetClientList,
     NetWmName,
     NetSystemTrayColors,
     NetSystemTrayOpcode,
