@@ -50,8 +50,13 @@ struct DockedItem {
     // It asked for a size and has to be told what it has, whether that changed or not.
     bool replyDue = false;
 
+    // The first request of its docking: what fails before it was about another window, which had
+    // the same number and is dead.
+    std::uint32_t firstSequence = 0;
     // The request that moves it into its container, to know its failure by.
     std::uint32_t reparentSequence = 0;
+    // It has asked to be docked while it was taken for docked.
+    bool askedAgain = false;
     // Goes with the window when it has to be docked again.
     Retrieval retrieval;
 

@@ -43,6 +43,11 @@ WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSi
     return container;
 }
 
+// Whether a request was sent with the other or after it; the numbers wrap around.
+bool isSince(std::uint32_t sequence, std::uint32_t other) {
+    return static_cast<std::int32_t>(sequence - other) >= 0;
+}
+
 // Takes a window out of the hands of a window manager that manages it, or is about to because it
 // has been told that the window wants to be mapped: unmapping alone tells it nothing when the
 // window is not mapped yet.
@@ -132,8 +137,11 @@ struct Docking::Arrival {
 };
 
 void Docking::request(xcb_window_t client) {
-    const bool known = items_->find(client) != nullptr ||
-                       std::ranges::find(requested_, client, &Request::client) != requested_.end();
+    if (DockedItem* item = items_->find(client)) {
+        item->askedAgain = true;
+        return;
+    }
+    const bool known = std::ranges::find(requested_, client, &Request::client) != requested_.end();
     if (!known && client != XCB_NONE && client != bar_ && client != server_->root()) {
         requested_.push_back({.client = client, .retrieval = Retrieval()});
     }
@@ -195,8 +203,10 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
     item->container = makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
     // From here on the client outlives the bar, however the bar dies: unmapped, so that no window
     // manager takes it for a window like any other while it waits for the next tray.
-    xcb_xfixes_change_save_set(x, XCB_XFIXES_SAVE_SET_MODE_INSERT, XCB_XFIXES_SAVE_SET_TARGET_ROOT,
-                               XCB_XFIXES_SAVE_SET_MAPPING_UNMAP, item->client);
+    item->firstSequence = xcb_xfixes_change_save_set(
+                              x, XCB_XFIXES_SAVE_SET_MODE_INSERT, XCB_XFIXES_SAVE_SET_TARGET_ROOT,
+                              XCB_XFIXES_SAVE_SET_MAPPING_UNMAP, item->client)
+                              .sequence;
     withdraw(*server_, item->client);
     // The window itself, not "the children of its container": a window whose children are
     // redirected by hand no longer paints its background, which a client without one of its own
@@ -329,20 +339,31 @@ bool Docking::fail(const xcb_generic_error_t& error) {
         if (item->picture.failed(error.full_sequence)) {
             return true;
         }
-        const bool lost = error.error_code == XCB_WINDOW && error.resource_id == item->client;
-        if (lost || error.full_sequence == item->reparentSequence) {
-            complaints_.add(describe(*item) + (lost
-                                                   ? " went away while it was being docked"
-                                                   : " cannot be docked: the X server refuses it"));
-            if (lost) {
-                forget(item->client);
-            } else {
-                disown(*items_->take(item->client));
-            }
+        if (error.full_sequence == item->reparentSequence && error.error_code != XCB_WINDOW) {
+            complaints_.add(describe(*item) + " cannot be docked: the X server refuses it");
+            disown(*items_->take(item->client));
+            return true;
+        }
+        if (error.error_code == XCB_WINDOW && error.resource_id == item->client &&
+            isSince(error.full_sequence, item->firstSequence)) {
+            lose(*item);
             return true;
         }
     }
     return false;
+}
+
+// The window died, but its number may be in use again, even by a window that came into the
+// container in its place. Nothing of that one's may go with the container.
+void Docking::lose(DockedItem& item) {
+    release(item);
+    const std::unique_ptr<DockedItem> lost = items_->take(item.client);
+    lost->picture.windowGone();
+    if (lost->askedAgain) {
+        requested_.push_back({.client = lost->client, .retrieval = Retrieval()});
+    } else {
+        complaints_.add(describe(*lost) + " went away while it was being docked");
+    }
 }
 
 void Docking::release(DockedItem& item) const {

@@ -21,7 +21,8 @@ public:
     Docking(const Server& server, xcb_window_t bar, ItemList& items, OrderMemory& order)
         : server_(&server), bar_(bar), items_(&items), order_(&order) {}
 
-    // A window asks to be docked; it happens at the next settle(). Repeated requests are ignored.
+    // A window asks to be docked; it happens at the next settle(). One that is docked already is
+    // not docked again.
     void request(xcb_window_t client);
 
     // Does what the events of a batch left to be done: docks, reads again what changed, maps and
@@ -58,6 +59,8 @@ private:
     // Stops listening to a client that lives on outside the bar.
     void disown(const DockedItem& item) const;
     void readStale();
+    // The server says that there is no such window.
+    void lose(DockedItem& item);
     void applyMapping(DockedItem& item) const;
     void release(DockedItem& item) const;
 

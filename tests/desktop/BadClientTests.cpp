@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 #include <gtest/gtest.h>
 
@@ -30,7 +31,13 @@ protected:
         TrayClient late(desktop_.display().name(), {.name = "Late"});
         EXPECT_TRUE(late.requestDock());
         EXPECT_TRUE(late.waitUntilDocked()) << desktop_.bar().process().output();
-        EXPECT_LE(std::ranges::count(desktop_.bar().process().output(), '\n'), 2);
+        EXPECT_LE(std::ranges::count(desktop_.bar().process().output(), '\n'), allowedLines());
+    }
+
+    // A fault of its own, and of a flood of faults one line in a while.
+    [[nodiscard]] std::ptrdiff_t allowedLines() const {
+        constexpr std::chrono::seconds pause{10};
+        return 2 + ((std::chrono::steady_clock::now() - begin_) / pause);
     }
 
     // They came first, so they stand at the right end and newcomers do not move them.
@@ -46,6 +53,7 @@ protected:
     Desktop desktop_;
     TrayClient good_{desktop_.display().name(), {.name = "Good"}};
     std::vector<Desktop::Item> others_;
+    std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
 };
 
 TEST_F(BadClientTests, OneThatDiesRightAfterAskingForADock) {
@@ -56,6 +64,22 @@ TEST_F(BadClientTests, OneThatDiesRightAfterAskingForADock) {
     }
     EXPECT_TRUE(
         waitFor([this] { return !desktop_.item("Dying") && desktop_.items().size() == 2; }));
+}
+
+// The X server gives the number of a dead client, and with it its windows' numbers, to the next
+// one: what the bar still hears of the dead window must not harm the new one.
+TEST_F(BadClientTests, OneThatDiesAndLeavesItsNumberToAnother) {
+    int successors = 0;
+    for (int round = 0; round < 200; ++round) {
+        TrayClient dying(desktop_.display().name(), {.name = "Dying"});
+        ASSERT_TRUE(dying.requestDock());
+        dying.die();
+        TrayClient next(desktop_.display().name(), {.name = "Next"});
+        successors += next.window() == dying.window() ? 1 : 0;
+        ASSERT_TRUE(next.requestDock());
+        ASSERT_TRUE(next.waitUntilDocked()) << "round " << round;
+    }
+    EXPECT_GT(successors, 0);
 }
 
 TEST_F(BadClientTests, OneWhoseWindowNeverExisted) {
