@@ -2,12 +2,16 @@
 
 #include "platform/Application.h"
 
+@class NSEvent;
+
 namespace pelistra::appkit {
+
+[[nodiscard]] Event eventOf(NSEvent* event);
 
 // The running application, by NSApplication, NSProcessInfo and the main bundle. The shared
 // NSApplication has to be there.
 class AppKitApplication final : public Application {
-public:
+  public:
     AppKitApplication();
 
     void setActivationPolicy(ActivationPolicy policy) override;
@@ -19,7 +23,7 @@ public:
     [[nodiscard]] ProcessId processIdentifier() const override;
     [[nodiscard]] ScreenPoint mouseLocation() const override;
 
-private:
+  private:
     std::vector<std::string> arguments_;
 };
 

@@ -18,6 +18,11 @@ static_assert(static_cast<NSInteger>(ActivationPolicy::Accessory) ==
 
 } // namespace
 
+Event eventOf(NSEvent* event) {
+    return {.type = static_cast<EventType>([event type]),
+            .modifierFlags = static_cast<std::uint64_t>([event modifierFlags])};
+}
+
 AppKitApplication::AppKitApplication() {
     for (NSString* argument in [[NSProcessInfo processInfo] arguments]) {
         arguments_.push_back(utf8(argument));
@@ -41,11 +46,7 @@ void AppKitApplication::terminate() { [NSApp terminate:nil]; }
 
 std::optional<Event> AppKitApplication::currentEvent() const {
     NSEvent* event = [NSApp currentEvent];
-    if (event == nil) {
-        return std::nullopt;
-    }
-    return Event{.type = static_cast<EventType>([event type]),
-                 .modifierFlags = static_cast<std::uint64_t>([event modifierFlags])};
+    return event != nil ? std::optional(eventOf(event)) : std::nullopt;
 }
 
 const std::vector<std::string>& AppKitApplication::arguments() const { return arguments_; }

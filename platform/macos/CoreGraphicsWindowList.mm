@@ -15,16 +15,32 @@ id entry(NSDictionary* dictionary, CFStringRef key) {
 
 NSNumber* numberOf(id object) { return [object isKindOfClass:[NSNumber class]] ? object : nil; }
 
+// The object, when it is a dictionary with strings as keys and objects of that class as values.
+NSDictionary* dictionaryOf(id object, Class valueClass) {
+    if (![object isKindOfClass:[NSDictionary class]]) {
+        return nil;
+    }
+    NSDictionary* dictionary = object;
+    for (id key in dictionary) {
+        if (![key isKindOfClass:[NSString class]] ||
+            ![[dictionary objectForKey:key] isKindOfClass:valueClass]) {
+            return nil;
+        }
+    }
+    return dictionary;
+}
+
 std::optional<double> member(NSDictionary* dictionary, NSString* key) {
-    NSNumber* number = numberOf([dictionary objectForKey:key]);
+    NSNumber* number = [dictionary objectForKey:key];
     return number != nil ? std::optional([number doubleValue]) : std::nullopt;
 }
 
+// Bounds with anything in them that is no number are none.
 std::optional<WindowBounds> boundsOf(id object) {
-    if (![object isKindOfClass:[NSDictionary class]]) {
+    NSDictionary* bounds = dictionaryOf(object, [NSNumber class]);
+    if (bounds == nil) {
         return std::nullopt;
     }
-    NSDictionary* bounds = object;
     return WindowBounds{.x = member(bounds, @"X"),
                         .y = member(bounds, @"Y"),
                         .width = member(bounds, @"Width"),
@@ -58,10 +74,11 @@ std::optional<std::vector<WindowInfo>> CoreGraphicsWindowList::copyWindowInfo() 
     }
     std::vector<WindowInfo> result;
     for (id window in windows.get()) {
-        if (![window isKindOfClass:[NSDictionary class]]) {
+        NSDictionary* described = dictionaryOf(window, [NSObject class]);
+        if (described == nil) {
             return std::nullopt;
         }
-        result.push_back(infoOf(window));
+        result.push_back(infoOf(described));
     }
     return result;
 }

@@ -101,13 +101,15 @@ TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
             @"kCGWindowLayer" : @25,
             @"kCGWindowName" : @9,
             @"kCGWindowOwnerName" : @"名",
-            @"kCGWindowBounds" : @{@"X" : @-5.5, @"Width" : @"3"}
+            @"kCGWindowBounds" : @{@"X" : @-5.5}
         },
         @{@"kCGWindowBounds" : @"none"},
+        @{@"kCGWindowBounds" : @{@"X" : @1, @"Width" : @"3"}},
+        @{@"kCGWindowBounds" : @{@"X" : @1, @2 : @3}},
     };
     const auto windows = CoreGraphicsWindowList().copyWindowInfo();
     ASSERT_TRUE(windows.has_value());
-    ASSERT_THAT(*windows, SizeIs(2));
+    ASSERT_THAT(*windows, SizeIs(4));
     EXPECT_EQ((*windows)[0], (WindowInfo{.number = 7U,
                                          .ownerPid = std::nullopt,
                                          .ownerName = "名",
@@ -118,6 +120,16 @@ TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
                                                                 .width = std::nullopt,
                                                                 .height = std::nullopt}}));
     EXPECT_EQ((*windows)[1], WindowInfo{});
+    // Bounds are numbers under texts, or none.
+    EXPECT_EQ((*windows)[2], WindowInfo{});
+    EXPECT_EQ((*windows)[3], WindowInfo{});
+}
+
+TEST(CoreGraphicsWindowListTest, AnAnswerOfAnotherShapeIsNone) {
+    world().otherWindows = { @{@"kCGWindowNumber" : @7} };
+    EXPECT_THAT(CoreGraphicsWindowList().copyWindowInfo(), Optional(SizeIs(1)));
+    world().otherWindows = { @{@"kCGWindowNumber" : @7}, @{@5 : @7} };
+    EXPECT_EQ(CoreGraphicsWindowList().copyWindowInfo(), std::nullopt);
     world().windowListIsNull = true;
     EXPECT_EQ(CoreGraphicsWindowList().copyWindowInfo(), std::nullopt);
 }

@@ -2,6 +2,7 @@
 #include "platform/macos/AppKitImages.h"
 #include "platform/macos/DispatchMainQueue.h"
 #include "platform/macos/views/HostingView.h"
+#include "platform/macos/views/WatchView.h"
 #include "tests/macos/LaunchedApplication.h"
 #include "ui/Content.h"
 #include "ui/Nodes.h"
@@ -222,6 +223,25 @@ TEST_F(ViewsTest, ARowScrollsAndKeepsItsPosition) {
     EXPECT_EQ([[scroll contentView] bounds].origin.x, 150);
 }
 
+TEST_F(ViewsTest, AFormTakesTheWidthBesideItsScroller) {
+    const auto form = [](int rows) {
+        return ui::View(ui::GroupedForm{
+            .sections = {{.title = "标题", .rows = std::vector<ui::View>(rows, box(30, 20))}}});
+    };
+    show(form(1), NSMakeSize(200, 150));
+    const auto scroll = [this] {
+        return static_cast<NSScrollView*>([[content() subviews] firstObject]);
+    };
+    EXPECT_EQ([[scroll() documentView] frame].size.width, 200);
+    EXPECT_EQ([[scroll() documentView] frame].size.height, 150);
+    change(form(20));
+    EXPECT_GT([[scroll() documentView] frame].size.height, 400);
+    EXPECT_EQ([[scroll() documentView] frame].size.width, [scroll() contentSize].width);
+    EXPECT_LT([scroll() contentSize].width, 200);
+    change(form(1));
+    EXPECT_EQ([[scroll() documentView] frame].size.width, 200);
+}
+
 TEST_F(ViewsTest, HelpAndLabelReachTheControl) {
     show(ui::View(ui::Button{.label = ui::Symbol{.name = "command"},
                              .style = ui::ButtonStyle::Borderless})
@@ -231,6 +251,60 @@ TEST_F(ViewsTest, HelpAndLabelReachTheControl) {
     ASSERT_NE(button, nil);
     EXPECT_STREQ([[button toolTip] UTF8String], "提示\n第二行");
     EXPECT_STREQ([[button accessibilityLabel] UTF8String], "名称");
+}
+
+// Takes what the test says, and keeps what it is handed.
+class Watcher final : public ui::EventView {
+  public:
+    ui::EventView* hitTest(const ScreenPoint& point) override {
+        asked = point;
+        return takes ? this : nullptr;
+    }
+    void rightMouseDown(const Event& event) override { pressed = event; }
+
+    bool takes = true;
+    std::optional<ScreenPoint> asked;
+    std::optional<Event> pressed;
+};
+
+TEST(WatchViewTest, LeavesTheDecisionToItsTarget) {
+    const auto view = Owned<PelistraWatchView*>::adopt(
+        [[PelistraWatchView alloc] initWithFrame:NSMakeRect(10, 20, 40, 36)]);
+    const auto around =
+        Owned<NSView*>::adopt([[NSView alloc] initWithFrame:NSMakeRect(0, 0, 100, 100)]);
+    [around.get() addSubview:view.get()];
+    EXPECT_EQ([view.get() hitTest:NSMakePoint(15, 25)], nil);
+    auto* watcher = new Watcher;
+    view.get()->target.reset(watcher);
+    EXPECT_EQ([view.get() hitTest:NSMakePoint(15, 25)], view.get());
+    EXPECT_EQ(watcher->asked, (ScreenPoint{.x = 5, .y = 5}));
+    // The point plays no part here.
+    EXPECT_EQ([view.get() hitTest:NSMakePoint(-9000, 9000)], view.get());
+    watcher->takes = false;
+    EXPECT_EQ([view.get() hitTest:NSMakePoint(15, 25)], nil);
+}
+
+TEST(WatchViewTest, HandsOnTheVeryEvent) {
+    const auto view =
+        Owned<PelistraWatchView*>::adopt([[PelistraWatchView alloc] initWithFrame:NSZeroRect]);
+    auto* watcher = new Watcher;
+    view.get()->target.reset(watcher);
+    const auto event = [](NSEventType type) {
+        return [NSEvent mouseEventWithType:type
+                                  location:NSZeroPoint
+                             modifierFlags:NSEventModifierFlagOption
+                                 timestamp:0
+                              windowNumber:0
+                                   context:nil
+                               eventNumber:0
+                                clickCount:1
+                                  pressure:1];
+    };
+    [view.get() rightMouseUp:event(NSEventTypeRightMouseUp)];
+    EXPECT_EQ(watcher->pressed, std::nullopt);
+    [view.get() rightMouseDown:event(NSEventTypeRightMouseDown)];
+    EXPECT_EQ(watcher->pressed,
+              (Event{.type = EventType::RightMouseDown, .modifierFlags = modifierOption}));
 }
 
 TEST_F(ViewsTest, AMaterialHasContinuousCorners) {

@@ -227,16 +227,27 @@ TEST_F(WindowsTest, StepsSpringOrFadeWhenMotionIsReduced) {
     EXPECT_THAT(recorded("CASpringAnimation"),
                 Contains("CASpringAnimation perceptualDuration=0.42 bounce=0.14"));
     EXPECT_THAT(recorded("CAMediaTimingFunction"), IsEmpty());
+    // The step that leaves shrinks.
+    EXPECT_THAT(recorded("CABasicAnimation transform.scale"),
+                ElementsAre("CABasicAnimation transform.scale setToValue 0.98"));
     runFor(1.1);
 
     world().reduceMotion = true;
     [[[NSWorkspace sharedWorkspace] notificationCenter]
         postNotificationName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                       object:nil];
-    runFor(0.02);
+    // Both queues are served in order: first the notification, then the drawing that it leads to.
+    __block bool isDrawn = false;
+    [[NSOperationQueue mainQueue] addOperationWithBlock:^{
+      dispatch_async(dispatch_get_main_queue(), ^{
+        isDrawn = true;
+      });
+    }];
+    ASSERT_TRUE(runUntil([&drawn = isDrawn] { return drawn; }));
     world().journal.clear();
     press(onboarding(), "继续");
     EXPECT_THAT(recorded("CASpringAnimation"), IsEmpty());
+    EXPECT_THAT(recorded("CABasicAnimation transform.scale"), IsEmpty());
     EXPECT_THAT(recorded("CAMediaTimingFunction"), Contains("CAMediaTimingFunction easeOut"));
     EXPECT_THAT(recorded("CAAnimation setDuration"), Contains("CAAnimation setDuration 0.12"));
 }

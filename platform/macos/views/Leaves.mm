@@ -146,7 +146,6 @@ class RepresentedElement final : public Element {
             Owned<PelistraWatchView*>::adopt([[PelistraWatchView alloc] initWithFrame:NSZeroRect]);
         watch.get()->target =
             node<ui::Represented>().value->makeView(*context().services.application);
-        watch.get()->application = context().services.application;
         return Owned<NSView*>::share(watch.get());
     }
 

@@ -23,12 +23,14 @@ class Motion {
     void move(NSView* view, NSRect frame) const;
     // The view appears: from opacity 0 and the scale about its centre.
     void enter(NSView* view, double scale) const;
-    // The view disappears in the same way, and its owner is let go of at the end.
+    // The view disappears in the same way, to that scale, and its owner is let go of at the end.
     void leave(NSView* view, double scale, std::shared_ptr<Element> owner) const;
 
   private:
-    void animate(NSView* view, NSString* keyPath, NSValue* from) const;
+    // To what the layer has by now, when there is no other end.
+    void animate(NSView* view, NSString* keyPath, NSValue* from, NSValue* to = nil) const;
     void scaleFrom(NSView* view, double scale) const;
+    void scaleTo(NSView* view, double scale) const;
     [[nodiscard]] double duration() const;
 
     ui::Animation animation_;

@@ -28,13 +28,25 @@ Owned<CABasicAnimation*> makeAnimation(const ui::Animation& animation, NSString*
     return result;
 }
 
+// Where the layer of a view has to be for the view to look scaled about its centre: the layers of
+// views are anchored at a corner.
+NSValue* scaledPosition(NSView* view, double scale) {
+    const NSSize size = [view frame].size;
+    const CGPoint position = [[view layer] position];
+    return [NSValue valueWithPoint:NSMakePoint(position.x + size.width * (1 - scale) / 2,
+                                               position.y + size.height * (1 - scale) / 2)];
+}
+
 } // namespace
 
 double Motion::duration() const { return [makeAnimation(animation_, @"opacity").get() duration]; }
 
-void Motion::animate(NSView* view, NSString* keyPath, NSValue* from) const {
+void Motion::animate(NSView* view, NSString* keyPath, NSValue* from, NSValue* to) const {
     const auto animation = makeAnimation(animation_, keyPath);
     [animation.get() setFromValue:from];
+    if (to != nil) {
+        [animation.get() setToValue:to];
+    }
     [[view layer] addAnimation:animation.get() forKey:keyPath];
 }
 
@@ -53,17 +65,19 @@ void Motion::move(NSView* view, NSRect frame) const {
                                               bounds.size.height)]);
 }
 
-// The layers of views are anchored at a corner, so that a scale about the centre needs a shift.
 void Motion::scaleFrom(NSView* view, double scale) const {
-    if (scale == 1) {
-        return;
+    if (scale != 1) {
+        animate(view, @"transform.scale", [NSNumber numberWithDouble:scale]);
+        animate(view, @"position", scaledPosition(view, scale));
     }
-    const NSRect frame = [view frame];
-    const CGPoint position = [[view layer] position];
-    animate(view, @"transform.scale", [NSNumber numberWithDouble:scale]);
-    animate(view, @"position",
-            [NSValue valueWithPoint:NSMakePoint(position.x + frame.size.width * (1 - scale) / 2,
-                                                position.y + frame.size.height * (1 - scale) / 2)]);
+}
+
+void Motion::scaleTo(NSView* view, double scale) const {
+    if (scale != 1) {
+        animate(view, @"transform.scale", [NSNumber numberWithDouble:1],
+                [NSNumber numberWithDouble:scale]);
+        animate(view, @"position", scaledPosition(view, 1), scaledPosition(view, scale));
+    }
 }
 
 void Motion::enter(NSView* view, double scale) const {
@@ -75,9 +89,9 @@ void Motion::enter(NSView* view, double scale) const {
 }
 
 void Motion::leave(NSView* view, double scale, std::shared_ptr<Element> owner) const {
-    (void)scale;
     [view setAlphaValue:0];
     animate(view, @"opacity", [NSNumber numberWithDouble:1]);
+    scaleTo(view, scale);
     mainQueue_->asyncAfter(Seconds(duration()),
                            [owner = std::move(owner)]() mutable { owner.reset(); });
 }

@@ -127,6 +127,20 @@ class FormElement final : public Element {
 
     void arrange(Size size) override {
         const double width = [scrollView() contentSize].width;
+        arrangeRows(size, width);
+        // A scroller that takes room of its own may have come or gone with that.
+        if ([scrollView() contentSize].width != width) {
+            arrangeRows(size, [scrollView() contentSize].width);
+        }
+    }
+
+  private:
+    [[nodiscard]] NSScrollView* scrollView() const { return static_cast<NSScrollView*>(view()); }
+    [[nodiscard]] NSTextField* title(std::size_t index) const {
+        return static_cast<NSTextField*>(titles_[index].get());
+    }
+
+    void arrangeRows(Size size, double width) {
         std::vector<Card> cards;
         double y = formMargin;
         std::size_t row = 0;
@@ -143,12 +157,6 @@ class FormElement final : public Element {
             [document_.get() setFrameSize:whole];
         }
         showCards(std::move(cards));
-    }
-
-  private:
-    [[nodiscard]] NSScrollView* scrollView() const { return static_cast<NSScrollView*>(view()); }
-    [[nodiscard]] NSTextField* title(std::size_t index) const {
-        return static_cast<NSTextField*>(titles_[index].get());
     }
 
     double placeTitle(std::size_t index, double y, double width) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Application.h"
 #include "ui/Representable.h"
 
 #import <AppKit/AppKit.h>
@@ -11,6 +10,5 @@
 @interface PelistraWatchView : NSView {
   @public
     std::unique_ptr<pelistra::ui::EventView> target;
-    pelistra::Application* application;
 }
 @end

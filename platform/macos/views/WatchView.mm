@@ -1,22 +1,21 @@
 #include "platform/macos/views/WatchView.h"
 
+#include "platform/macos/AppKitApplication.h"
+
 @implementation PelistraWatchView
 
+// Whether it takes the event is the target's to say. The views around it ask only for points inside
+// of themselves, and it lies over one of them in full.
 - (NSView*)hitTest:(NSPoint)point {
     const NSPoint own = [self convertPoint:point fromView:[self superview]];
-    if (target == nullptr || !NSPointInRect(own, [self bounds])) {
-        return nil;
-    }
-    const bool takesEvent = target->hitTest({.x = own.x, .y = own.y}) != nullptr;
+    const bool takesEvent =
+        target != nullptr && target->hitTest({.x = own.x, .y = own.y}) != nullptr;
     return takesEvent ? self : nil;
 }
 
 // Not passed on, so that no context menu follows.
 - (void)rightMouseDown:(NSEvent*)event {
-    (void)event;
-    if (const auto current = application->currentEvent()) {
-        target->rightMouseDown(*current);
-    }
+    target->rightMouseDown(pelistra::appkit::eventOf(event));
 }
 
 - (void)rightMouseUp:(NSEvent*)event {

@@ -37,6 +37,7 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 - (void)dealloc {
     [keyPath_ release];
     [fromValue_ release];
+    [toValue_ release];
     [super dealloc];
 }
 - (NSString*)keyPath {
@@ -52,6 +53,15 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 }
 - (id)fromValue {
     return fromValue_;
+}
+- (void)setToValue:(id)toValue {
+    record(format("CABasicAnimation {} setToValue {}", [keyPath_ UTF8String],
+                  [[toValue description] UTF8String]));
+    [toValue_ release];
+    toValue_ = [toValue retain];
+}
+- (id)toValue {
+    return toValue_;
 }
 @end
 

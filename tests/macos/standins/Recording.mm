@@ -109,6 +109,12 @@ void terminate(id self, SEL selector, id sender) {
     record("NSApplication terminate:");
 }
 
+NSPoint mouseLocation(id self, SEL selector) {
+    (void)self;
+    (void)selector;
+    return world().pointer;
+}
+
 template <class Implementation>
 Implementation replace(Class inClass, SEL selector, Implementation replacement) {
     return replaceImplementation(class_getInstanceMethod(inClass, selector), replacement);
@@ -156,6 +162,8 @@ void installRecording() {
     installWindowRecording();
     Hook<20, void, BOOL>::install([NSApplication class], @selector(activateIgnoringOtherApps:));
     replace([NSApplication class], @selector(terminate:), &terminate);
+    replaceImplementation(class_getClassMethod([NSEvent class], @selector(mouseLocation)),
+                          &mouseLocation);
     addObserverOriginal =
         replace([NSNotificationCenter class],
                 @selector(addObserverForName:object:queue:usingBlock:), &addObserver);

@@ -278,6 +278,9 @@ void CGEventPostToPid(pid_t pid, CGEventRef event) {
     posted.pid = pid;
     record(format("CGEventPostToPid {} type={}", pid, posted.type));
     world().postedEvents.push_back(std::move(posted));
+    if (world().pointerMovesWithPosts) {
+        world().pointer.x += 1;
+    }
 }
 
 namespace pelistra::testing::standins {

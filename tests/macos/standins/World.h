@@ -91,6 +91,11 @@ struct World {
     bool captureFunctionExists = true;
     std::set<std::uint32_t> uncapturableWindows;
 
+    // Screen coordinates.
+    NSPoint pointer = NSMakePoint(400, 300);
+    // The user moves it while an event is being posted.
+    bool pointerMovesWithPosts = false;
+
     bool eventSourcesFail = false;
     std::set<std::uint32_t> failingEventTypes;
     std::vector<PostedEvent> postedEvents;

@@ -23,12 +23,15 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
 @interface CABasicAnimation : CAAnimation {
     NSString* keyPath_;
     id fromValue_;
+    id toValue_;
 }
 + (instancetype)animationWithKeyPath:(NSString*)path;
 - (NSString*)keyPath;
 - (void)setKeyPath:(NSString*)keyPath;
 - (void)setFromValue:(id)fromValue;
 - (id)fromValue;
+- (void)setToValue:(id)toValue;
+- (id)toValue;
 @end
 
 @interface CASpringAnimation : CABasicAnimation {
