@@ -172,6 +172,13 @@ TEST_F(RevealGeometryTest, AnItemAtOrRightOfItsTargetLeavesTheLength) {
               3024);
 }
 
+TEST_F(RevealGeometryTest, AFractionOfAPointCounts) {
+    const double length = RevealGeometry::temporaryDividerLength(itemAt(3.5), itemAt(900),
+                                                                 plainScreen(0, 1512), 3024);
+
+    EXPECT_EQ(length, 3023.5);
+}
+
 TEST_F(RevealGeometryTest, TheLengthNeverGoesBelowTheExpandedOne) {
     const double length = RevealGeometry::temporaryDividerLength(itemAt(-9000), itemAt(900),
                                                                  plainScreen(0, 1512), 3024);

@@ -116,6 +116,11 @@ TEST_F(StatusItemWindowsTest, AMissingMemberOfTheBoundsCountsAsZero) {
     list({partial});
 
     EXPECT_EQ(dividerFrame(), makeRect<GlobalSpace>(0, 0, 14, 0));
+
+    partial.bounds = WindowBounds{};
+    list({partial});
+
+    EXPECT_EQ(dividerFrame(), Rect{});
 }
 
 } // namespace
