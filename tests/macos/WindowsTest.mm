@@ -201,6 +201,24 @@ TEST_F(WindowsTest, TheGuideIsWalkedThroughAndCompleted) {
     EXPECT_EQ(recorded("NSWindowController close").size(), 1U);
 }
 
+TEST_F(WindowsTest, ReturnGoesOnInTheGuide) {
+    launchWith({"--show-onboarding"}, @"Welcome to Pelistra");
+    NSWindow* window = [onboarding() window];
+    NSEvent* returnKey = [NSEvent keyEventWithType:NSKeyDown
+                                          location:NSZeroPoint
+                                     modifierFlags:0
+                                         timestamp:0
+                                      windowNumber:[window windowNumber]
+                                           context:nil
+                                        characters:@"\r"
+                       charactersIgnoringModifiers:@"\r"
+                                         isARepeat:NO
+                                           keyCode:36];
+    EXPECT_TRUE([window performKeyEquivalent:returnKey]);
+    EXPECT_TRUE(runUntil(
+        [] { return textsIn(onboarding()).front() == "第 2 步，共 4 步  ·  认识分隔线"; }));
+}
+
 TEST_F(WindowsTest, ARefusalInTheGuideIsAnAlertThatIsShownOnce) {
     launchWith({"--show-onboarding"}, @"Welcome to Pelistra");
     press(onboarding(), "继续");

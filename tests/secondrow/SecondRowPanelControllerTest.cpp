@@ -116,6 +116,12 @@ TEST_F(SecondRowPanelControllerTest, AButtonWithoutAPlaceShowsNothing) {
     EXPECT_FALSE(controller_->panel().isVisible());
 }
 
+TEST_F(SecondRowPanelControllerTest, TheSmallestButtonHasAPlace) {
+    button_->frame = makeRect<ScreenSpace>(744, barBottom, 0.5, 0.5);
+    show();
+    EXPECT_TRUE(controller_->panel().isVisible());
+}
+
 TEST_F(SecondRowPanelControllerTest, NoButtonAtAllShowsNothing) {
     controller_->show(nullptr);
     EXPECT_FALSE(controller_->panel().isVisible());
