@@ -77,7 +77,7 @@ void append(std::string& text, char32_t character) {
 bool isUnwanted(char32_t character) {
     const bool control = character < 0x20 || (character >= 0x7F && character < 0xA0);
     const bool separator = character == 0x2028 || character == 0x2029;
-    const bool direction = (character >= 0x202A && character <= 0x202E) ||
+    const bool direction = character == 0x061C || (character >= 0x202A && character <= 0x202E) ||
                            (character >= 0x2066 && character <= 0x2069) || character == 0x200E ||
                            character == 0x200F;
     return control || separator || direction;

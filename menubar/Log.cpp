@@ -1,5 +1,7 @@
 #include "menubar/Log.h"
 
+#include "menubar/ForeignText.h"
+
 #include <cstdio>
 #include <string>
 
@@ -7,7 +9,8 @@ namespace pelistra::menubar {
 
 void log(std::string_view message) {
     std::string line = "pelistra-menubar: ";
-    line.append(message).push_back('\n');
+    // One line, whatever it quotes.
+    line.append(cleanText(message, message.size())).push_back('\n');
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

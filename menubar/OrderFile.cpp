@@ -10,8 +10,10 @@ namespace pelistra::menubar {
 
 namespace {
 
-// Far above what `OrderMemory::capacity` items with the longest identities need.
-constexpr std::size_t byteLimit = std::size_t{1024} * 1024;
+// Above what as many items as are remembered need: two texts of four bytes a character, an ordinal
+// and what stands between them.
+constexpr std::size_t mostBytesPerLine = 2 * 4 * identityCharacterLimit + 16;
+constexpr std::size_t byteLimit = (OrderMemory::capacity + 1) * mostBytesPerLine;
 
 std::filesystem::path absoluteFrom(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)

@@ -27,8 +27,9 @@ inline constexpr std::size_t identityCharacterLimit = 128;
 // run now included.
 class OrderMemory {
 public:
-    // More than this many are not remembered: the leftmost that do not run are forgotten first.
-    static constexpr std::size_t capacity = 512;
+    // More than this many are not remembered: the leftmost that do not run are forgotten first. All
+    // that can be in the bar at once fit.
+    static constexpr std::size_t capacity = 2'500;
 
     // The index among `present` (identities of the docked items, left to right) where an item
     // belongs. An item that is not remembered comes in at the left end, or, with a preferred

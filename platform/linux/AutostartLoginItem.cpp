@@ -109,39 +109,6 @@ fs::path ownProgram() {
     return program;
 }
 
-std::string quotedForExec(std::string_view argument) {
-    std::string result = "\"";
-    for (const char c : argument) {
-        switch (c) {
-        case '"':
-        case '`':
-        case '$':
-            // A backslash for the quotes, written as a value's backslash.
-            result += "\\\\";
-            result += c;
-            break;
-        case '\\':
-            result += "\\\\\\\\";
-            break;
-        case '%':
-            result += "%%";
-            break;
-        case '\n':
-            result += "\\n";
-            break;
-        case '\t':
-            result += "\\t";
-            break;
-        case '\r':
-            result += "\\r";
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result + "\"";
-}
-
 AutostartLoginItem::AutostartLoginItem(AutostartPlaces places, fs::path program)
     : places_(std::move(places)), program_(std::move(program)) {}
 

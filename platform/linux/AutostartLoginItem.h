@@ -31,9 +31,6 @@ struct AutostartPlaces {
 // The path of the running program; empty when the system does not say.
 [[nodiscard]] std::filesystem::path ownProgram();
 
-// An argument as the Exec key of a desktop entry has it.
-[[nodiscard]] std::string quotedForExec(std::string_view argument);
-
 // The registration as an XDG autostart entry. What others write there counts: an entry that is
 // hidden, masked or no entry at all is none, one that is switched off, meant for other desktops or
 // held back by the service manager is there but not enabled.

@@ -157,7 +157,15 @@ std::optional<DefaultsValue> DefaultsText::value(std::string_view key) const {
     return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
+bool DefaultsText::canHold(const DefaultsValue& value) {
+    const double* number = std::get_if<double>(&value);
+    return number == nullptr || std::isfinite(*number);
+}
+
 void DefaultsText::setValue(std::string_view key, const DefaultsValue& value) {
+    if (!canHold(value)) {
+        return;
+    }
     std::string line = quoted(key) + " = " + literalOf(value);
     values_.insert_or_assign(std::string(key), value);
     if (const auto found = lineOfKey_.find(key); found != lineOfKey_.end()) {

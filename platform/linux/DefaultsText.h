@@ -29,7 +29,9 @@ public:
     explicit DefaultsText(std::string_view text);
 
     [[nodiscard]] std::optional<DefaultsValue> value(std::string_view key) const;
-    // Replaces the value in its line, or adds a line.
+    // Whether there is a way to write the value: there is none for a number that is not finite.
+    [[nodiscard]] static bool canHold(const DefaultsValue& value);
+    // Replaces the value in its line, or adds a line. What cannot be held is ignored.
     void setValue(std::string_view key, const DefaultsValue& value);
 
     [[nodiscard]] std::string text() const;

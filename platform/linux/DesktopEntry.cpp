@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace pelistra::desktop {
 
@@ -110,6 +111,13 @@ std::string localised(const Keys& keys, const std::string& key,
     return valueOf(keys, key);
 }
 
+// A file by its whole path or a name in a theme. Anything else would lead through folders that
+// nobody has named, or is no name at all.
+std::string usableIcon(std::string icon) {
+    const bool isPlace = icon.starts_with('/') || icon.find('/') == std::string::npos;
+    return isPlace && presentableText(icon, icon.size()) == icon ? std::move(icon) : std::string();
+}
+
 // The texts of a list, which ends each of them with a semicolon.
 std::vector<std::string> listOf(const Keys& keys, std::string_view key) {
     std::vector<std::string> texts;
@@ -197,12 +205,21 @@ std::optional<std::string> expanded(const std::string& text, const DesktopEntry&
     return result;
 }
 
+std::string withSinglePercents(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        result += text[i];
+        i += text.substr(i).starts_with("%%") ? 1 : 0;
+    }
+    return result;
+}
+
 // Appends what an argument becomes; false when it breaks the rules.
 bool append(std::vector<std::string>& command, const Argument& argument,
             const DesktopEntry& entry) {
     if (argument.wasQuoted) {
-        // Field codes have no meaning inside quotes.
-        command.push_back(argument.text);
+        // Field codes have no meaning inside quotes, but a percent sign is doubled there too.
+        command.push_back(withSinglePercents(argument.text));
         return true;
     }
     if (argument.text == "%i") {
@@ -243,11 +260,15 @@ std::vector<std::string> localeKeys(std::string_view locale) {
 
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
                                               const std::vector<std::string>& locales) {
+    if (text.find('\0') != std::string_view::npos) {
+        // No text. What is read of it and what is executed could be two things.
+        return std::nullopt;
+    }
     const Keys keys = keysOfEntry(text);
     const auto isTrue = [&](std::string_view key) { return valueOf(keys, key) == "true"; };
     DesktopEntry entry;
     entry.name = presentableText(localised(keys, "Name", locales));
-    entry.icon = localised(keys, "Icon", locales);
+    entry.icon = usableIcon(localised(keys, "Icon", locales));
     entry.exec = valueOf(keys, "Exec");
     entry.tryExec = valueOf(keys, "TryExec");
     entry.workingFolder = valueOf(keys, "Path");
@@ -280,6 +301,39 @@ std::vector<std::string> commandOf(const DesktopEntry& entry) {
     const bool hasProgram = !command.empty() && !command.front().empty() &&
                             command.front().find('=') == std::string::npos;
     return hasProgram ? command : std::vector<std::string>{};
+}
+
+std::string quotedForExec(std::string_view argument) {
+    std::string result = "\"";
+    for (const char c : argument) {
+        switch (c) {
+        case '"':
+        case '`':
+        case '$':
+            // A backslash for the quotes, written as a value's backslash.
+            result += "\\\\";
+            result += c;
+            break;
+        case '\\':
+            result += "\\\\\\\\";
+            break;
+        case '%':
+            result += "%%";
+            break;
+        case '\n':
+            result += "\\n";
+            break;
+        case '\t':
+            result += "\\t";
+            break;
+        case '\r':
+            result += "\\r";
+            break;
+        default:
+            result += c;
+        }
+    }
+    return result + "\"";
 }
 
 std::string programOf(const DesktopEntry& entry) {

@@ -16,6 +16,7 @@ struct DesktopEntry {
     std::filesystem::path file;
     // In the user's language where the entry has it; presentable.
     std::string name;
+    // A file by its whole path or a name in an icon theme; empty when it is neither.
     std::string icon;
     std::string exec;
     std::string tryExec;
@@ -44,7 +45,7 @@ inline constexpr std::size_t desktopEntryByteLimit = 256 * 1024;
 
 // Reads the text of a desktop entry. Lines that are none, keys with broken names and other groups
 // are passed over; of a key that comes twice the first counts. Empty when the text describes no
-// application: another Type, or no Name.
+// application: another Type, or no Name, or a zero byte somewhere.
 [[nodiscard]] std::optional<DesktopEntry>
 parseDesktopEntry(std::string_view text, const std::vector<std::string>& locales);
 
@@ -52,6 +53,10 @@ parseDesktopEntry(std::string_view text, const std::vector<std::string>& locales
 // replaced or dropped. Empty when Exec is missing or breaks the rules (an open quote, an unknown
 // field code, no program).
 [[nodiscard]] std::vector<std::string> commandOf(const DesktopEntry& entry);
+
+// An argument as the Exec key of a desktop entry has it, quoted and escaped: commandOf() gives it
+// back.
+[[nodiscard]] std::string quotedForExec(std::string_view argument);
 
 // The program of Exec alone, without its folder; empty when there is none.
 [[nodiscard]] std::string programOf(const DesktopEntry& entry);

@@ -108,7 +108,7 @@ std::optional<DefaultsValue> FileUserDefaults::value(std::string_view key) const
 }
 
 void FileUserDefaults::set(std::string_view key, const DefaultsValue& value) {
-    if (text_.value(key) == value) {
+    if (!DefaultsText::canHold(value) || text_.value(key) == value) {
         return;
     }
     text_.setValue(key, value);

@@ -7,8 +7,9 @@
 
 namespace pelistra::desktop {
 
-// The text with every control character (line breaks, escapes, C1 controls as UTF-8) replaced by a
-// space, so that a foreign text can neither start a line of its own nor steer a terminal.
+// The text in valid UTF-8 with every control character (line breaks, escapes, C1 controls) replaced
+// by a space, so that a foreign text can neither start a line of its own nor steer a terminal, nor
+// turn the direction of what is written behind it.
 [[nodiscard]] std::string withoutControlCharacters(std::string_view text);
 
 // One line for standard error, its line break included: "pelistra: [category] message", with the

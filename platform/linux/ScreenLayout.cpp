@@ -128,6 +128,23 @@ std::optional<double> dpiIn(std::string_view resources) {
                                                                    : std::nullopt;
 }
 
+std::optional<RootRect> rootRectIn(std::span<const std::uint32_t> words) {
+    constexpr std::size_t rectWords = 4;
+    // Far more than the 16 bits of a coordinate, and far less than what overflows when added up.
+    constexpr std::int32_t mostOfCoordinate = 1 << 20;
+    const auto isPlace = [](std::uint32_t word) {
+        const auto value = static_cast<std::int32_t>(word);
+        return value >= -mostOfCoordinate && value <= mostOfCoordinate;
+    };
+    if (words.size() != rectWords || !std::ranges::all_of(words, isPlace)) {
+        return std::nullopt;
+    }
+    return RootRect{.x = static_cast<std::int32_t>(words[0]),
+                    .y = static_cast<std::int32_t>(words[1]),
+                    .width = static_cast<std::int32_t>(words[2]),
+                    .height = static_cast<std::int32_t>(words[3])};
+}
+
 std::optional<double> scaleIn(std::span<const std::uint32_t> words) {
     constexpr std::uint32_t least = 50;
     constexpr std::uint32_t most = 800;

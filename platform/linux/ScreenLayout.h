@@ -46,6 +46,10 @@ struct ScreenFacts {
 // sensible density (24 to 960).
 [[nodiscard]] std::optional<double> dpiIn(std::string_view resources);
 
+// The rectangle that four words of a property describe: x, y, width and height in root pixels.
+// Empty for another number of words, and for numbers that no place on an X screen has.
+[[nodiscard]] std::optional<RootRect> rootRectIn(std::span<const std::uint32_t> words);
+
 // The scale in _PELISTRA_MENUBAR_SCALE (hundredths); empty when it is outside 0.5 to 8.
 [[nodiscard]] std::optional<double> scaleIn(std::span<const std::uint32_t> words);
 

@@ -5,6 +5,7 @@
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -33,13 +34,6 @@ std::optional<QColor> foregroundIn(const Words& colors) {
     }
     return QColor(static_cast<int>(colors[0] >> toByte), static_cast<int>(colors[1] >> toByte),
                   static_cast<int>(colors[2] >> toByte));
-}
-
-RootRect rectIn(const Words& words, std::size_t first) {
-    return {.x = static_cast<std::int32_t>(words[first]),
-            .y = static_cast<std::int32_t>(words[first + 1]),
-            .width = static_cast<std::int32_t>(words[first + 2]),
-            .height = static_cast<std::int32_t>(words[first + 3])};
 }
 
 } // namespace
@@ -188,7 +182,11 @@ Tray TrayHost::describe(xcb_window_t owner) const {
     tray.scale = scaleIn(wordsOf(connection_, scale));
     constexpr std::size_t rectWords = 4;
     if (const auto words = wordsOf(connection_, areas); words.size() == 2 * rectWords) {
-        tray.auxiliaryAreas = {rectIn(words, 0), rectIn(words, rectWords)};
+        const auto left = rootRectIn(std::span(words).first(rectWords));
+        const auto right = rootRectIn(std::span(words).last(rectWords));
+        if (left && right) {
+            tray.auxiliaryAreas = {*left, *right};
+        }
     }
     if (tray.barWindow != XCB_WINDOW_NONE) {
         describeBar(tray);

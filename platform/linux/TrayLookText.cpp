@@ -93,18 +93,19 @@ bool isReordering(char32_t character) {
            (character >= 0x2066 && character <= 0x2069);
 }
 
-bool isPlain(std::string_view text) {
-    return text.size() <= presentableTextByteLimit &&
-           std::ranges::all_of(text, [](char c) { return c >= ' ' && c != '\x7F'; });
+// Whether it can be handed on as it is. Plain char has a sign or none.
+bool isPlain(std::string_view text, std::size_t byteLimit) {
+    return text.size() <= byteLimit &&
+           std::ranges::all_of(text, [](char c) { return c >= ' ' && c < '\x7F'; });
 }
 
 // Appends a character in presentable form; false when the text is full.
-bool append(std::string& text, char32_t character) {
+bool append(std::string& text, char32_t character, std::size_t byteLimit) {
     if (isReordering(character)) {
         return true;
     }
     const std::string bytes = isControl(character) ? " " : encode(character);
-    if (text.size() + bytes.size() > presentableTextByteLimit) {
+    if (bytes.size() > byteLimit - text.size()) {
         return false;
     }
     text += bytes;
@@ -113,14 +114,14 @@ bool append(std::string& text, char32_t character) {
 
 } // namespace
 
-std::string presentableText(std::string_view utf8) {
-    if (isPlain(utf8)) {
+std::string presentableText(std::string_view utf8, std::size_t byteLimit) {
+    if (isPlain(utf8, byteLimit)) {
         return std::string(utf8);
     }
     std::string result;
     while (!utf8.empty()) {
         const Decoded next = decode(utf8);
-        if (!append(result, next.character)) {
+        if (!append(result, next.character, byteLimit)) {
             break;
         }
         utf8.remove_prefix(next.length);
@@ -131,7 +132,7 @@ std::string presentableText(std::string_view utf8) {
 std::string presentableLatin1(std::string_view latin1) {
     std::string result;
     for (const char byte : latin1) {
-        if (!append(result, static_cast<unsigned char>(byte))) {
+        if (!append(result, static_cast<unsigned char>(byte), presentableTextByteLimit)) {
             break;
         }
     }

@@ -77,7 +77,7 @@ std::optional<X11ScreenCapture::Source> X11ScreenCapture::describe(WindowId wind
     const auto tree = replies_.take<xcb_query_tree_reply_t>(treeRequest);
     if (!geometry || !attributes || !tree || attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT ||
         attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
-        int{geometry->width} * int{geometry->height} > mostPixels ||
+        std::uint32_t{geometry->width} * geometry->height > mostPixels ||
         (geometry->depth != depthWithAlpha && geometry->depth != depthWithoutAlpha)) {
         return std::nullopt;
     }

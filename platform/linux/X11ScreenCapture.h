@@ -23,7 +23,7 @@ public:
     // How long one picture may take altogether.
     static constexpr std::chrono::milliseconds patience{500};
     // A window of more pixels than this is no icon; taking its picture would only cost memory.
-    static constexpr int mostPixels = 1 << 22;
+    static constexpr std::uint32_t mostPixels = 1U << 22U;
 
     // The connection must outlive this object, and nobody else waits on it meanwhile.
     explicit X11ScreenCapture(const x11::Connection& connection);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 #include <xcb/randr.h>
@@ -122,11 +123,7 @@ std::optional<RootRect> XcbScreens::workArea() const {
     if (areas.size() / rectWords <= desktop) {
         return std::nullopt;
     }
-    const auto* words = areas.data() + desktop * rectWords;
-    return RootRect{.x = static_cast<std::int32_t>(words[0]),
-                    .y = static_cast<std::int32_t>(words[1]),
-                    .width = static_cast<std::int32_t>(words[2]),
-                    .height = static_cast<std::int32_t>(words[3])};
+    return rootRectIn(std::span(areas).subspan(desktop * rectWords, rectWords));
 }
 
 std::optional<ScreenPoint> XcbScreens::focusedPoint() const {

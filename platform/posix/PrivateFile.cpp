@@ -36,18 +36,36 @@ private:
     int value_;
 };
 
+void syncFolder(const std::filesystem::path& folder) {
+    const Descriptor directory(
+        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (directory.isOpen()) {
+        ::fsync(directory.get());
+    }
+}
+
+// Makes one folder, its entry in the folder above synced.
+int makeFolder(const std::filesystem::path& folder) {
+    if (::mkdir(folder.c_str(), privateFolder) != 0) {
+        return errno;
+    }
+    syncFolder(folder.parent_path());
+    return 0;
+}
+
 // Makes the folder and its missing parents.
 int makeFolders(const std::filesystem::path& folder) {
-    if (folder.empty() || ::mkdir(folder.c_str(), privateFolder) == 0) {
+    if (folder.empty()) {
         return 0;
     }
-    if (errno == ENOENT && folder.has_parent_path() && folder.parent_path() != folder) {
-        if (const int error = makeFolders(folder.parent_path()); error != 0) {
-            return error;
+    int error = makeFolder(folder);
+    if (error == ENOENT && folder.has_parent_path() && folder.parent_path() != folder) {
+        error = makeFolders(folder.parent_path());
+        if (error == 0) {
+            error = makeFolder(folder);
         }
-        return ::mkdir(folder.c_str(), privateFolder) == 0 || errno == EEXIST ? 0 : errno;
     }
-    return errno == EEXIST ? 0 : errno;
+    return error == EEXIST ? 0 : error;
 }
 
 int writeAll(int descriptor, std::string_view content) {
@@ -62,14 +80,6 @@ int writeAll(int descriptor, std::string_view content) {
         content.remove_prefix(static_cast<std::size_t>(written));
     }
     return ::fsync(descriptor) == 0 ? 0 : errno;
-}
-
-void syncFolder(const std::filesystem::path& folder) {
-    const Descriptor directory(
-        ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (directory.isOpen()) {
-        ::fsync(directory.get());
-    }
 }
 
 } // namespace

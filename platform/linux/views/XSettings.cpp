@@ -1,5 +1,7 @@
 #include "platform/linux/views/XSettings.h"
 
+#include "platform/linux/TrayLookText.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -113,7 +115,7 @@ void applyFont(const std::string& font, Look& look) {
             size = 0;
         }
     }
-    look.fontFamily = size > 0 ? font.substr(0, space) : font;
+    look.fontFamily = presentableText(size > 0 ? font.substr(0, space) : font);
     if (!look.fontFamily.empty() && look.fontFamily.back() == ',') {
         look.fontFamily.pop_back();
     }

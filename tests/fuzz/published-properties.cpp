@@ -1,0 +1,92 @@
+// What the tray and the window manager publish on windows that every client may write to: scale,
+// strut, areas beside the camera housing, work area, resource database. Input: words, then the text
+// of the database.
+
+#include "menubar/Metrics.h"
+#include "menubar/Options.h"
+#include "platform/linux/ScreenLayout.h"
+#include "tests/fuzz/Check.h"
+
+#include <cmath>
+
+namespace pelistra::fuzz {
+namespace {
+
+std::vector<std::uint32_t> takeWords(Input& input, std::size_t count) {
+    std::vector<std::uint32_t> words(count);
+    for (std::uint32_t& word : words) {
+        word = input.word();
+    }
+    return words;
+}
+
+bool lies(const ScreenRect& part, const ScreenRect& whole) {
+    constexpr double tolerance = 1e-6;
+    return part.width() >= 0 && part.height() >= 0 && part.minX() >= whole.minX() - tolerance &&
+           part.minY() >= whole.minY() - tolerance && part.maxX() <= whole.maxX() + tolerance &&
+           part.maxY() <= whole.maxY() + tolerance;
+}
+
+// RandR's own numbers have 16 bits; what is on top of them comes from properties.
+desktop::ScreenFacts takeFacts(Input& input) {
+    const auto coordinate = [&] { return static_cast<std::int16_t>(input.word()); };
+    const auto size = [&] { return static_cast<std::uint16_t>(input.word()); };
+    desktop::ScreenFacts facts;
+    facts.root = {.x = 0, .y = 0, .width = size(), .height = size()};
+    const std::size_t monitors = input.byte() % 4;
+    for (std::size_t i = 0; i < monitors; ++i) {
+        const int x = coordinate();
+        const int y = coordinate();
+        facts.monitors.push_back(
+            {.frame = {.x = x, .y = y, .width = size(), .height = size()}, .isPrimary = i == 1});
+    }
+    facts.scale = desktop::scaleIn(takeWords(input, 1)).value_or(1);
+    check(facts.scale >= 0.5 && facts.scale <= 8);
+    if (input.byte() % 2 == 0) {
+        desktop::Strut& strut = facts.barStrut.emplace();
+        for (std::uint32_t& word : strut) {
+            word = input.word();
+        }
+    }
+    facts.workArea = desktop::rootRectIn(takeWords(input, 4));
+    const auto left = desktop::rootRectIn(takeWords(input, 4));
+    const auto right = desktop::rootRectIn(takeWords(input, 4));
+    if (left && right) {
+        facts.auxiliaryAreas = {*left, *right};
+    }
+    return facts;
+}
+
+void checkScreens(const desktop::ScreenFacts& facts) {
+    for (const Screen& screen : desktop::screensFrom(facts)) {
+        check(screen.frame.width() > 0 && screen.frame.height() > 0);
+        check(lies(screen.visibleFrame, screen.frame));
+        check(screen.visibleFrame.width() > 0 && screen.visibleFrame.height() > 0);
+        for (const auto& area : {screen.auxiliaryTopLeftArea, screen.auxiliaryTopRightArea}) {
+            check(!area || lies(*area, screen.frame));
+        }
+        check(screen.auxiliaryTopLeftArea.has_value() == screen.auxiliaryTopRightArea.has_value());
+    }
+}
+
+void checkResources(const std::string& text) {
+    const auto dpi = desktop::dpiIn(text);
+    check(!dpi || (*dpi >= 24 && *dpi <= 960));
+    const double scale = menubar::scaleFromResources(text);
+    check(scale >= menubar::leastScale && scale <= menubar::greatestScale);
+    // Where both believe the number, they understand the same.
+    constexpr double wholeResolution = 96;
+    check(!dpi || *dpi / wholeResolution < menubar::leastScale ||
+          *dpi / wholeResolution > menubar::greatestScale ||
+          std::abs(*dpi / wholeResolution - scale) < 1e-9);
+}
+
+} // namespace
+} // namespace pelistra::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    pelistra::fuzz::Input input(data, size);
+    pelistra::fuzz::checkScreens(pelistra::fuzz::takeFacts(input));
+    pelistra::fuzz::checkResources(input.restAsText());
+    return 0;
+}

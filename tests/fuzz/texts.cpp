@@ -1,0 +1,60 @@
+// Titles and names that other programs chose, on their way to the screen and to the log.
+
+#include "menubar/ForeignText.h"
+#include "platform/linux/LogLine.h"
+#include "platform/linux/TrayLookText.h"
+#include "tests/fuzz/Check.h"
+
+namespace pelistra::fuzz {
+namespace {
+
+constexpr std::size_t characterLimit = 64;
+
+void checkOrganiser(const std::string& text) {
+    const std::string shown = desktop::presentableText(text);
+    check(isClean(shown));
+    check(shown.size() <= desktop::presentableTextByteLimit);
+    check(desktop::presentableText(shown) == shown);
+    check(!isClean(text) || text.size() > desktop::presentableTextByteLimit || shown == text);
+
+    const std::string latin = desktop::presentableLatin1(text);
+    check(isClean(latin));
+    check(latin.size() <= desktop::presentableTextByteLimit);
+    check(desktop::presentableText(latin) == latin);
+}
+
+void checkBar(const std::string& text) {
+    const std::string shown = menubar::cleanText(text, characterLimit);
+    check(isClean(shown));
+    check(cleanLength(shown) <= static_cast<long>(characterLimit));
+    check(menubar::cleanText(shown, characterLimit) == shown);
+    check(!isClean(text) || cleanLength(text) > static_cast<long>(characterLimit) || shown == text);
+
+    const std::string latin = menubar::cleanLatinText(text, characterLimit);
+    check(isClean(latin));
+    check(cleanLength(latin) <= static_cast<long>(characterLimit));
+}
+
+// Whatever is logged is one line.
+void checkLog(const std::string& text) {
+    const std::string category = text.substr(0, text.size() / 2);
+    for (const LogLevel level : {LogLevel::Info, LogLevel::Error, LogLevel::Fault}) {
+        const std::string line = desktop::logLine(category, level, text);
+        check(line.starts_with("pelistra: ["));
+        check(line.ends_with('\n'));
+        check(isClean(std::string_view(line).substr(0, line.size() - 1)));
+    }
+    const std::string harmless = desktop::withoutControlCharacters(text);
+    check(!isClean(text) || harmless == text);
+}
+
+} // namespace
+} // namespace pelistra::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string text = pelistra::fuzz::Input(data, size).restAsText();
+    pelistra::fuzz::checkOrganiser(text);
+    pelistra::fuzz::checkBar(text);
+    pelistra::fuzz::checkLog(text);
+    return 0;
+}

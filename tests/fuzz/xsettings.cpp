@@ -1,0 +1,110 @@
+// The settings that whoever owns the settings selection publishes: read by the bar for its theme,
+// by the organiser for its look. Input: the bytes of the property; they also are taken as the
+// settings that a proper manager would publish.
+
+#include "menubar/XSettings.h"
+#include "menubar/Theme.h"
+#include "platform/linux/views/XSettings.h"
+#include "tests/fuzz/Check.h"
+
+#include <map>
+#include <vector>
+
+namespace pelistra::fuzz {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+void putNumber(Bytes& bytes, std::uint32_t value, std::size_t size, bool bigEndian) {
+    for (std::size_t i = 0; i < size; ++i) {
+        const std::size_t place = bigEndian ? size - 1 - i : i;
+        bytes.push_back(static_cast<std::uint8_t>(value >> (8 * place)));
+    }
+}
+
+void putText(Bytes& bytes, const std::string& text) {
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    bytes.resize((bytes.size() + 3) / 4 * 4);
+}
+
+// What a manager publishes, with a colour and a number between the texts.
+Bytes published(const std::map<std::string, std::string>& texts, bool bigEndian) {
+    constexpr std::uint32_t serial = 9;
+    Bytes bytes{static_cast<std::uint8_t>(bigEndian ? 1 : 0), 0, 0, 0};
+    putNumber(bytes, serial, 4, bigEndian);
+    putNumber(bytes, static_cast<std::uint32_t>(texts.size()) + 2, 4, bigEndian);
+    const auto putHead = [&](std::uint8_t type, const std::string& name) {
+        bytes.push_back(type);
+        bytes.push_back(0);
+        putNumber(bytes, static_cast<std::uint32_t>(name.size()), 2, bigEndian);
+        putText(bytes, name);
+        putNumber(bytes, serial, 4, bigEndian);
+    };
+    putHead(2, "Color");
+    bytes.resize(bytes.size() + 8);
+    putHead(0, "Number");
+    putNumber(bytes, 0xFFFFFFFE, 4, bigEndian);
+    for (const auto& [name, text] : texts) {
+        putHead(1, name);
+        putNumber(bytes, static_cast<std::uint32_t>(text.size()), 4, bigEndian);
+        putText(bytes, text);
+    }
+    return bytes;
+}
+
+void checkLook(const desktop::XSettings& settings) {
+    const desktop::Look look = desktop::lookOf(settings);
+    check(look.bodySize >= 11 && look.bodySize <= 22);
+    check(isClean(look.fontFamily));
+    const auto theme = settings.find("Net/ThemeName");
+    const auto* name = theme == settings.end() ? nullptr : std::get_if<std::string>(&theme->second);
+    check(look.isDark == (name != nullptr && menubar::isDarkThemeName(*name)));
+}
+
+void checkForeign(const Bytes& bytes) {
+    const desktop::XSettings settings = desktop::parseXSettings(bytes);
+    std::size_t total = 0;
+    for (const auto& [name, value] : settings) {
+        const auto* text = std::get_if<std::string>(&value);
+        total += name.size() + (text == nullptr ? sizeof(std::int32_t) : text->size());
+        const auto seenByBar = menubar::findTextSetting(bytes, name);
+        check(!seenByBar || seenByBar->size() <= bytes.size());
+    }
+    check(total <= bytes.size());
+    checkLook(settings);
+    (void)menubar::findTextSetting(bytes, "Net/ThemeName");
+}
+
+void checkRoundTrip(Input input) {
+    std::map<std::string, std::string> texts;
+    while (!input.isEmpty()) {
+        const std::uint8_t nameLength = input.byte();
+        const std::uint8_t textLength = input.byte();
+        std::string name = "N" + input.text(nameLength % 16);
+        texts[std::move(name)] = input.text(textLength);
+    }
+    texts.erase("Number");
+    texts["Net/ThemeName"] = "Adwaita";
+    for (const bool bigEndian : {false, true}) {
+        const Bytes bytes = published(texts, bigEndian);
+        const desktop::XSettings settings = desktop::parseXSettings(bytes);
+        check(settings.size() == texts.size() + 1);
+        check(std::get<std::int32_t>(settings.at("Number")) == -2);
+        for (const auto& [name, text] : texts) {
+            check(std::get<std::string>(settings.at(name)) == text);
+            check(menubar::findTextSetting(bytes, name) == text);
+        }
+        check(!menubar::findTextSetting(bytes, "Color"));
+        check(!menubar::findTextSetting(bytes, "Number"));
+        checkLook(settings);
+    }
+}
+
+} // namespace
+} // namespace pelistra::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    pelistra::fuzz::checkForeign({data, data + size});
+    pelistra::fuzz::checkRoundTrip({data, size});
+    return 0;
+}
