@@ -4,6 +4,7 @@
 #include "menubar/OrderMemory.h"
 #include "menubar/Retrieval.h"
 #include "menubar/SizeWish.h"
+#include "menubar/Straying.h"
 #include "menubar/XResource.h"
 
 #include <cstdint>
@@ -47,6 +48,8 @@ struct DockedItem {
     // What the events of one batch left to be done.
     bool hintsStale = false;
     bool embedInfoStale = false;
+    // It moved or resized itself, and has to be put back.
+    bool strayed = false;
     // It asked for a size and has to be told what it has, whether that changed or not.
     bool replyDue = false;
 
@@ -55,8 +58,12 @@ struct DockedItem {
     std::uint32_t firstSequence = 0;
     // The request that moves it into its container, to know its failure by.
     std::uint32_t reparentSequence = 0;
+    // The last request that gave it its place in its container: what the server tells of its place
+    // before that is out of date.
+    std::uint32_t placeSequence = 0;
     // It has asked to be docked while it was taken for docked.
     bool askedAgain = false;
+    Straying straying;
     // Goes with the window when it has to be docked again.
     Retrieval retrieval;
 

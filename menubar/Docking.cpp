@@ -1,6 +1,7 @@
 #include "menubar/Docking.h"
 
-#include "menubar/ForeignText.h"
+#include "menubar/ItemNames.h"
+#include "menubar/Sequence.h"
 #include "menubar/XEmbed.h"
 #include "platform/x11/Properties.h"
 
@@ -15,6 +16,9 @@
 namespace pelistra::menubar {
 
 namespace {
+
+// The place of everything in the bar is kept.
+static_assert(OrderMemory::capacity >= Docking::itemLimit);
 
 std::vector<std::uint32_t> wordsOf(const std::optional<x11::PropertyValue>& value) {
     return value ? value->words() : std::vector<std::uint32_t>{};
@@ -41,11 +45,6 @@ WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSi
         XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
         values.data());
     return container;
-}
-
-// Whether a request was sent with the other or after it; the numbers wrap around.
-bool isSince(std::uint32_t sequence, std::uint32_t other) {
-    return static_cast<std::int32_t>(sequence - other) >= 0;
 }
 
 // Takes a window out of the hands of a window manager that manages it, or is about to because it
@@ -101,26 +100,11 @@ struct Docking::Arrival {
           geometry(xcb_get_geometry_reply(server.xcb(), question.geometry, nullptr)),
           embedInfo(readXEmbedInfo(wordsOf(readProperty(server.connection(), question.embedInfo)))),
           hints(sizeFromHints(wordsOf(readProperty(server.connection(), question.hints)))) {
-        readNames(readProperty(server.connection(), question.windowClass),
-                  readProperty(server.connection(), question.name));
+        const auto windowClass = readProperty(server.connection(), question.windowClass);
+        names = namesOf(windowClass, readProperty(server.connection(), question.name));
         const auto words = wordsOf(readProperty(server.connection(), question.preferred));
         if (!words.empty()) {
             preferred = words.front();
-        }
-    }
-
-    void readNames(const std::optional<x11::PropertyValue>& windowClass,
-                   const std::optional<x11::PropertyValue>& name) {
-        const std::vector<std::string> parts =
-            windowClass ? windowClass->texts() : std::vector<std::string>{};
-        if (!parts.empty()) {
-            instance = cleanText(parts[0], identityCharacterLimit);
-        }
-        if (parts.size() > 1) {
-            className = cleanText(parts[1], identityCharacterLimit);
-        }
-        if (instance.empty() && className.empty() && name) {
-            instance = cleanText(name->text(), identityCharacterLimit);
         }
     }
 
@@ -131,8 +115,7 @@ struct Docking::Arrival {
     x11::Owned<xcb_get_geometry_reply_t> geometry;
     XEmbedInfo embedInfo;
     std::optional<PixelSize> hints;
-    std::string instance;
-    std::string className;
+    ItemNames names;
     std::optional<std::uint32_t> preferred;
 };
 
@@ -142,7 +125,8 @@ void Docking::request(xcb_window_t client) {
         return;
     }
     const bool known = std::ranges::find(requested_, client, &Request::client) != requested_.end();
-    if (!known && client != XCB_NONE && client != bar_ && client != server_->root()) {
+    // Neither the root nor a window of the bar itself, a container for one.
+    if (!known && client != server_->root() && !server_->isOfOneClient(client, bar_)) {
         requested_.push_back({.client = client, .retrieval = Retrieval()});
     }
 }
@@ -191,9 +175,10 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
     item->xembedVersion = arrival.embedInfo.version;
     item->wish.exact = arrival.preferred.has_value();
     item->noteHints(arrival.hints);
-    item->identity = {.instance = arrival.instance,
-                      .className = arrival.className,
-                      .ordinal = items_->freeOrdinal(arrival.instance, arrival.className)};
+    const ItemNames& names = arrival.names;
+    item->identity = {.instance = names.instance,
+                      .className = names.className,
+                      .ordinal = items_->freeOrdinal(names.instance, names.className)};
     const PixelSize size{.width = grantedWidth(item->wish, metrics), .height = metrics.barHeight()};
     item->x = -size.width;
     item->width = size.width;
@@ -216,10 +201,12 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
         xcb_reparent_window(x, item->client, item->container.id(), 0, 0).sequence;
     const std::array<std::uint32_t, 5> place{0, 0, static_cast<std::uint32_t>(size.width),
                                              static_cast<std::uint32_t>(size.height), 0};
-    xcb_configure_window(x, item->client,
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                             XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_BORDER_WIDTH,
-                         place.data());
+    item->placeSequence =
+        xcb_configure_window(x, item->client,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_BORDER_WIDTH,
+                             place.data())
+            .sequence;
     item->picture =
         ItemPicture(*server_, item->client, server_->formatOf(arrival.attributes->visual));
     sendEmbeddedNotify(server_->connection(), server_->atom(Atom::XEmbed), item->client,

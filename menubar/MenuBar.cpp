@@ -1,7 +1,9 @@
 #include "menubar/MenuBar.h"
 
+#include "menubar/DockRequest.h"
 #include "menubar/Drag.h"
 #include "menubar/Log.h"
+#include "menubar/Sequence.h"
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
@@ -28,7 +30,6 @@ constexpr double dragThresholdInPoints = 3;
 constexpr double housingMarginInPoints = 4;
 // X keeps coordinates in 16 bits.
 constexpr int leastX = INT16_MIN + 1;
-constexpr std::uint32_t dockRequest = 0;
 
 template <class Event>
 Event& mutableEventAs(xcb_generic_event_t& event) {
@@ -134,9 +135,7 @@ void MenuBar::handle(xcb_generic_event_t& event) {
         }
         break;
     case XCB_CONFIGURE_NOTIFY:
-        if (x11::eventAs<xcb_configure_notify_event_t>(event).window == server_->root()) {
-            monitorsStale_ = true;
-        }
+        handleConfigured(x11::eventAs<xcb_configure_notify_event_t>(event), event.full_sequence);
         break;
     case XCB_EXPOSE:
         painter_.expose();
@@ -169,10 +168,9 @@ void MenuBar::handle(xcb_generic_event_t& event) {
 void MenuBar::handleClientMessage(const xcb_client_message_event_t& event) {
     if (settings_.isManagerMessage(event)) {
         settingsStale_ = true;
-    } else if (event.window == tray_->owner() && event.format == 32 &&
-               event.type == server_->atom(Atom::NetSystemTrayOpcode) &&
-               event.data.data32[1] == dockRequest) {
-        docking_.request(event.data.data32[2]);
+    } else if (const auto client =
+                   requestedDock(event, tray_->owner(), server_->atom(Atom::NetSystemTrayOpcode))) {
+        docking_.request(*client);
     }
 }
 
@@ -212,6 +210,30 @@ void MenuBar::handleConfigureRequest(const xcb_configure_request_event_t& event)
     if (sized) {
         item->wish.source = WishSource::ResizeRequest;
         item->wish.size = wanted;
+    }
+}
+
+void MenuBar::handleConfigured(const xcb_configure_notify_event_t& event, std::uint32_t sequence) {
+    if (event.window == server_->root()) {
+        monitorsStale_ = true;
+        return;
+    }
+    DockedItem* item = items_.find(event.window);
+    if (item == nullptr || event.event != item->container.id() ||
+        !isSince(sequence, item->placeSequence)) {
+        return;
+    }
+    // A window with override-redirect need not ask: it changed its size by itself.
+    const PixelSize size{.width = event.width, .height = event.height};
+    const bool resized = size != PixelSize{.width = item->width, .height = item->height};
+    if (resized) {
+        item->wish.source = WishSource::ResizeRequest;
+        item->wish.size = size;
+        item->picture.renew();
+        painter_.invalidate(*item);
+    }
+    if ((resized || event.x != 0 || event.y != 0) && item->straying.putBack()) {
+        item->strayed = true;
     }
 }
 
@@ -467,7 +489,8 @@ void MenuBar::layOutItems() {
 
 void MenuBar::placeItem(DockedItem& item, int x, int width) {
     const int height = metrics_.barHeight();
-    const bool resized = item.width != width || item.height != height;
+    const bool resized =
+        std::exchange(item.strayed, false) || item.width != width || item.height != height;
     if (item.x == x && !resized) {
         return;
     }
@@ -477,15 +500,16 @@ void MenuBar::placeItem(DockedItem& item, int x, int width) {
     item.width = width;
     item.height = height;
     painter_.invalidate(item.x - reach, item.x + item.width + reach);
-    const std::array<std::uint32_t, 3> place{static_cast<std::uint32_t>(x),
-                                             static_cast<std::uint32_t>(width),
-                                             static_cast<std::uint32_t>(height)};
-    xcb_configure_window(server_->xcb(), item.container.id(),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
-                         place.data());
+    constexpr std::uint16_t all = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y |
+                                  XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+    std::array<std::uint32_t, 4> place{static_cast<std::uint32_t>(x), 0,
+                                       static_cast<std::uint32_t>(width),
+                                       static_cast<std::uint32_t>(height)};
+    xcb_configure_window(server_->xcb(), item.container.id(), all, place.data());
     if (resized) {
-        xcb_configure_window(server_->xcb(), item.client,
-                             XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, &place[1]);
+        place[0] = 0;
+        item.placeSequence =
+            xcb_configure_window(server_->xcb(), item.client, all, place.data()).sequence;
         item.picture.renew();
     }
     // Inside its container it did not move; toolkits place menus by what they believe.

@@ -54,6 +54,8 @@ private:
     void handleClientMessage(const xcb_client_message_event_t& event);
     void handleProperty(const xcb_property_notify_event_t& event);
     void handleConfigureRequest(const xcb_configure_request_event_t& event);
+    // `sequence`: of the last request of ours that the server had handled by then.
+    void handleConfigured(const xcb_configure_notify_event_t& event, std::uint32_t sequence);
     void handleReparent(const xcb_reparent_notify_event_t& event);
     void handleDestroy(const xcb_destroy_notify_event_t& event);
     void handleMapped(const xcb_map_notify_event_t& event);

@@ -16,6 +16,13 @@ protected:
     [[nodiscard]] bool becomes(const TrayClient& client, int width) {
         return eventually([&] { return frameOf(client).width == width; });
     }
+    // Changes of its place are then its own business, no request that the bar is asked about.
+    void decideForItself(TrayClient& client) {
+        const std::uint32_t yes = 1;
+        xcb_change_window_attributes(client.x().get(), client.window(), XCB_CW_OVERRIDE_REDIRECT,
+                                     &yes);
+        client.x().sync();
+    }
     void requestHeight(TrayClient& client, std::uint32_t height) {
         xcb_configure_window(client.x().get(), client.window(), XCB_CONFIG_WINDOW_HEIGHT, &height);
         client.x().sync();
@@ -177,6 +184,65 @@ TEST_F(ItemWidthTests, TheHousingIsKeptFree) {
     EXPECT_EQ(frames[1].right(), 1096);
     EXPECT_EQ(frames[0].right(), 1096 - barHeight);
     EXPECT_EQ(pixel(1150, 10), 0U);
+}
+
+// As Tk's tray icons do.
+TEST_F(ItemWidthTests, AWindowThatResizesItselfIsPutBackAndStaysComplete) {
+    startBar();
+    TrayClient& icon = dock({.name = "own", .colour = 0xff0000});
+    decideForItself(icon);
+    for (const std::uint32_t side : {22U, 48U, 16U}) {
+        icon.requestSize(side, side);
+        EXPECT_TRUE(becomes(icon, barHeight));
+        EXPECT_TRUE(eventually([&] { return frameOf(icon).height == barHeight; }));
+        EXPECT_TRUE(eventually([&] { return pixel(screenWidth - 3, barHeight - 4) == 0xff0000; }));
+        EXPECT_TRUE(eventually([&] { return pixel(screenWidth - barHeight + 2, 2) == 0xff0000; }));
+    }
+}
+
+TEST_F(ItemWidthTests, AWindowThatResizesItselfGetsTheWidthThatItTook) {
+    startBar();
+    TrayClient& icon = dockNamed("own");
+    TrayClient& left = dockNamed("left");
+    decideForItself(icon);
+    icon.requestSize(90, 20);
+    EXPECT_TRUE(eventually([&] { return frameOf(left).right() == screenWidth - 90; }));
+    EXPECT_TRUE(eventually([&] {
+        return frameOf(icon) ==
+               WindowFrame{.x = screenWidth - 90, .width = 90, .height = barHeight};
+    }));
+}
+
+TEST_F(ItemWidthTests, AWindowThatMovesItselfIsPutBack) {
+    startBar();
+    TrayClient& icon = dockNamed("own");
+    decideForItself(icon);
+    const std::array<std::uint32_t, 2> place{9, 5};
+    xcb_configure_window(icon.x().get(), icon.window(), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
+                         place.data());
+    icon.x().sync();
+    EXPECT_TRUE(eventually([&] {
+        return frameOf(icon) ==
+               WindowFrame{.x = screenWidth - barHeight, .width = barHeight, .height = barHeight};
+    }));
+}
+
+TEST_F(ItemWidthTests, AWindowThatNeverAcceptsItsSizeDoesNotKeepTheBarBusy) {
+    startBar();
+    TrayClient& stubborn = dockNamed("stubborn");
+    decideForItself(stubborn);
+    // Against every size that it is given; the bar gives in.
+    EXPECT_TRUE(waitFor([&] {
+        if (stubborn.x().frame(stubborn.window())->width != 22) {
+            stubborn.requestSize(22, 22);
+            return false;
+        }
+        return staysTrue([&] { return stubborn.x().frame(stubborn.window())->width == 22; },
+                         std::chrono::milliseconds(100));
+    }));
+    // And serves others.
+    TrayClient& other = dockNamed("other");
+    EXPECT_EQ(frameOf(other).right(), screenWidth - barHeight);
 }
 
 } // namespace
