@@ -414,8 +414,8 @@ void MenuBar::followDesktop() {
     }
     if (std::exchange(resourcesStale_, false)) {
         const auto resources = readProperty(
-            server_->connection(), requestProperty(server_->connection(), server_->root(),
-                                                   XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING));
+            server_->connection(),
+            requestProperty(server_->connection(), server_->root(), XCB_ATOM_RESOURCE_MANAGER));
         const double scale = options_.scale.value_or(
             scaleFromResources(resources ? resources->text() : std::string()));
         monitorsStale_ = monitorsStale_ || Metrics(scale) != metrics_;

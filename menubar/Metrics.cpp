@@ -10,9 +10,14 @@ namespace pelistra::menubar {
 
 namespace {
 
-constexpr std::string_view resolutionKey = "Xft.dpi:";
+constexpr std::string_view resolutionKey = "Xft.dpi";
+constexpr std::string_view blanks = " \t";
 // The resolution at which one point is one device pixel.
 constexpr double wholeResolution = 96;
+
+void trimLeft(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+}
 
 } // namespace
 
@@ -27,11 +32,17 @@ double scaleFromResources(std::string_view resourceDatabase) {
         const std::size_t end = std::min(resourceDatabase.find('\n'), resourceDatabase.size());
         std::string_view line = resourceDatabase.substr(0, end);
         resourceDatabase.remove_prefix(std::min(end + 1, resourceDatabase.size()));
+        trimLeft(line);
         if (!line.starts_with(resolutionKey)) {
             continue;
         }
         line.remove_prefix(resolutionKey.size());
-        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+        trimLeft(line);
+        if (!line.starts_with(':')) {
+            continue;
+        }
+        line.remove_prefix(1);
+        trimLeft(line);
         double resolution = 0;
         const auto result = std::from_chars(line.data(), line.data() + line.size(), resolution);
         if (result.ec != std::errc() || !std::isfinite(resolution) || resolution <= 0) {

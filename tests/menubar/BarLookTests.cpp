@@ -23,8 +23,8 @@ protected:
         const auto colours = x_.words(x_.trayOwner(), "_NET_SYSTEM_TRAY_COLORS");
         return colours.size() == 12 ? colours.front() : 0xFFFFFFFF;
     }
-    void setResources(const std::string& text) {
-        x11::setText(x_.connection(), x_.root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING, text);
+    void setResources(const std::string& text, const std::string& type = "STRING") {
+        x11::setText(x_.connection(), x_.root(), XCB_ATOM_RESOURCE_MANAGER, x_.atom(type), text);
         x_.sync();
     }
     void writeTheme(const std::string& name) {
@@ -83,6 +83,14 @@ TEST_F(BarLookTests, TheScaleFollowsTheResources) {
         return x_.words(x_.trayOwner(), "_PELISTRA_MENUBAR_SCALE") ==
                std::vector<std::uint32_t>{200};
     }));
+}
+
+TEST_F(BarLookTests, ResourcesCountWhateverTypeTheTextSaysItIs) {
+    setResources("Xft.dpi: 192\n", "UTF8_STRING");
+    startBar();
+    EXPECT_TRUE(waitFor([&] { return x_.frame(x_.barWindow())->height == 2 * barHeight; }));
+    setResources("Xft.dpi: 144\n");
+    EXPECT_TRUE(waitFor([&] { return x_.frame(x_.barWindow())->height == 42; }));
 }
 
 TEST_F(BarLookTests, AGivenScaleWins) {

@@ -20,6 +20,7 @@ TEST(MetricsTests, TheScaleIsTheFontResolutionOver96) {
     EXPECT_EQ(scaleFromResources("Xft.dpi:\t96\n"), 1);
     EXPECT_EQ(scaleFromResources("*customization:\t-color\nXft.dpi: 192\nXft.hinting: 1\n"), 2);
     EXPECT_EQ(scaleFromResources("Xft.dpi:144"), 1.5);
+    EXPECT_EQ(scaleFromResources("Xft.dpitch: 96\n \tXft.dpi \t: 192\n"), 2);
 }
 
 TEST(MetricsTests, ResourcesThatMakeNoSenseMeanOne) {
