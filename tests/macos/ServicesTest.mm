@@ -85,12 +85,27 @@ TEST(AppKitScreensTest, ReportsTheAreasBesideAHousing) {
     EXPECT_EQ(AppKitScreens().main(), std::nullopt);
 }
 
+TEST(AppKitStatusBarTest, AButtonWithoutAWindowIsNowhere) {
+    AppKitStatusBar bar;
+    const auto item = bar.statusItem(24);
+    item->setAutosaveName("一");
+    ASSERT_NE(item->button(), nullptr);
+    EXPECT_NE(item->button()->windowFrame(), std::nullopt);
+    EXPECT_NE(item->button()->frameOnScreen(), std::nullopt);
+    [[statusItem(@"一") button] removeFromSuperview];
+    EXPECT_EQ(item->button()->windowFrame(), std::nullopt);
+    EXPECT_EQ(item->button()->frameOnScreen(), std::nullopt);
+}
+
 TEST(AppKitImagesTest, AnUnknownSymbolIsNull) {
     AppKitImages images;
     EXPECT_EQ(images.systemSymbol("no.such.symbol", "x"), nullptr);
     const auto known = images.systemSymbol("chevron.up", "描述");
     ASSERT_NE(known, nullptr);
     EXPECT_STREQ([[nativeImage(known) accessibilityDescription] UTF8String], "描述");
+    const auto drawn = images.drawn({.width = 12, .height = 18},
+                                    [](Canvas&, const Canvas::DrawRect&) { return false; });
+    EXPECT_EQ(drawn->size(), (Size{.width = 12, .height = 18}));
 }
 
 TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
@@ -140,6 +155,8 @@ TEST(CoreGraphicsScreenCaptureTest, SaysWhyThereIsNoPicture) {
     EXPECT_THAT(recorded("CFArrayCreate"), ElementsAre("CFArrayCreate 1 no callbacks"));
     world().captureFunctionExists = false;
     EXPECT_EQ(std::get<CaptureRefusal>(capture.captureWindow(5, 9)), CaptureRefusal::NoImage);
+    world().arraysFail = true;
+    EXPECT_EQ(std::get<CaptureRefusal>(capture.captureWindow(5, 9)), CaptureRefusal::NoWindowArray);
     EXPECT_EQ(liveCounts().coreObjects, 0U);
 }
 
@@ -152,6 +169,7 @@ TEST(WorkspaceApplicationsTest, TheSameApplicationGivesTheSamePicture) {
     EXPECT_EQ(applications.runningApplication(11)->icon(), nullptr);
     EXPECT_EQ(applications.runningApplication(12), nullptr);
     EXPECT_EQ(applications.runningApplication(11)->bundleUrl(), std::nullopt);
+    EXPECT_THAT(applications.runningApplication(11)->localizedName(), Optional(std::string("B")));
     EXPECT_THAT(applications.processIdentifiers(), ElementsAre(10, 11));
     // Another application under the same process id has its own.
     world().applications.erase(10);

@@ -42,6 +42,9 @@ CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex 
     (void)allocator;
     pelistra::testing::standins::record("CFArrayCreate " + std::to_string(numValues) +
                                         (callBacks == nullptr ? " no callbacks" : " callbacks"));
+    if (pelistra::testing::standins::world().arraysFail) {
+        return nullptr;
+    }
     StandinArray* array = [[StandinArray alloc] init];
     array->values.assign(values, values + numValues);
     return reinterpret_cast<CFArrayRef>(array);

@@ -42,11 +42,28 @@ constexpr double titleBarHeight = 28;
 }
 
 - (void)addTrackingArea:(NSTrackingArea*)trackingArea {
-    (void)trackingArea;
+    NSMutableArray* areas = [attachmentsOf(self) objectForKey:@"trackingAreas"];
+    if (areas == nil) {
+        areas = [NSMutableArray array];
+        [attachmentsOf(self) setObject:areas forKey:@"trackingAreas"];
+    }
+    [areas addObject:trackingArea];
 }
 
 - (void)removeTrackingArea:(NSTrackingArea*)trackingArea {
-    (void)trackingArea;
+    [[attachmentsOf(self) objectForKey:@"trackingAreas"] removeObjectIdenticalTo:trackingArea];
+}
+
+- (NSArray*)trackingAreas {
+    NSArray* areas = [attachmentsOf(self) objectForKey:@"trackingAreas"];
+    return areas != nil ? areas : [NSArray array];
+}
+
+- (void)drawFocusRingMask {
+}
+
+- (NSRect)focusRingMaskBounds {
+    return NSZeroRect;
 }
 
 - (void)setAccessibilityElement:(BOOL)isElement {

@@ -89,6 +89,8 @@ struct World {
     bool captureGranted = false;
     bool captureRequestGrants = false;
     bool captureFunctionExists = true;
+    // CoreFoundation makes none.
+    bool arraysFail = false;
     std::set<std::uint32_t> uncapturableWindows;
 
     // Screen coordinates.

@@ -73,6 +73,9 @@ typedef enum : NSInteger {
 - (void)updateTrackingAreas;
 - (void)addTrackingArea:(NSTrackingArea*)trackingArea;
 - (void)removeTrackingArea:(NSTrackingArea*)trackingArea;
+- (NSArray*)trackingAreas;
+- (void)drawFocusRingMask;
+- (NSRect)focusRingMaskBounds;
 - (void)setAccessibilityElement:(BOOL)isElement;
 - (void)setAccessibilityLabel:(NSString*)label;
 - (NSString*)accessibilityLabel;

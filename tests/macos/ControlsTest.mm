@@ -1,0 +1,155 @@
+#include "platform/macos/views/ContentButton.h"
+#include "platform/macos/views/RowScrollView.h"
+#include "platform/macos/views/WatchView.h"
+#include "tests/macos/LaunchedApplication.h"
+#include "tests/macos/ShownView.h"
+
+#include <gmock/gmock.h>
+
+// What the views' controls do under the pointer.
+namespace pelistra::appkit {
+namespace {
+
+class ControlsTest : public ShownView {
+  protected:
+    // A picture that is a button, with an area of its own for clicks.
+    void showContentButton() {
+        const ui::Outline area = ui::RoundedRectangle{.cornerRadius = 8};
+        const ui::View button =
+            ui::View(ui::Button{.label = box(32, 28).padding(ui::Edges::all(4)).contentShape(area),
+                                .style = ui::ButtonStyle::Plain});
+        show(ui::HStack{.children = {button.help("提示")}});
+    }
+
+    [[nodiscard]] PelistraContentButton* contentButton() const {
+        return static_cast<PelistraContentButton*>(
+            find(content(), [PelistraContentButton class], "提示"));
+    }
+
+    [[nodiscard]] NSScrollView* scrollView() const {
+        return static_cast<NSScrollView*>([[content() subviews] firstObject]);
+    }
+
+    void scroll(double across, double down) const {
+        [scrollView() scrollWheel:[NSEvent mouseEventWithType:NSScrollWheel
+                                                     location:NSZeroPoint
+                                                modifierFlags:0
+                                                    timestamp:0
+                                                 windowNumber:[[content() window] windowNumber]
+                                                      context:nil
+                                                  eventNumber:0
+                                                   clickCount:0
+                                                     pressure:0
+                                                 buttonNumber:0
+                                                       deltaX:across
+                                                       deltaY:down
+                                                       deltaZ:0]];
+    }
+
+    [[nodiscard]] double scrolledTo() const { return [[scrollView() contentView] bounds].origin.x; }
+};
+
+// How dark the drawing leaves a white area of that size, in its centre.
+double darknessOf(NSSize size, const std::function<void()>& draw) {
+    NSImage* canvas = [[[NSImage alloc] initWithSize:size] autorelease];
+    [canvas lockFocus];
+    [[NSColor whiteColor] set];
+    NSRectFill(NSMakeRect(0, 0, size.width, size.height));
+    draw();
+    NSBitmapImageRep* bitmap = [[[NSBitmapImageRep alloc]
+        initWithFocusedViewRect:NSMakeRect(0, 0, size.width, size.height)] autorelease];
+    [canvas unlockFocus];
+    NSColor* centre = [[bitmap colorAtX:static_cast<NSInteger>(size.width / 2)
+                                      y:static_cast<NSInteger>(size.height / 2)]
+        colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
+    return 1 - [centre redComponent];
+}
+
+NSEvent* none() { return nil; }
+
+TEST_F(ControlsTest, AContentButtonShowsThePointerAndThePress) {
+    showContentButton();
+    PelistraContentButton* button = contentButton();
+    const NSSize size = [button bounds].size;
+    EXPECT_TRUE(NSEqualSizes(size, NSMakeSize(40, 36)));
+    const auto darkness = [button, size] {
+        return darknessOf(size, [button] { [button drawRect:[button bounds]]; });
+    };
+    EXPECT_EQ(darkness(), 0);
+    [button mouseEntered:none()];
+    const double hovered = darkness();
+    EXPECT_GT(hovered, 0.02);
+    [[button cell] setHighlighted:YES];
+    EXPECT_GT(darkness(), hovered);
+    [[button cell] setHighlighted:NO];
+    [button mouseExited:none()];
+    EXPECT_EQ(darkness(), 0);
+}
+
+TEST_F(ControlsTest, AContentButtonTracksThePointerInItsPresentBounds) {
+    showContentButton();
+    PelistraContentButton* button = contentButton();
+    [button updateTrackingAreas];
+    [button updateTrackingAreas];
+    ASSERT_EQ([[button trackingAreas] count], 1U);
+    NSTrackingArea* area = [[button trackingAreas] firstObject];
+    EXPECT_TRUE(NSEqualRects([area rect], NSMakeRect(0, 0, 40, 36)));
+    EXPECT_EQ([area owner], button);
+}
+
+TEST_F(ControlsTest, AContentButtonsFocusRingHasItsShape) {
+    showContentButton();
+    PelistraContentButton* button = contentButton();
+    EXPECT_TRUE(NSEqualRects([button focusRingMaskBounds], [button bounds]));
+    EXPECT_GT(darknessOf([button bounds].size,
+                         [button] {
+                             [[NSColor blackColor] set];
+                             [button drawFocusRingMask];
+                         }),
+              0.5);
+}
+
+TEST_F(ControlsTest, ControlsAnswerTheFirstClick) {
+    showContentButton();
+    EXPECT_TRUE([contentButton() acceptsFirstMouse:none()]);
+    const auto watch =
+        Owned<PelistraWatchView*>::adopt([[PelistraWatchView alloc] initWithFrame:NSZeroRect]);
+    EXPECT_TRUE([watch.get() acceptsFirstMouse:none()]);
+}
+
+TEST_F(ControlsTest, AWheelScrollsTheRowSideways) {
+    show(ui::HorizontalScroll{.content = box(500, 20)});
+    ASSERT_TRUE([scrollView() isKindOfClass:[PelistraRowScrollView class]]);
+    scroll(0, -2);
+    EXPECT_EQ(scrolledTo(), 32);
+    scroll(0, 1);
+    EXPECT_EQ(scrolledTo(), 16);
+    // No further than its ends.
+    scroll(0, 100);
+    EXPECT_EQ(scrolledTo(), 0);
+    scroll(0, -100);
+    EXPECT_EQ(scrolledTo(), 300);
+}
+
+TEST_F(ControlsTest, AClipRoundsTheLayer) {
+    show(box(30, 20).clipped(ui::RoundedRectangle{.cornerRadius = 7}));
+    NSView* clip = [[content() subviews] firstObject];
+    EXPECT_EQ([[clip layer] cornerRadius], 7);
+    EXPECT_TRUE([[[clip layer] cornerCurve] isEqual:kCACornerCurveContinuous]);
+    EXPECT_TRUE([[clip layer] masksToBounds]);
+}
+
+TEST_F(ControlsTest, LayingOutGivesEverythingItsPlaceAgain) {
+    show(box(30, 20));
+    NSView* innermost = content();
+    while ([[innermost subviews] count] > 0) {
+        innermost = [[innermost subviews] firstObject];
+    }
+    const NSRect frame = [innermost frame];
+    [innermost setFrame:NSMakeRect(90, 90, 1, 1)];
+    [content() layout];
+    EXPECT_TRUE(NSEqualRects([innermost frame], frame));
+}
+
+} // namespace
+} // namespace pelistra::appkit
