@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -159,6 +160,21 @@ void WindowFrame::stayOutOfTaskbars() {
 // Closing puts the window away; its owner may show it again.
 void WindowFrame::closeEvent(QCloseEvent* event) {
     event->accept();
+    if (isActiveWindow()) {
+        activateAnother();
+    }
+}
+
+// Window managers hand the focus on to no window that is out of their taskbar.
+void WindowFrame::activateAnother() const {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        auto* const other = dynamic_cast<WindowFrame*>(widget);
+        if (other != nullptr && other != this && other->isVisible() && !other->isMinimized()) {
+            other->raise();
+            other->activateWindow();
+            return;
+        }
+    }
 }
 
 void WindowFrame::keyPressEvent(QKeyEvent* event) {

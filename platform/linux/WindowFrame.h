@@ -49,6 +49,7 @@ private:
     void updateFrame();
     void placeContent();
     void stayOutOfTaskbars();
+    void activateAnother() const;
 
     std::uint32_t styleMask_;
     const x11::Connection& connection_;

@@ -302,6 +302,24 @@ TEST_F(CollapseTests, TheOrganiserIsInNoTaskbarAndNoPager) {
     EXPECT_TRUE(waitFor(isOutOfBoth));
 }
 
+TEST_F(CollapseTests, TheWindowThatIsLeftGetsTheFocus) {
+    XClient& x = desktop_.x();
+    ASSERT_TRUE(desktop_.clickControl(Button::Right));
+    ASSERT_TRUE(waitFor([&] { return x.managedWindow("Pelistra Settings").has_value(); })) << log();
+    const auto onboarding =
+        desktop_.display().start({(builtPrograms() / "pelistra").string(), "--show-onboarding"});
+    ASSERT_TRUE(waitFor([&] { return x.managedWindow("Welcome to Pelistra").has_value(); }));
+    const auto isActive = [&](const char* title) {
+        const auto window = x.managedWindow(title);
+        return window && x.words(x.root(), "_NET_ACTIVE_WINDOW") == std::vector{*window};
+    };
+    ASSERT_TRUE(waitFor([&] { return isActive("Welcome to Pelistra"); }));
+    x.requestClose(*x.managedWindow("Welcome to Pelistra"));
+    EXPECT_TRUE(waitFor([&] { return isActive("Pelistra Settings"); }));
+    desktop_.input().tapKey(keys::escape);
+    EXPECT_TRUE(waitFor([&] { return desktop_.organiserWindows().empty(); }));
+}
+
 TEST_F(CollapseTests, ASecondStartHandsItsSwitchOverAndEnds) {
     XClient& x = desktop_.x();
     const auto items = desktop_.items();
