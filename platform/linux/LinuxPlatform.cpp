@@ -147,7 +147,8 @@ struct LinuxPlatform::Services {
                             std::make_unique<ContentWidget>(std::move(content), viewServices());
                         widget->setMaterialTranslucent(translucent);
                         return widget;
-                    }};
+                    },
+                .look = look};
     }
 
     [[nodiscard]] EventPosting& eventPosting() {

@@ -87,6 +87,15 @@ void PanelWindow::bringUp() {
     raise();
 }
 
+// The content may learn of it later than this, so the outline is made in the next turn, or at the
+// next showing.
+void PanelWindow::contentLookChanges() {
+    outlinedSize_ = {};
+    if (isVisible()) {
+        QMetaObject::invokeMethod(this, [this] { updateOutline(); }, Qt::QueuedConnection);
+    }
+}
+
 void PanelWindow::describeToDesktop() {
     xcb_connection_t* const connection = qtConnection();
     if (connection == nullptr) {

@@ -60,6 +60,8 @@ public:
     void place(const QRect& contentFrame);
     // Shows it in front of everything, and takes no focus.
     void bringUp();
+    // To be called when the content is about to be drawn in other colours.
+    void contentLookChanges();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

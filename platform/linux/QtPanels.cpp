@@ -33,7 +33,13 @@ struct LaterDeleter {
 
 class QtPanel final : public Panel {
 public:
-    QtPanel(QtPanels& panels, Size contentSize) : panels_(panels), size_(contentSize) {}
+    QtPanel(QtPanels& panels, Size contentSize)
+        : panels_(panels), size_(contentSize),
+          lookChanges_(panels.services_.look.observe([this](const Look& /*look*/) {
+              if (window_ != nullptr) {
+                  window_->contentLookChanges();
+              }
+          })) {}
 
     void setTitle(std::string_view title) override { title_ = textOf(title); }
     void setAccessibilityLabel(std::string_view label) override { label_ = textOf(label); }
@@ -118,6 +124,7 @@ private:
     bool hasShadow_ = true;
     std::shared_ptr<ui::Content> content_;
     std::unique_ptr<PanelWindow, LaterDeleter> window_;
+    SubscriptionPtr lookChanges_;
 };
 
 QtPanels::QtPanels(PanelServices services) : services_(std::move(services)) {}

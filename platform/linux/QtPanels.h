@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/Panel.h"
+#include "platform/Published.h"
 #include "platform/linux/Coordinates.h"
 #include "platform/linux/PanelWindow.h"
+#include "platform/linux/views/Look.h"
 #include "platform/x11/Connection.h"
 
 #include <functional>
@@ -21,6 +23,8 @@ struct PanelServices {
     // its materials. The caller owns it.
     std::function<std::unique_ptr<QWidget>(std::shared_ptr<ui::Content> content, bool translucent)>
         contentWidget;
+    // The look that contents are drawn in.
+    Published<Look>& look;
 };
 
 // Floating panels on Qt Widgets. A panel costs nothing until it is first shown; then its window is

@@ -43,6 +43,7 @@ public:
     struct Counts {
         int made = 0;
         int presses = 0;
+        QRgb colour = cardColour;
         bool translucent = false;
     };
     explicit Card(Counts& counts) : counts_(counts) { ++counts_.made; }
@@ -53,7 +54,7 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor(cardColour));
+        painter.setBrush(QColor(counts_.colour));
         painter.drawRoundedRect(rect().adjusted(inset, inset, -inset, -inset), radius, radius);
     }
     void mousePressEvent(QMouseEvent* /*event*/) override { ++counts_.presses; }
@@ -115,6 +116,7 @@ protected:
 
     double scale_ = 1;
     Card::Counts card_;
+    Published<desktop::Look> look_;
     desktop::QtPanels panels_{
         {.connection = *connection_,
          .coordinates =
@@ -127,7 +129,8 @@ protected:
              [this](const std::shared_ptr<ui::Content>&, bool translucent) {
                  card_.translucent = translucent;
                  return std::make_unique<Card>(card_);
-             }}};
+             },
+         .look = look_}};
 };
 
 TEST_F(PanelTest, CostsNothingUntilItIsShown) {
@@ -206,6 +209,31 @@ TEST_F(PanelTest, WithoutACompositorItIsCutAlongWhatItShows) {
         return picture.at(210, 39) == (cardColour & 0xffffff) &&
                picture.at(inset - 1, 39) != picture.at(inset, 39);
     }));
+}
+
+TEST_F(PanelTest, TheHairlineFollowsTheLook) {
+    constexpr QRgb dark = 0xff202020;
+    constexpr QRgb light = 0xfff0f0f0;
+    card_.colour = light;
+    const auto panel = makePanel();
+    panel->setFrameOrigin({.x = 600, .y = 500});
+    panel->orderFrontRegardless();
+    const WindowFrame frame = *client_.frame(shownWindow());
+    const auto hairline = [&] { return client_.capture(frame).at(inset - 1, 39) & 0xff; };
+    ASSERT_TRUE(runUntil([&] { return hairline() > 0xa0; }));
+    const auto changeTo = [&](QRgb colour) {
+        card_.colour = colour;
+        desktop::Look look;
+        look.isDark = colour == dark;
+        look_.set(look);
+    };
+    changeTo(dark);
+    EXPECT_TRUE(runUntil([&] { return hairline() < 0x60; }));
+    // While it is hidden, it learns of it at the next showing.
+    panel->orderOut();
+    changeTo(light);
+    panel->orderFrontRegardless();
+    EXPECT_TRUE(runUntil([&] { return hairline() > 0xa0; }));
 }
 
 TEST_F(PanelTest, WithACompositorItHasAnAlphaChannelAndAShadowThatLetsClicksThrough) {
