@@ -72,12 +72,31 @@ ChildProcess& Desktop::startProgram(const std::string& program) {
     return process;
 }
 
+BarUnderTest& Desktop::bar() {
+    if (bar_ == nullptr) {
+        throw std::logic_error("no menu bar was started");
+    }
+    return *bar_;
+}
+
+OrganiserUnderTest& Desktop::organiser() {
+    if (organiser_ == nullptr) {
+        throw std::logic_error("no organiser was started");
+    }
+    return *organiser_;
+}
+
 ChildProcess& Desktop::program(const std::string& name) {
     const auto found = std::ranges::find(programs_, name, &RunningProgram::name);
     if (found == programs_.end()) {
         throw std::out_of_range(name + " was not started");
     }
     return *found->process;
+}
+
+void Desktop::endProgram(const std::string& name) {
+    program(name).terminate(programEndTime);
+    std::erase_if(programs_, [&](const RunningProgram& running) { return running.name == name; });
 }
 
 std::vector<Desktop::Item> Desktop::items() {
@@ -139,16 +158,16 @@ bool Desktop::everythingIsOnScreen() {
 }
 
 bool Desktop::waitUntilCollapsed(std::chrono::milliseconds bound) {
-    return waitFor([this] { return organiser_->isCollapsed() && hiddenSectionIsOffScreen(); },
+    return waitFor([this] { return organiser().isCollapsed() && hiddenSectionIsOffScreen(); },
                    bound);
 }
 
 bool Desktop::waitUntilExpanded(std::chrono::milliseconds bound) {
-    return waitFor([this] { return !organiser_->isCollapsed() && everythingIsOnScreen(); }, bound);
+    return waitFor([this] { return !organiser().isCollapsed() && everythingIsOnScreen(); }, bound);
 }
 
 bool Desktop::clickControl(UserInput::Button button, const UserInput::Modifiers& modifiers) {
-    const auto frame = organiser_->controlFrame();
+    const auto frame = organiser().controlFrame();
     if (!frame) {
         return false;
     }
@@ -166,7 +185,7 @@ bool Desktop::dragItem(const std::string& className, int x, const UserInput::Mod
 }
 
 bool Desktop::dragIntoVisibleSection(const std::string& className) {
-    const auto control = organiser_->controlFrame();
+    const auto control = organiser().controlFrame();
     // Just left of the arrow's middle the item changes places with nothing but the divider.
     return control && dragItem(className, control->x - 2) && waitFor([&] {
                return std::ranges::count(visibleSection(), className, &Item::className) == 1;
@@ -212,7 +231,7 @@ void Desktop::clearMonitors(std::size_t count) {
 
 std::vector<xcb_window_t> Desktop::organiserWindows() {
     std::vector<xcb_window_t> windows = client_.managedWindows();
-    const auto process = static_cast<std::uint32_t>(organiser_->process().pid());
+    const auto process = static_cast<std::uint32_t>(organiser().process().pid());
     std::erase_if(windows,
                   [&](xcb_window_t window) { return client_.claimedProcess(window) != process; });
     return windows;

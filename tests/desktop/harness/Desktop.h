@@ -35,11 +35,13 @@ public:
                    OrganiserUnderTest::WaitForItems wait = OrganiserUnderTest::WaitForItems::Yes);
     // Starts it and waits for its icon on the bar; throws std::runtime_error when none comes.
     ChildProcess& startProgram(const std::string& program);
-    // The programs must have been started.
-    [[nodiscard]] BarUnderTest& bar() { return *bar_; }
-    [[nodiscard]] OrganiserUnderTest& organiser() { return *organiser_; }
+    // These throw std::logic_error or std::out_of_range for what has not been started.
+    [[nodiscard]] BarUnderTest& bar();
+    [[nodiscard]] OrganiserUnderTest& organiser();
     [[nodiscard]] ChildProcess& program(const std::string& name);
     void endOrganiser() { organiser_.reset(); }
+    // Asks one of them to end, and kills it when it does not.
+    void endProgram(const std::string& name);
     void endPrograms();
 
     struct Item {

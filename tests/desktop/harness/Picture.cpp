@@ -51,6 +51,21 @@ Picture Picture::part(int x, int y, int width, int height) const {
     return {right - left, bottom - top, std::move(pixels)};
 }
 
+Picture Picture::above(const Picture& below, int gap, std::uint32_t colour) const {
+    const int width = std::max(width_, below.width_);
+    const int height = height_ + gap + below.height_;
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < height; ++y) {
+        const bool isBelow = y >= height_ + gap;
+        const Picture& part = isBelow ? below : *this;
+        const int line = isBelow ? y - height_ - gap : y;
+        for (int x = 0; x < width; ++x) {
+            pixels.push_back(x < part.width_ && line < part.height_ ? part.at(x, line) : colour);
+        }
+    }
+    return {width, height, std::move(pixels)};
+}
+
 std::size_t Picture::differingPixels(const Picture& other) const {
     if (width_ != other.width_ || height_ != other.height_) {
         return std::max(pixels_.size(), other.pixels_.size());

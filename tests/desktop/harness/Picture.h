@@ -20,6 +20,10 @@ public:
     // A part of this picture, cut to what lies inside it.
     [[nodiscard]] Picture part(int x, int y, int width, int height) const;
 
+    // This picture, and another one below it with a gap of that colour between; both begin at the
+    // left.
+    [[nodiscard]] Picture above(const Picture& below, int gap, std::uint32_t colour) const;
+
     // How many pixels differ from those of a picture of the same size; all of them for another
     // size.
     [[nodiscard]] std::size_t differingPixels(const Picture& other) const;

@@ -72,7 +72,7 @@ void walkArranging(Tour& tour) {
                   [&] { return startAProgram(desktop, program); });
     }
     tour.step("Start the organiser", [&] { return startTheOrganiser(desktop); });
-    for (const std::string className : {"Pnmixer", "copyq"}) {
+    for (const std::string className : {"Pnmixer", "Volumeicon"}) {
         tour.step("Super-drag " + className + " across the divider",
                   [&] { return dragIntoVisible(desktop, className); });
     }

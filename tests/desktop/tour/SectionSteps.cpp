@@ -7,8 +7,13 @@ namespace pelistra::testing {
 
 namespace {
 
-std::string placeOf(const PointerState& pointer) {
-    return std::to_string(pointer.x) + "," + std::to_string(pointer.y);
+// The same programs at the same places; some make a new window while they start or when the bar is
+// started again.
+bool sameLayout(const std::vector<Desktop::Item>& one, const std::vector<Desktop::Item>& other) {
+    return std::ranges::equal(
+        one, other, [](const Desktop::Item& left, const Desktop::Item& right) {
+            return left.className == right.className && left.frame == right.frame;
+        });
 }
 
 Seen collapse(Desktop& desktop) {
@@ -17,18 +22,14 @@ Seen collapse(Desktop& desktop) {
     const PointerState pointer = desktop.x().pointer();
     const bool hidden = clicked && desktop.waitUntilCollapsed();
     const bool pointerStayed = desktop.x().pointer() == pointer;
-    return {.ok = hidden && pointerStayed && desktop.visibleSection() == shownBefore,
+    const bool sameShown =
+        waitFor([&] { return sameLayout(desktop.visibleSection(), shownBefore); });
+    return {.ok = hidden && pointerStayed && sameShown,
             .text = "hidden: " + describe(desktop.hiddenSection()) +
-                    ", all still mapped; shown as before: " + names(desktop.visibleSection()) +
-                    "; pointer at " + placeOf(desktop.x().pointer())};
-}
-
-// The same programs at the same places; some make a new window when the bar is started again.
-bool sameLayout(const std::vector<Desktop::Item>& one, const std::vector<Desktop::Item>& other) {
-    return std::ranges::equal(
-        one, other, [](const Desktop::Item& left, const Desktop::Item& right) {
-            return left.className == right.className && left.frame == right.frame;
-        });
+                    (hidden ? ", all still mapped; shown " : ", not all hidden; shown ") +
+                    (sameShown ? "as before: " : "otherwise than before: ") +
+                    names(desktop.visibleSection()) + "; pointer at " +
+                    describe(desktop.x().pointer()) + (pointerStayed ? "" : ", moved")};
 }
 
 Seen expand(Desktop& desktop, const std::vector<Desktop::Item>& before) {

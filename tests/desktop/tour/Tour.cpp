@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cctype>
 #include <chrono>
+#include <csignal>
 #include <exception>
+#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
+#include <stdexcept>
 #include <utility>
 
 namespace pelistra::testing {
@@ -14,6 +17,10 @@ namespace pelistra::testing {
 namespace {
 
 constexpr int longestPictureName = 48;
+// Of a desktop's screen.
+constexpr int pointsWide = 1280;
+constexpr int pointsHigh = 800;
+constexpr int plainDpi = 96;
 
 std::string numbered(int step) {
     std::ostringstream text;
@@ -39,6 +46,24 @@ std::string fileNameOf(const std::string& action) {
     return name;
 }
 
+std::filesystem::path settingsFile(const PrivateDisplay& display) {
+    return display.folder() / "xsettingsd.conf";
+}
+
+// What a desktop environment would tell its programs.
+void writeDesktopSettings(const PrivateDisplay& display, bool isDark) {
+    std::ofstream(settingsFile(display))
+        << "Net/ThemeName \"" << (isDark ? "Adwaita-dark" : "Adwaita") << "\"\n"
+        << "Net/IconThemeName \"Adwaita\"\n";
+}
+
+void runToItsEnd(PrivateDisplay& display, const std::vector<std::string>& command) {
+    const auto program = display.start(command);
+    if (program->waitForExit() != ExitStatus{.status = 0}) {
+        throw std::runtime_error(command.front() + " failed: " + program->output());
+    }
+}
+
 // Waits until two looks at the screen, a moment apart, see the same.
 void letTheScreenSettle(const XClient& client) {
     constexpr std::chrono::milliseconds longest{1'500};
@@ -57,13 +82,44 @@ void letTheScreenSettle(const XClient& client) {
 
 Tour::Tour(std::filesystem::path pictures) : pictures_(std::move(pictures)) {
     std::filesystem::create_directories(pictures_);
-    for (const auto& entry : std::filesystem::directory_iterator(pictures_)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(pictures_)) {
         if (entry.path().extension() == ".png") {
             std::filesystem::remove(entry.path());
         }
     }
-    const auto background = desktop_.display().start({"xsetroot", "-solid", "#34506b"});
-    static_cast<void>(background->waitForExit());
+}
+
+void Tour::beginDesktop(const Look& look) {
+    row_.reset();
+    tree_.reset();
+    settings_.reset();
+    desktop_.reset();
+    desktop_ = std::make_unique<Desktop>(Desktop::Size{.width = pointsWide * look.scale,
+                                                       .height = pointsHigh * look.scale,
+                                                       .dpi = plainDpi * look.scale});
+    PrivateDisplay& display = desktop_->display();
+    runToItsEnd(display, {"xsetroot", "-solid", look.isDark ? "#1d2a38" : "#34506b"});
+    if (look.scale != 1) {
+        const std::filesystem::path resources = display.folder() / "resources";
+        std::ofstream(resources) << "Xft.dpi: " << plainDpi * look.scale << "\n";
+        runToItsEnd(display, {"xrdb", "-merge", "-nocpp", resources.string()});
+    }
+    writeDesktopSettings(display, look.isDark);
+    settings_ = display.start({"xsettingsd", "-c", settingsFile(display).string()});
+    if (!waitFor(
+            [this] { return desktop_->x().selectionOwner("_XSETTINGS_S0") != XCB_WINDOW_NONE; })) {
+        throw std::runtime_error("xsettingsd did not come up: " + settings_->output());
+    }
+    for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
+        display.setEnvironment(variable, value);
+    }
+    tree_ = std::make_unique<AccessibleTree>(display);
+    row_ = std::make_unique<SecondRowUnderTest>(*desktop_, *tree_);
+}
+
+void Tour::setDark(bool isDark) {
+    writeDesktopSettings(desktop_->display(), isDark);
+    settings_->signal(SIGHUP);
 }
 
 void Tour::step(const std::string& action, const std::function<Seen()>& doAndLook) {
@@ -87,9 +143,18 @@ bool Tour::finish() const {
 }
 
 void Tour::savePicture(const std::string& action) {
-    letTheScreenSettle(desktop_.x());
-    desktop_.x().captureRoot().savePng(pictures_ /
-                                       (numbered(steps_) + "-" + fileNameOf(action) + ".png"));
+    settledPicture(desktop_->x().rootFrame())
+        .savePng(pictures_ / (numbered(steps_) + "-" + fileNameOf(action) + ".png"));
+}
+
+Picture Tour::settledPicture(const WindowFrame& area) {
+    letTheScreenSettle(desktop_->x());
+    return desktop_->x().capture(area);
+}
+
+std::filesystem::path Tour::folder(const std::string& name) const {
+    std::filesystem::create_directories(pictures_ / name);
+    return pictures_ / name;
 }
 
 std::string describe(const WindowFrame& frame) {
@@ -112,6 +177,10 @@ std::string names(const std::vector<Desktop::Item>& items) {
         text += (text.empty() ? "" : ", ") + item.className;
     }
     return text;
+}
+
+std::string describe(const PointerState& pointer) {
+    return std::to_string(pointer.x) + "," + std::to_string(pointer.y);
 }
 
 } // namespace pelistra::testing

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "tests/desktop/harness/AccessibleTree.h"
 #include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/SecondRowUnderTest.h"
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,16 +19,36 @@ struct Seen {
     std::string text;
 };
 
-// Walks through steps on one desktop: prints a line for each and saves a picture of the screen.
+// Walks through steps on a desktop: prints a line for each and saves a picture of the screen.
 class Tour {
 public:
+    // How a desktop looks: device pixels per point, and the look that its settings ask for.
+    struct Look {
+        int scale = 1;
+        bool isDark = false;
+    };
+
     // The folder is emptied of pictures of earlier tours, or made.
     explicit Tour(std::filesystem::path pictures);
 
-    [[nodiscard]] Desktop& desktop() { return desktop_; }
+    // Ends the desktop of the last steps and begins a new one, with nothing on it but a background
+    // and settings. The first one must be begun as well.
+    void beginDesktop(const Look& look);
+    // Changes what the running programs are told about dark and light.
+    void setDark(bool isDark);
+
+    [[nodiscard]] Desktop& desktop() { return *desktop_; }
+    [[nodiscard]] AccessibleTree& tree() { return *tree_; }
+    [[nodiscard]] SecondRowUnderTest& row() { return *row_; }
 
     // Does and checks one thing. `action` says what is done; an exception counts as a failure.
     void step(const std::string& action, const std::function<Seen()>& doAndLook);
+
+    // The folder of the pictures that are not of a step, by their own names; made when first asked
+    // for.
+    [[nodiscard]] std::filesystem::path folder(const std::string& name) const;
+    // What a part of the screen shows once it has come to rest.
+    [[nodiscard]] Picture settledPicture(const WindowFrame& area);
 
     // Prints the sum; true when every step was ok.
     [[nodiscard]] bool finish() const;
@@ -34,7 +57,10 @@ private:
     void savePicture(const std::string& action);
 
     std::filesystem::path pictures_;
-    Desktop desktop_;
+    std::unique_ptr<Desktop> desktop_;
+    std::unique_ptr<ChildProcess> settings_;
+    std::unique_ptr<AccessibleTree> tree_;
+    std::unique_ptr<SecondRowUnderTest> row_;
     int steps_ = 0;
     int failures_ = 0;
 };
@@ -42,8 +68,21 @@ private:
 // The road of one use, in this order. Each leaves the desktop so that the next can go on.
 void walkArranging(Tour& tour);
 void walkSection(Tour& tour);
+void walkDiscovery(Tour& tour);
+void walkRow(Tour& tour);
+void walkMenus(Tour& tour);
 void walkWindows(Tour& tour);
 void walkEndings(Tour& tour);
+// On desktops of their own.
+void walkFirstUse(Tour& tour);
+void walkLooks(Tour& tour);
+
+// The titles of the two windows.
+inline constexpr const char* settingsTitle = "Pelistra Settings";
+inline constexpr const char* onboardingTitle = "Welcome to Pelistra";
+
+// Whether a window of that title shows with a content of that size in points.
+[[nodiscard]] Seen lookAtWindow(Desktop& desktop, const std::string& title, int width, int height);
 
 // "28x28 at 1224,0".
 [[nodiscard]] std::string describe(const WindowFrame& frame);
@@ -51,5 +90,7 @@ void walkEndings(Tour& tour);
 [[nodiscard]] std::string describe(const std::vector<Desktop::Item>& items);
 // The classes, left to right.
 [[nodiscard]] std::string names(const std::vector<Desktop::Item>& items);
+// "640,400".
+[[nodiscard]] std::string describe(const PointerState& pointer);
 
 } // namespace pelistra::testing

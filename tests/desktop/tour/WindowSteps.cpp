@@ -1,18 +1,15 @@
 #include "tests/desktop/tour/Tour.h"
+#include "tests/desktop/tour/Windows.h"
 
 namespace pelistra::testing {
 
-namespace {
-
-constexpr WindowFrame settingsSize{.width = 680, .height = 600};
-constexpr WindowFrame onboardingSize{.width = 760, .height = 560};
-
-Seen lookAtWindow(Desktop& desktop, const std::string& title, const WindowFrame& size) {
+Seen lookAtWindow(Desktop& desktop, const std::string& title, int width, int height) {
     XClient& x = desktop.x();
+    const auto scale = static_cast<int>(desktop.bar().scale());
     const bool ok = waitFor([&] {
         const auto window = x.managedWindow(title);
         const auto frame = window ? x.frame(*window) : std::nullopt;
-        return frame && frame->width == size.width && frame->height == size.height &&
+        return frame && frame->width == width * scale && frame->height == height * scale &&
                x.isViewable(*window);
     });
     const auto window = x.managedWindow(title);
@@ -20,12 +17,26 @@ Seen lookAtWindow(Desktop& desktop, const std::string& title, const WindowFrame&
     return {.ok = ok, .text = "\"" + title + "\" " + (frame ? describe(*frame) : "absent")};
 }
 
-Seen startASecond(Desktop& desktop, const std::string& option, const std::string& title,
-                  const WindowFrame& size) {
+namespace {
+
+struct Window {
+    const char* title;
+    int width;
+    int height;
+};
+constexpr Window settings{.title = settingsTitle, .width = settingsWidth, .height = settingsHeight};
+constexpr Window onboarding{
+    .title = onboardingTitle, .width = onboardingWidth, .height = onboardingHeight};
+
+Seen look(Desktop& desktop, const Window& window) {
+    return lookAtWindow(desktop, window.title, window.width, window.height);
+}
+
+Seen startASecond(Desktop& desktop, const std::string& option, const Window& window) {
     const std::size_t items = desktop.items().size();
     const auto second = desktop.display().start({(builtPrograms() / "pelistra").string(), option});
     const bool ended = second->waitForExit() == ExitStatus{.status = 0};
-    Seen seen = lookAtWindow(desktop, title, size);
+    Seen seen = look(desktop, window);
     seen.ok = seen.ok && ended && desktop.items().size() == items;
     seen.text += ended ? ", the second start has ended with status 0" : ", no clean end";
     return seen;
@@ -51,15 +62,13 @@ void walkWindows(Tour& tour) {
         if (!desktop.clickControl(UserInput::Button::Right)) {
             return {.ok = false, .text = "no arrow"};
         }
-        return lookAtWindow(desktop, "Pelistra Settings", settingsSize);
+        return look(desktop, settings);
     });
     tour.step("Close the settings", [&] { return closeWindows(desktop); });
-    tour.step("Start a second organiser with --show-settings", [&] {
-        return startASecond(desktop, "--show-settings", "Pelistra Settings", settingsSize);
-    });
-    tour.step("Start a second organiser with --show-onboarding", [&] {
-        return startASecond(desktop, "--show-onboarding", "Welcome to Pelistra", onboardingSize);
-    });
+    tour.step("Start a second organiser with --show-settings",
+              [&] { return startASecond(desktop, "--show-settings", settings); });
+    tour.step("Start a second organiser with --show-onboarding",
+              [&] { return startASecond(desktop, "--show-onboarding", onboarding); });
     tour.step("Close both windows", [&] { return closeWindows(desktop); });
 }
 

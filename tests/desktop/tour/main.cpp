@@ -16,10 +16,16 @@ constexpr int wrongUsage = 2;
 int walk(const std::string& folder) {
     using namespace pelistra::testing;
     Tour tour(folder);
+    tour.beginDesktop({});
     walkArranging(tour);
     walkSection(tour);
+    walkDiscovery(tour);
+    walkRow(tour);
+    walkMenus(tour);
     walkWindows(tour);
     walkEndings(tour);
+    walkFirstUse(tour);
+    walkLooks(tour);
     return tour.finish() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -1,0 +1,108 @@
+#include "tests/desktop/tour/Tour.h"
+
+#include <algorithm>
+#include <array>
+
+namespace pelistra::testing {
+
+namespace {
+
+struct HiddenProgram {
+    const char* className;
+    // As the row names it.
+    const char* name;
+    const char* toolkit;
+};
+
+constexpr std::array<HiddenProgram, 3> programs{{
+    {.className = "Parcellite", .name = "Parcellite", .toolkit = "GTK 2"},
+    {.className = "Xfce4-clipman", .name = "Clipboard Manager", .toolkit = "GTK 3"},
+    {.className = "QmidiNet", .name = "QmidiNet", .toolkit = "Qt 6"},
+}};
+
+std::vector<xcb_window_t> newWindows(Desktop& desktop, const std::vector<xcb_window_t>& before) {
+    constexpr int narrowest = 40;
+    std::vector<xcb_window_t> windows = desktop.x().shownTopLevels();
+    std::erase_if(windows, [&](xcb_window_t window) {
+        return std::ranges::count(before, window) > 0 ||
+               desktop.x().frame(window).value_or(WindowFrame{}).width < narrowest;
+    });
+    return windows;
+}
+
+Seen collapseAndOpen(Tour& tour) {
+    SecondRowUnderTest::letTheArrowRest();
+    const bool collapsed = tour.desktop().clickControl() && tour.desktop().waitUntilCollapsed();
+    const bool opened = collapsed && tour.row().open();
+    return {.ok = opened,
+            .text = opened ? "the row is " + describe(*tour.row().frame()) : "no row"};
+}
+
+// Its own menu under its icon on the real bar.
+Seen openMenu(Tour& tour, const HiddenProgram& program) {
+    Desktop& desktop = tour.desktop();
+    XClient& x = desktop.x();
+    const auto icon =
+        tour.row().isOpen() || tour.row().open() ? tour.row().icon(program.name) : std::nullopt;
+    if (!icon) {
+        return {.ok = false, .text = "no such icon in the row"};
+    }
+    const std::vector<xcb_window_t> before = x.shownTopLevels();
+    desktop.input().click(centre(icon->frame), UserInput::Button::Right);
+    const PointerState pointer = x.pointer();
+    const bool revealed = waitFor([&] {
+        const auto item = desktop.item(program.className);
+        return item && item->frame.x >= 0 && item->frame.right() <= x.rootFrame().width;
+    });
+    const bool opened = waitFor([&] { return !newWindows(desktop, before).empty(); });
+    const bool stayed = x.pointer() == pointer;
+    const bool closed = !tour.row().isOpen();
+    const auto item = desktop.item(program.className);
+    const auto menus = newWindows(desktop, before);
+    const auto menu = menus.empty() ? std::nullopt : x.frame(menus.back());
+    return {.ok = revealed && opened && stayed && closed,
+            .text = "icon " + (item ? describe(item->frame) : "absent") + ", its menu " +
+                    (menu ? describe(*menu) : "absent") + ", pointer at " + describe(pointer) +
+                    (stayed ? " as before" : " has moved") +
+                    (closed ? ", the row is closed" : ", the row is open")};
+}
+
+Seen putBack(Tour& tour) {
+    Desktop& desktop = tour.desktop();
+    const std::vector<xcb_window_t> menus = desktop.x().shownTopLevels();
+    // A click outside closes the menu; the next one on the arrow ends the reveal.
+    constexpr RootPoint outside{.x = 300, .y = 700};
+    desktop.input().click(outside);
+    const bool menuClosed =
+        waitFor([&] { return desktop.x().shownTopLevels().size() < menus.size(); });
+    SecondRowUnderTest::letTheArrowRest();
+    const bool clicked = desktop.clickControl();
+    const bool collapsed = clicked && desktop.waitUntilCollapsed();
+    return {.ok = menuClosed && collapsed && !tour.row().isOpen(),
+            .text = std::string(menuClosed ? "the menu is closed" : "the menu stays") +
+                    ", hidden again: " + names(desktop.hiddenSection())};
+}
+
+Seen expand(Tour& tour) {
+    SecondRowUnderTest::letTheArrowRest();
+    Desktop& desktop = tour.desktop();
+    const bool ok =
+        desktop.clickControl(UserInput::Button::Left, {keys::alt}) && desktop.waitUntilExpanded();
+    return {.ok = ok, .text = describe(desktop.items()) + " on the screen"};
+}
+
+} // namespace
+
+void walkMenus(Tour& tour) {
+    tour.step("Collapse and open the row", [&] { return collapseAndOpen(tour); });
+    for (const HiddenProgram& program : programs) {
+        const std::string name = program.name;
+        tour.step("Right-click " + name + " (" + program.toolkit + ") in the row",
+                  [&] { return openMenu(tour, program); });
+        tour.step("Close the menu of " + name + " and click the arrow",
+                  [&] { return putBack(tour); });
+    }
+    tour.step("Alt-click the arrow to arrange", [&] { return expand(tour); });
+}
+
+} // namespace pelistra::testing
