@@ -22,7 +22,7 @@ public:
         : server_(&server), bar_(bar), items_(&items), order_(&order) {}
 
     // A window asks to be docked; it happens at the next settle(). One that is docked already is
-    // not docked again.
+    // not docked again, the root and the bar's own windows never.
     void request(xcb_window_t client);
 
     // Does what the events of a batch left to be done: docks, reads again what changed, maps and

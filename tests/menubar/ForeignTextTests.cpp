@@ -22,7 +22,7 @@ TEST(ForeignTextTests, ControlCharactersGo) {
 }
 
 TEST(ForeignTextTests, CharactersThatTurnTheDirectionGo) {
-    EXPECT_EQ(cleanText("a\u202eb\u2066c\u200fd\u2028e", plenty), "abcde");
+    EXPECT_EQ(cleanText("a\u202eb\u2066c\u200fd\u2028e\u061cf", plenty), "abcdef");
 }
 
 TEST(ForeignTextTests, BrokenBytesAreReplaced) {

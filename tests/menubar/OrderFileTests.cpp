@@ -49,6 +49,21 @@ TEST_F(OrderFileTests, TheFileIsTheUsersOwn) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
+TEST_F(OrderFileTests, TheLongestOrderFits) {
+    OrderMemory memory;
+    std::string longest;
+    for (std::size_t i = 0; i + 4 < menubar::identityCharacterLimit; ++i) {
+        longest += "\U0001F600";
+    }
+    for (std::size_t i = 0; i < OrderMemory::capacity; ++i) {
+        const std::string name = longest + std::to_string(i);
+        memory.place({.instance = name, .className = name, .ordinal = 9'999}, {}, {});
+    }
+    ASSERT_EQ(memory.order().size(), OrderMemory::capacity);
+    OrderFile(path_).write(memory);
+    EXPECT_EQ(OrderFile(path_).read(), memory);
+}
+
 TEST_F(OrderFileTests, NoFileIsNoOrderAndNoComplaint) {
     ::testing::internal::CaptureStderr();
     EXPECT_EQ(OrderFile(path_).read(), OrderMemory());

@@ -1,5 +1,7 @@
 #include "menubar/OrderMemory.h"
 
+#include "menubar/Docking.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -212,6 +214,20 @@ TEST(OrderMemoryTests, ATextWithoutItsHeadingIsReadAsFarAsItMakesSense) {
     EXPECT_THAT(OrderMemory::parse("").memory.order(), IsEmpty());
     EXPECT_EQ(OrderMemory::parse("").damagedLines, 0U);
     EXPECT_EQ(OrderMemory::parse("rubbish").damagedLines, 1U);
+}
+
+TEST(OrderMemoryTests, TheOrderOfAFullBarIsKept) {
+    OrderMemory memory;
+    std::vector<ItemIdentity> present;
+    for (std::size_t i = 0; i < menubar::Docking::itemLimit; ++i) {
+        const ItemIdentity item{
+            .instance = "n" + std::to_string(i), .className = "N", .ordinal = 0};
+        memory.place(item, present, 0);
+        present.push_back(item);
+    }
+    const OrderMemory::Parsed parsed = OrderMemory::parse(memory.text());
+    EXPECT_EQ(parsed.memory.order(), present);
+    EXPECT_EQ(parsed.damagedLines, 0U);
 }
 
 TEST(OrderMemoryTests, NoMoreThanTheLimitIsRead) {
