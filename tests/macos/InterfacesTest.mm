@@ -106,6 +106,39 @@ std::set<std::string> namesInFrontEnd() {
     return found;
 }
 
+// What the page on the calls' proof has in backquotes: selectors of messages, and plain names.
+std::set<std::string> callsInProof() {
+    std::ifstream file(PELISTRA_PROOF_PAGE);
+    std::ostringstream content;
+    content << file.rdbuf();
+    const std::string page = content.str();
+    static const std::regex call(R"(`(?:\[[^\]`]* )?([\w:]+)\]?`)");
+    std::set<std::string> found;
+    for (std::sregex_iterator match(page.begin(), page.end(), call), end; match != end; ++match) {
+        found.insert((*match)[1].str());
+    }
+    return found;
+}
+
+// The frameworks' functions, by the symbols that compiled code leaves open.
+std::set<std::string> functionsCalled(const std::string& symbols) {
+    static const std::regex open(R"( U ((?:CG|CF|dispatch_|os_log|standin)\w+))");
+    static const std::map<std::string, std::string> realNames = {
+        {"standinDlopen", "dlopen"},
+        {"standinDlsym", "dlsym"},
+        {"standinDlclose", "dlclose"},
+        {"standinLogWithType", "os_log_with_type"},
+    };
+    std::set<std::string> found;
+    for (std::sregex_iterator match(symbols.begin(), symbols.end(), open), end; match != end;
+         ++match) {
+        const std::string name = (*match)[1].str();
+        const auto real = realNames.find(name);
+        found.insert(real == realNames.end() ? name : real->second);
+    }
+    return found;
+}
+
 std::vector<std::string> missing(const std::set<std::string>& used,
                                  const std::set<std::string>& reviewed) {
     std::vector<std::string> result;
@@ -123,6 +156,22 @@ TEST(InterfacesTest, EveryNameWasReviewed) {
     const auto used = namesInFrontEnd();
     ASSERT_THAT(used, Contains("CGEventPostToPid"));
     EXPECT_THAT(missing(used, readList().names), IsEmpty());
+}
+
+TEST(InterfacesTest, ThePageSaysHowEveryCallIsProven) {
+    const std::string symbols = outputOf("nm " PELISTRA_FRONT_END_LIBRARY " 2>/dev/null");
+    const auto sent = selectorsSent(symbols);
+    const auto called = functionsCalled(symbols);
+    const auto proven = callsInProof();
+    ASSERT_THAT(called, Contains("dlopen"));
+    EXPECT_THAT(missing(sent, proven), IsEmpty());
+    EXPECT_THAT(missing(called, proven), IsEmpty());
+    // Nor does it name messages that are no longer sent.
+    std::set<std::string> messages;
+    std::ranges::copy_if(proven, std::inserter(messages, messages.end()),
+                         [](const std::string& name) { return name.ends_with(':'); });
+    messages.erase("setDelegate:");
+    EXPECT_THAT(missing(messages, sent), IsEmpty());
 }
 
 TEST(InterfacesTest, NothingIsNewerThanTheDeploymentTarget) {
