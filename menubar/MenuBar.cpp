@@ -43,7 +43,7 @@ MenuBar::MenuBar(const Server& server, std::unique_ptr<TraySelection> tray, Opti
     : server_(&server), options_(std::move(options)), orderFile_(std::move(orderFile)),
       order_(orderFile_.read()), tray_(std::move(tray)), window_(server),
       docking_(server, window_.id(), items_, order_), painter_(server, window_.id()),
-      publisher_(server, tray_->owner(), window_.id()), dragInput_(server, window_.id()),
+      publisher_(server, tray_->owner()), dragInput_(server, window_.id()),
       activeWindow_(server, items_), settings_(server) {
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(server.xcb(), server.root(), XCB_CW_EVENT_MASK, &events);
@@ -216,6 +216,10 @@ void MenuBar::handleConfigureRequest(const xcb_configure_request_event_t& event)
 void MenuBar::handleConfigured(const xcb_configure_notify_event_t& event, std::uint32_t sequence) {
     if (event.window == server_->root()) {
         monitorsStale_ = true;
+        return;
+    }
+    if (event.window == window_.id() && std::exchange(heightGiven_, event.height) != event.height) {
+        publisher_.repeatScale();
         return;
     }
     DockedItem* item = items_.find(event.window);
@@ -454,6 +458,7 @@ void MenuBar::followScreen() {
         publisher_.publishColors(palette);
         publisher_.publishScale(metrics_);
         publisher_.publishAreas(frame, drawn);
+        publisher_.publishWindow(window_.id());
         for (const auto& item : items_.all()) {
             painter_.setBackground(*item);
         }

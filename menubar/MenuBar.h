@@ -96,6 +96,8 @@ private:
     XSettingsWatch settings_;
 
     Metrics metrics_;
+    // The bar's height that the window manager has agreed to.
+    int heightGiven_ = 0;
     std::string desktopTheme_;
     std::optional<Gap> housing_;
     std::optional<Drag> drag_;

@@ -18,8 +18,7 @@ std::uint32_t word(int value) {
 
 } // namespace
 
-Publisher::Publisher(const Server& server, xcb_window_t owner, xcb_window_t bar)
-    : server_(&server), owner_(owner) {
+Publisher::Publisher(const Server& server, xcb_window_t owner) : server_(&server), owner_(owner) {
     const x11::Connection& connection = server.connection();
     x11::setWords(connection, owner, server.atom(Atom::NetSystemTrayOrientation), XCB_ATOM_CARDINAL,
                   std::array{horizontal});
@@ -30,8 +29,6 @@ Publisher::Publisher(const Server& server, xcb_window_t owner, xcb_window_t bar)
         alpha.type != nullptr ? alpha.type->visual_id : connection.screen().root_visual;
     x11::setWords(connection, owner, server.atom(Atom::NetSystemTrayVisual), XCB_ATOM_VISUALID,
                   std::array{visual});
-    x11::setWords(connection, owner, server.atom(Atom::PelistraMenubarWindow), XCB_ATOM_WINDOW,
-                  std::array{bar});
     x11::setText(connection, owner, server.atom(Atom::PelistraMenubarVersion),
                  server.atom(Atom::Utf8String), versionNumber());
 }
@@ -48,6 +45,15 @@ void Publisher::publishColors(const Palette& palette) {
     const auto words = trayColors(palette);
     publish(colors_, {words.begin(), words.end()}, server_->atom(Atom::NetSystemTrayColors),
             XCB_ATOM_CARDINAL);
+}
+
+void Publisher::publishWindow(xcb_window_t bar) {
+    publish(window_, {bar}, server_->atom(Atom::PelistraMenubarWindow), XCB_ATOM_WINDOW);
+}
+
+void Publisher::repeatScale() const {
+    x11::setWords(server_->connection(), owner_, server_->atom(Atom::PelistraMenubarScale),
+                  XCB_ATOM_CARDINAL, scale_);
 }
 
 void Publisher::publishScale(const Metrics& metrics) {

@@ -18,10 +18,14 @@ namespace pelistra::menubar {
 // written that has not changed.
 class Publisher {
 public:
-    Publisher(const Server& server, xcb_window_t owner, xcb_window_t bar);
+    Publisher(const Server& server, xcb_window_t owner);
 
+    // Only once the bar has its place: others take their size from it.
+    void publishWindow(xcb_window_t bar);
     void publishColors(const Palette& palette);
     void publishScale(const Metrics& metrics);
+    // Makes others look again, the bar having become as high as the scale says only now.
+    void repeatScale() const;
     // The parts of the bar left and right of the camera housing, relative to the root window; `gap`
     // counts from the bar's left edge. None without a housing.
     void publishAreas(const PixelRect& bar, const std::optional<Gap>& gap);
@@ -37,6 +41,7 @@ private:
 
     const Server* server_;
     xcb_window_t owner_;
+    std::vector<std::uint32_t> window_;
     std::vector<std::uint32_t> colors_;
     std::vector<std::uint32_t> scale_;
     std::vector<std::uint32_t> areas_;

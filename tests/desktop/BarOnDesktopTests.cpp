@@ -199,6 +199,37 @@ TEST_F(BarOnDesktopTests, StandsOnThePrimaryOfTwoMonitors) {
                 ElementsAre(0, 0, barHeight, 0, 0, 0, 0, 0, 0, 799, 0, 0));
 }
 
+TEST_F(BarOnDesktopTests, SaysItsScaleAgainOnceTheWindowManagerHasMadeItThatHigh) {
+    desktop_.startBar();
+    XClient& x = desktop_.x();
+    ASSERT_TRUE(waitFor([&] { return x.isViewable(x.barWindow()); }));
+    XClient watcher(desktop_.display().name());
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(watcher.get(), x.trayOwner(), XCB_CW_EVENT_MASK, &events);
+    const std::uint32_t moves = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(watcher.get(), x.barWindow(), XCB_CW_EVENT_MASK, &moves);
+    watcher.sync();
+    x11::setText(x.connection(), x.root(), XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING,
+                 "Xft.dpi: 192");
+    x.sync();
+    bool isHigh = false;
+    bool toldAfterwards = false;
+    EXPECT_TRUE(waitFor([&] {
+        while (const x11::EventPtr event = watcher.connection().pollEvent()) {
+            if (x11::typeOf(*event) == XCB_CONFIGURE_NOTIFY) {
+                isHigh = isHigh ||
+                         x11::eventAs<xcb_configure_notify_event_t>(*event).height == 2 * barHeight;
+            } else if (x11::typeOf(*event) == XCB_PROPERTY_NOTIFY) {
+                toldAfterwards =
+                    toldAfterwards ||
+                    (isHigh && x11::eventAs<xcb_property_notify_event_t>(*event).atom ==
+                                   x.atom("_PELISTRA_MENUBAR_SCALE"));
+            }
+        }
+        return toldAfterwards;
+    }));
+}
+
 TEST_F(BarOnDesktopTests, IsTwiceAsHighAtScaleTwo) {
     desktop_.startBar({"--scale", "2"});
     XClient& x = desktop_.x();

@@ -93,6 +93,18 @@ TEST_F(BarLookTests, ResourcesCountWhateverTypeTheTextSaysItIs) {
     EXPECT_TRUE(waitFor([&] { return x_.frame(x_.barWindow())->height == 42; }));
 }
 
+// Others take their own height from the bar's.
+TEST_F(BarLookTests, WhoFindsTheBarFindsItWithItsHeight) {
+    for (int round = 0; round < 5; ++round) {
+        startBar({"--scale=2"});
+        EXPECT_EQ(x_.frame(x_.barWindow())->height, 2 * barHeight);
+        EXPECT_THAT(x_.words(x_.trayOwner(), "_PELISTRA_MENUBAR_SCALE"),
+                    ::testing::ElementsAre(200));
+        stopBar(SIGTERM);
+    }
+    startBar();
+}
+
 TEST_F(BarLookTests, AGivenScaleWins) {
     setResources("Xft.dpi:\t192\n");
     startBar({"--scale=1"});
