@@ -3,6 +3,7 @@
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/FileUserDefaults.h"
+#include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/posix/PrivateFile.h"
 
 #include <algorithm>
@@ -12,8 +13,6 @@
 #include <sstream>
 #include <system_error>
 #include <utility>
-
-#include <unistd.h>
 
 namespace pelistra::desktop {
 
@@ -46,21 +45,6 @@ bool isThere(const fs::path& file) {
 bool isNullDevice(const fs::path& file) {
     std::error_code error;
     return fs::is_symlink(file, error) && fs::read_symlink(file, error) == "/dev/null";
-}
-
-bool isExecutable(const fs::path& program) {
-    std::error_code error;
-    return fs::is_regular_file(program, error) && ::access(program.c_str(), X_OK) == 0;
-}
-
-bool canBeStarted(const fs::path& program) {
-    if (program.is_absolute()) {
-        return isExecutable(program);
-    }
-    const auto folders = parts("PATH", ':', "/usr/local/bin:/usr/bin:/bin");
-    return std::ranges::any_of(folders, [&](const std::string& folder) {
-        return isExecutable(fs::path(folder) / program);
-    });
 }
 
 // A link to a file elsewhere is written through; one that masks the entry is replaced.
@@ -136,8 +120,7 @@ LoginItemStatus AutostartLoginItem::statusOfEntry(const DesktopEntry& entry) con
     if (entry.hidden || std::ranges::none_of(command, isOurs)) {
         return LoginItemStatus::NotRegistered;
     }
-    if (!canBeStarted(command.front()) ||
-        (!entry.tryExec.empty() && !canBeStarted(entry.tryExec))) {
+    if (!findProgram(command.front()) || (!entry.tryExec.empty() && !findProgram(entry.tryExec))) {
         return LoginItemStatus::NotFound;
     }
     if (entry.autostartIsOff || !isForThisDesktop(entry) || isMasked()) {

@@ -11,7 +11,6 @@ namespace pelistra::desktop {
 
 namespace {
 
-constexpr std::uint8_t leftButton = 1;
 constexpr xcb_input_device_id_t allMasterDevices = 1;
 // A window is rarely this deep in the tree; the bound keeps a search from going on for ever while
 // windows move.
@@ -168,7 +167,7 @@ void ClickDelivery::sendButton(std::uint8_t type, const Target& target, RootPlac
     const bool isRelease = type == XCB_BUTTON_RELEASE;
     const xcb_button_press_event_t event{
         .response_type = type,
-        .detail = leftButton,
+        .detail = XCB_BUTTON_INDEX_1,
         .sequence = 0,
         .time = XCB_CURRENT_TIME,
         .root = connection_->root(),

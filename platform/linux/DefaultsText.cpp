@@ -89,6 +89,7 @@ std::optional<DefaultsValue> parseLiteral(std::string_view literal) {
     }
     double number = 0;
     const char* end = literal.data() + literal.size();
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the end goes along
     const auto parsed = std::from_chars(literal.data(), end, number);
     if (parsed.ec != std::errc{} || parsed.ptr != end || !std::isfinite(number)) {
         return std::nullopt;

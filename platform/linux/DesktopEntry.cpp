@@ -103,7 +103,7 @@ std::string valueOf(const Keys& keys, std::string_view key) {
 std::string localised(const Keys& keys, const std::string& key,
                       const std::vector<std::string>& locales) {
     for (const std::string& locale : locales) {
-        if (const auto found = keys.find(key + "[" + locale + "]");
+        if (const auto found = keys.find(std::string(key).append("[").append(locale).append("]"));
             found != keys.end() && !found->second.empty()) {
             return found->second;
         }
@@ -229,10 +229,13 @@ bool append(std::vector<std::string>& command, const Argument& argument,
         return true;
     }
     auto text = expanded(argument.text, entry);
-    if (text && !text->empty()) {
+    if (!text) {
+        return false;
+    }
+    if (!text->empty()) {
         command.push_back(*std::move(text));
     }
-    return text.has_value();
+    return true;
 }
 
 } // namespace
@@ -254,7 +257,8 @@ std::vector<std::string> localeKeys(std::string_view locale) {
         }
         keys.push_back(stem);
     }
-    keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+    const auto repeated = std::ranges::unique(keys);
+    keys.erase(repeated.begin(), repeated.end());
     return keys;
 }
 
@@ -315,7 +319,7 @@ std::string quotedForExec(std::string_view argument) {
             result += c;
             break;
         case '\\':
-            result += "\\\\\\\\";
+            result += R"(\\\\)";
             break;
         case '%':
             result += "%%";

@@ -36,7 +36,7 @@ struct DesktopEntry {
 };
 
 // No entry is larger than this; a larger file is left out.
-inline constexpr std::size_t desktopEntryByteLimit = 256 * 1024;
+inline constexpr std::size_t desktopEntryByteLimit = std::size_t{256} * 1024;
 
 // The keys of a locale such as "zh_CN.UTF-8@pinyin" in the order in which localised values are
 // looked for: language_COUNTRY@MODIFIER, language_COUNTRY, language@MODIFIER, language. Empty for

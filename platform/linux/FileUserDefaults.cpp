@@ -17,7 +17,7 @@ namespace {
 
 std::filesystem::path absolutePathIn(const char* variable) {
     const char* text = std::getenv(variable); // NOLINT(concurrency-mt-unsafe)
-    std::filesystem::path path = text != nullptr ? text : "";
+    const std::filesystem::path path = text != nullptr ? text : "";
     return path.is_absolute() ? path : std::filesystem::path();
 }
 

@@ -142,7 +142,7 @@ void writeTable(std::ostream& out, const std::vector<ListedItem>& items) {
 void writeJson(std::ostream& out, const std::vector<ListedItem>& items) {
     out << '[';
     for (const ListedItem& item : items) {
-        out << (&item == &items.front() ? "\n" : ",\n") << "  {\"id\": " << item.id
+        out << (&item == &items.front() ? "\n" : ",\n") << R"(  {"id": )" << item.id
             << ", \"process\": " << item.process << ", \"owner\": " << quoted(item.owner)
             << ", \"windowName\": " << quoted(item.windowName)
             << ", \"desktopId\": " << (item.desktopId ? quoted(*item.desktopId) : "null")

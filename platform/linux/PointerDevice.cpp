@@ -81,6 +81,7 @@ std::optional<PointerDevice::Maker> PointerDevice::makerIn(std::string_view devi
     }
     Maker maker{.process = 0, .host = std::string(deviceName.substr(at + 1))};
     const auto* const end = deviceName.data() + at;
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the end goes along
     const auto [rest, error] = std::from_chars(deviceName.data(), end, maker.process);
     if (error != std::errc() || rest != end || maker.process < 1) {
         return std::nullopt;
@@ -162,7 +163,7 @@ void PointerDevice::add(const std::string& name) const {
     auto* const bytes =
         reinterpret_cast<std::uint8_t*>(buffer.data()); // NOLINT(*-reinterpret-cast)
     std::memcpy(bytes, &header, sizeof(header));
-    std::memcpy(bytes + sizeof(header), name.data(), name.size());
+    std::ranges::copy(name, bytes + sizeof(header));
     ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
         connection_->get(), 1,
         // NOLINTNEXTLINE(*-reinterpret-cast): the request takes changes of several shapes.

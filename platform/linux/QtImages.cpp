@@ -35,7 +35,7 @@ private:
 class PainterCanvas final : public Canvas {
 public:
     PainterCanvas(QPainter& painter, double height, QColor label)
-        : painter_(painter), height_(height), label_(std::move(label)) {}
+        : painter_(painter), height_(height), label_(label) {}
 
     void setFillColor(ColorRole role) override {
         switch (role) {

@@ -22,9 +22,9 @@ public:
         : block_(std::make_shared<std::function<void()>>(std::move(block))) {
         timer_.setTimerType(Qt::PreciseTimer);
         timer_.setInterval(wholeMilliseconds(interval));
-        // The copy keeps a block alive that drops its own timer.
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [block = block_] {
-            const auto running = block;
+            // Keeps a block alive that drops its own timer.
+            const auto running = block; // NOLINT(performance-unnecessary-copy-initialization)
             (*running)();
         });
         timer_.start();

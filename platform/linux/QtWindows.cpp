@@ -16,9 +16,9 @@ namespace {
 
 class QtWindow final : public Window {
 public:
-    QtWindow(Size contentSize, std::uint32_t styleMask, const ViewServices& services,
+    QtWindow(Size contentSize, std::uint32_t styleMask, ViewServices services,
              const x11::Connection& connection)
-        : services_(services), frame_(contentSize, styleMask, connection) {
+        : services_(std::move(services)), frame_(contentSize, styleMask, connection) {
         applyLook(services_.look.get());
         lookChanges_ = services_.look.observe([this](const Look& look) { applyLook(look); });
     }

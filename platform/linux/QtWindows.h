@@ -4,14 +4,16 @@
 #include "platform/linux/views/ViewServices.h"
 #include "platform/x11/Connection.h"
 
+#include <utility>
+
 namespace pelistra::desktop {
 
 // Ordinary windows on Qt Widgets.
 class QtWindows final : public Windows {
 public:
     // What the services name outlives the windows, and so does the connection.
-    QtWindows(const ViewServices& services, const x11::Connection& connection)
-        : services_(services), connection_(connection) {}
+    QtWindows(ViewServices services, const x11::Connection& connection)
+        : services_(std::move(services)), connection_(connection) {}
 
     [[nodiscard]] std::unique_ptr<Window> window(Size contentSize,
                                                  std::uint32_t styleMask) override;

@@ -204,7 +204,7 @@ Symbol checkedShield() {
     shield.closeSubpath();
     QPainterPath check;
     addLine(check, {{4.3, 8}, {6.3, 10.1}, {9.8, 5.6}});
-    QPainterPathStroker pen(QPen(Qt::black, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QPainterPathStroker pen(QPen(Qt::black, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     symbol.filled = shield.subtracted(pen.createStroke(check));
     return symbol;
 }

@@ -15,7 +15,7 @@ namespace pelistra::desktop {
 
 namespace {
 
-constexpr std::size_t fileByteLimit = 64 * 1024;
+constexpr std::size_t fileByteLimit = std::size_t{64} * 1024;
 
 std::filesystem::path folderOf(ProcessId process) {
     return std::filesystem::path("/proc") / std::to_string(process);
@@ -103,7 +103,7 @@ std::string invokedNameIn(const std::string& commandLine) {
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
         return argument;
     };
-    const std::string program = nameOf(next());
+    std::string program = nameOf(next());
     if (!isInterpreter(program)) {
         return program;
     }

@@ -1,6 +1,7 @@
 #include "platform/linux/views/AlertSheet.h"
 
 #include "platform/linux/views/ContentWidget.h"
+#include "platform/linux/views/Metrics.h"
 #include "platform/linux/views/Outlines.h"
 #include "ui/Palette.h"
 
@@ -18,7 +19,6 @@ namespace {
 constexpr int cardWidth = 300;
 constexpr double cardRadius = 16;
 constexpr double dimming = 0.28;
-constexpr double borderOpacity = 0.12;
 
 class AlertContent final : public ui::Content {
 public:
@@ -106,7 +106,7 @@ void AlertSheet::paintEvent(QPaintEvent* /*event*/) {
     }
     painter.fillPath(pathOf(outline, card), resolved(ui::palette::card, look));
     painter.strokePath(pathOf(outline, card),
-                       QPen(resolved(ui::Role::Primary, look, borderOpacity), 1));
+                       QPen(resolved(ui::Role::Primary, look, metrics::borderOpacity), 1));
 }
 
 void AlertSheet::resizeEvent(QResizeEvent* event) {

@@ -21,7 +21,6 @@ using ui::ButtonStyle;
 constexpr double hoverOpacity = 0.08;
 constexpr double pressOpacity = 0.16;
 constexpr double borderedOpacity = 0.07;
-constexpr double borderOpacity = 0.12;
 
 // The texts in a view, one after the other.
 std::string textIn(const ui::View& view) {
@@ -223,7 +222,7 @@ void ButtonElement::paintField(QPainter& painter, const PaintState& state) const
         painter.fillPath(path, resolved(ui::Role::Primary, state.look, opacity));
     }
     if (isBordered) {
-        painter.strokePath(path, QPen(resolved(ui::Role::Primary, state.look, borderOpacity),
+        painter.strokePath(path, QPen(resolved(ui::Role::Primary, state.look, metrics::borderOpacity),
                                       1 / scene().scale()));
     }
 }

@@ -11,6 +11,8 @@ namespace pelistra::desktop {
 class ButtonElement final : public ElementOf<ui::Button> {
 public:
     ButtonElement(Scene& scene, Element* parent);
+    ButtonElement(const ButtonElement&) = delete;
+    ButtonElement& operator=(const ButtonElement&) = delete;
     ~ButtonElement() override;
 
     void paint(QPainter& painter, const PaintState& state) override;

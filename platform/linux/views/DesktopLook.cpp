@@ -19,8 +19,7 @@ constexpr std::uint8_t sentMask = 0x80;
 
 // Announcements of new managers reach this connection because the tray's are waited for on it too.
 DesktopLook::DesktopLook(const x11::Connection& connection, EventPump& pump, Published<Look>& look)
-    : connection_(connection), look_(look), selection_(XCB_ATOM_NONE), property_(XCB_ATOM_NONE),
-      managerMessage_(XCB_ATOM_NONE) {
+    : connection_(connection), look_(look) {
     const std::string selection = "_XSETTINGS_S" + std::to_string(connection.screenNumber());
     const std::array<std::string_view, 3> names = {selection, "_XSETTINGS_SETTINGS", "MANAGER"};
     const auto atoms = x11::internAtoms(connection, names);

@@ -27,9 +27,9 @@ private:
 
     const x11::Connection& connection_;
     Published<Look>& look_;
-    xcb_atom_t selection_;
-    xcb_atom_t property_;
-    xcb_atom_t managerMessage_;
+    xcb_atom_t selection_ = XCB_ATOM_NONE;
+    xcb_atom_t property_ = XCB_ATOM_NONE;
+    xcb_atom_t managerMessage_ = XCB_ATOM_NONE;
     xcb_window_t manager_ = XCB_WINDOW_NONE;
     SubscriptionPtr events_;
 };

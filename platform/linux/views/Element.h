@@ -158,13 +158,16 @@ public:
         view_ = view;
         changed(before ? before->template as<Kind>() : nullptr, surroundings);
     }
-    [[nodiscard]] const ui::View& view() const final { return *view_; }
+    // The value is there from the first update on, before anybody asks for it.
+    [[nodiscard]] const ui::View& view() const final {
+        return *view_; // NOLINT(bugprone-unchecked-optional-access)
+    }
     void forEachChild(const std::function<void(Element&)>& /*call*/) override {}
 
 protected:
     // The value is a new one; before is null at the first.
     virtual void changed(const Kind* before, const Surroundings& surroundings) = 0;
-    [[nodiscard]] const Kind& node() const { return *view_->template as<Kind>(); }
+    [[nodiscard]] const Kind& node() const { return *view().template as<Kind>(); }
 
 private:
     std::optional<ui::View> view_;

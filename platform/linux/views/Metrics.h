@@ -9,6 +9,9 @@ inline constexpr double controlRadius = 7;
 inline constexpr double largeControlRadius = 9;
 inline constexpr double leastProminentWidth = 96;
 
+// Of the hairline around buttons and cards.
+inline constexpr double borderOpacity = 0.12;
+
 inline constexpr double focusRingWidth = 3;
 inline constexpr double focusRingOpacity = 0.55;
 

@@ -12,6 +12,8 @@ namespace pelistra::desktop {
 class RepresentedElement final : public ElementOf<ui::Represented> {
 public:
     RepresentedElement(Scene& scene, Element* parent);
+    RepresentedElement(const RepresentedElement&) = delete;
+    RepresentedElement& operator=(const RepresentedElement&) = delete;
     ~RepresentedElement() override;
 
     void paint(QPainter& /*painter*/, const PaintState& /*state*/) override {}

@@ -33,8 +33,8 @@ void tellLook(Element& element) {
 
 } // namespace
 
-Scene::Scene(ContentWidget& widget, const ViewServices& services)
-    : widget_(widget), services_(services) {
+Scene::Scene(ContentWidget& widget, ViewServices services)
+    : widget_(widget), services_(std::move(services)) {
     ticks_.setInterval(frameMilliseconds);
     ticks_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&ticks_, &QTimer::timeout, &ticks_, [this] { advance(); });

@@ -22,7 +22,7 @@ class Scroller;
 // follows from it happen in one go; what has to be drawn again is collected by the widget.
 class Scene {
 public:
-    Scene(ContentWidget& widget, const ViewServices& services);
+    Scene(ContentWidget& widget, ViewServices services);
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
     ~Scene();

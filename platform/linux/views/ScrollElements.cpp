@@ -199,14 +199,15 @@ void GroupedFormElement::updateSection(FormSectionElement& section, const ui::Fo
                          .font = {.size = ui::TextStyle::Body, .weight = ui::Weight::Semibold}},
                 surroundings);
     std::vector<ui::View> before;
+    before.reserve(section.rows.size());
     for (const auto& row : section.rows) {
         before.push_back(row->view());
     }
     const auto origins = ui::continuedFrom(before, now.rows);
     std::vector<ElementPtr> rows(now.rows.size());
     for (std::size_t place = 0; place < rows.size(); ++place) {
-        if (origins[place]) {
-            rows[place] = std::move(section.rows[*origins[place]]);
+        if (const auto origin = origins[place]) {
+            rows[place] = std::move(section.rows[*origin]);
         }
     }
     std::swap(rows, section.rows);

@@ -13,10 +13,13 @@
 namespace pelistra::desktop {
 
 // What elements with a scroller have in common: coordinates inside are those of what is scrolled.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): it overrides the base's virtual one
 template <class Kind>
 class ScrollingElement : public ElementOf<Kind> {
 public:
     using ElementOf<Kind>::ElementOf;
+    ScrollingElement(const ScrollingElement&) = delete;
+    ScrollingElement& operator=(const ScrollingElement&) = delete;
     ~ScrollingElement() override;
 
     void invalidate(const QRectF& area) override;

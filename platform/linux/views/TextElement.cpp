@@ -98,8 +98,8 @@ void TextElement::paint(QPainter& painter, const PaintState& state) {
         return;
     }
     const QFont font = qtFont(node().font, state.look);
-    const QColor color =
-        node().foreground ? resolved(*node().foreground, state.look) : state.foreground;
+    const auto& foreground = node().foreground;
+    const QColor color = foreground ? resolved(*foreground, state.look) : state.foreground;
     QString shown = text_;
     if (isOneLine()) {
         shown = QFontMetricsF(font).elidedText(shown.replace(u'\n', u' '), Qt::ElideRight,

@@ -17,6 +17,8 @@ namespace pelistra::desktop {
 class TextElement final : public ElementOf<ui::Text> {
 public:
     using ElementOf::ElementOf;
+    TextElement(const TextElement&) = delete;
+    TextElement& operator=(const TextElement&) = delete;
     ~TextElement() override;
 
     void paint(QPainter& painter, const PaintState& state) override;

@@ -127,7 +127,7 @@ void ToggleElement::paintSwitch(QPainter& painter, const Look& look) const {
     const QRectF track = switchArea(shownFrame());
     const double place = knobPlace();
     const double radius = track.height() / 2;
-    QColor off = resolved(ui::Role::Primary, look, offOpacity);
+    const QColor off = resolved(ui::Role::Primary, look, offOpacity);
     Look light = look;
     light.isDark = false;
     QColor fill = mixed(off, resolved(ui::Role::Accent, light), place);

@@ -12,6 +12,8 @@ namespace pelistra::desktop {
 class ToggleElement final : public ElementOf<ui::Toggle> {
 public:
     using ElementOf::ElementOf;
+    ToggleElement(const ToggleElement&) = delete;
+    ToggleElement& operator=(const ToggleElement&) = delete;
     ~ToggleElement() override;
 
     void paint(QPainter& painter, const PaintState& state) override;
