@@ -23,8 +23,6 @@ constexpr double lengthWithoutScreens = 3456;
 
 class BadInputTest : public LaunchedApplication {
   protected:
-    static void waitForLatch() { runFor(0.27); }
-
     void openRow() {
         fillMenuBar();
         launch();

@@ -36,6 +36,8 @@ class LaunchedApplication : public ::testing::Test {
     // A click on the arrow: button down and up through the window's own event handling.
     static void clickArrow(bool option = false);
     static void rightClickArrow();
+    // Until a click on the arrow counts again.
+    static void waitForLatch();
 
     [[nodiscard]] static double dividerLength();
     [[nodiscard]] static std::vector<std::string> messagesOf(const std::string& category);

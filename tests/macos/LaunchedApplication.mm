@@ -84,6 +84,17 @@ void LaunchedApplication::rightClickArrow() {
           NSEventTypeRightMouseUp);
 }
 
+void LaunchedApplication::waitForLatch() {
+    // Served after what the click put off for the same time.
+    constexpr Seconds latchTime{0.25};
+    bool isOver = false;
+    {
+        const Unrecorded inside;
+        DispatchMainQueue().asyncAfter(latchTime, [&isOver] { isOver = true; });
+    }
+    EXPECT_TRUE(runUntil([&isOver] { return isOver; }));
+}
+
 double LaunchedApplication::dividerLength() { return [statusItem(@"PelistraV3.Divider") length]; }
 
 std::vector<std::string> LaunchedApplication::messagesOf(const std::string& category) {
@@ -181,6 +192,14 @@ void click(NSView* view, NSEventType down, NSEventType up, NSUInteger modifiers)
     [NSApp postEvent:mouseEvent(view, down, modifiers) atStart:NO];
     [NSApp postEvent:mouseEvent(view, up, modifiers) atStart:NO];
     runFor(0.02);
+    constexpr NSUInteger buttons =
+        NSLeftMouseDownMask | NSLeftMouseUpMask | NSRightMouseDownMask | NSRightMouseUpMask;
+    EXPECT_TRUE(runUntil([] {
+        return [NSApp nextEventMatchingMask:buttons
+                                  untilDate:[NSDate distantPast]
+                                     inMode:NSDefaultRunLoopMode
+                                    dequeue:NO] == nil;
+    }));
 }
 
 void takePicture(NSWindow* window, const std::string& name) {

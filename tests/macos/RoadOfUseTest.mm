@@ -39,7 +39,6 @@ class RoadOfUseTest : public LaunchedApplication {
         waitForLatch();
     }
 
-    static void waitForLatch() { runFor(0.27); }
     static NSView* item(const std::string& tooltip) {
         return find([panel() contentView], [NSButton class], tooltip);
     }

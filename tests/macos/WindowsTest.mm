@@ -100,7 +100,7 @@ TEST_F(WindowsTest, ThePanelIsMadeInOrder) {
     fillMenuBar();
     launch();
     clickArrow();
-    runFor(0.27);
+    waitForLatch();
     clickArrow();
     EXPECT_THAT(recorded("NSPanel"),
                 ElementsAre("NSPanel initWithContentRect:styleMask:backing:defer: {0, 0} {420, 78} "
