@@ -21,10 +21,16 @@ using namespace pelistra;
 using namespace pelistra::menubar;
 
 constexpr int cannotRun = 1;
+constexpr const char* serverGone = "the X server went away";
 
 int fail(const std::string& why) {
     log(why);
     return cannotRun;
+}
+
+int failFor(const std::string& reason, const x11::Connection& connection) {
+    // With the server gone, nothing that it did not answer says anything.
+    return fail(connection.isAlive() ? reason : serverGone);
 }
 
 int serve(const Options& options) {
@@ -38,16 +44,16 @@ int serve(const Options& options) {
     std::string reason;
     const std::optional<Server> server = Server::prepare(*connection, reason);
     if (!server) {
-        return fail(reason);
+        return failFor(reason, *connection);
     }
     std::unique_ptr<TraySelection> tray = TraySelection::acquire(*server, options.replace, reason);
     if (!tray) {
-        return fail(reason);
+        return failFor(reason, *connection);
     }
     MenuBar bar(*server, std::move(tray), options, OrderFile(OrderFile::defaultPath()));
     switch (bar.run(signals.fileDescriptor())) {
     case MenuBar::End::ServerGone:
-        return fail("the X server went away");
+        return fail(serverGone);
     case MenuBar::End::TrayTaken:
         log("another program took the system tray over; all icons are released");
         break;

@@ -1,7 +1,11 @@
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/ProgramsUnderTest.h"
+#include "tests/desktop/harness/TrayClient.h"
 
+#include <algorithm>
+#include <chrono>
 #include <fstream>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,6 +13,7 @@
 namespace pelistra::testing {
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
 // What the bar says when it cannot start: a message that names the reason, and a status.
@@ -107,11 +112,27 @@ TEST_F(BadBarStartTests, ADamagedOrUnwritableOrderFileCostsOneLine) {
 
 TEST_F(BadBarStartTests, TheBarEndsWithItsXServer) {
     BarUnderTest bar(display_, client_);
+    TrayClient icon(display_.name(), {.name = "Icon"});
+    ASSERT_TRUE(icon.requestDock());
+    ASSERT_TRUE(icon.waitUntilDocked());
     display_.killServer();
-    const auto status = bar.process().waitForExit();
-    ASSERT_TRUE(status);
-    EXPECT_EQ(status->status, 1);
-    EXPECT_THAT(bar.process().output(), HasSubstr("the X server went away"));
+    EXPECT_EQ(bar.process().waitForExit(), (ExitStatus{.status = 1}));
+    // One line, and no sanitizer's report after it.
+    EXPECT_EQ(bar.process().output(), "pelistra-menubar: the X server went away\n");
+}
+
+TEST_F(BadBarStartTests, AnXServerThatDiesWhileTheBarStartsIsNamed) {
+    // At moments spread over the whole start.
+    for (const int delay : {0, 20, 40, 60, 80, 100, 130, 160}) {
+        PrivateDisplay display;
+        const auto bar = display.start({(builtPrograms() / "pelistra-menubar").string()});
+        std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+        display.killServer();
+        EXPECT_EQ(bar->waitForExit(), (ExitStatus{.status = 1}));
+        EXPECT_THAT(bar->output(), AnyOf("pelistra-menubar: the X server went away\n",
+                                         HasSubstr("cannot connect to the X display")));
+        EXPECT_EQ(std::ranges::count(bar->output(), '\n'), 1) << bar->output();
+    }
 }
 
 } // namespace
