@@ -41,9 +41,10 @@ PackageRoot::PackageRoot() {
 // What it changes lies on the disk.
 // NOLINTNEXTLINE(readability-make-member-function-const)
 ToolRun PackageRoot::dpkg(const std::vector<std::string>& arguments) {
+    // The last option counts: the settings of small containers leave manuals and documentation out.
     std::vector<std::string> command{
-        "fakeroot",        "dpkg",         "--root=" + path().string(), "--log=/dev/null",
-        "--force-depends", "--no-triggers"};
+        "fakeroot",        "dpkg",          "--root=" + path().string(), "--log=/dev/null",
+        "--force-depends", "--no-triggers", "--path-include=/*"};
     command.insert(command.end(), arguments.begin(), arguments.end());
     return runTool(command);
 }
