@@ -69,6 +69,52 @@ TEST_F(RoadOfUseTest, CollapsesOpensTheRowAndExpands) {
                             "Collapsed divider to length 3024.000000", "Expanded hidden section"));
 }
 
+TEST_F(RoadOfUseTest, TheArrowsPictureTellsTheState) {
+    fillMenuBar();
+    launch();
+    world().journal.clear();
+    clickArrow();
+    EXPECT_THAT(recorded("NSStatusBarButton PelistraV3.Divider setImage"),
+                ElementsAre("NSStatusBarButton PelistraV3.Divider setImage nil"));
+    waitForLatch();
+    clickArrow();
+    waitForLatch();
+    clickArrow();
+    EXPECT_THAT(recorded("NSStatusBarButton PelistraV3.Control setImage"),
+                ElementsAre("NSStatusBarButton PelistraV3.Control setImage chevron.down "
+                            "template=YES \"打开第二行溢出栏\"",
+                            "NSStatusBarButton PelistraV3.Control setImage chevron.up "
+                            "template=YES \"关闭第二行溢出栏\"",
+                            "NSStatusBarButton PelistraV3.Control setImage chevron.down "
+                            "template=YES \"打开第二行溢出栏\""));
+}
+
+TEST_F(RoadOfUseTest, AnEmptySectionSaysSo) {
+    launch();
+    clickArrow();
+    ASSERT_EQ(dividerLength(), collapsedLength);
+    waitForLatch();
+    clickArrow();
+    EXPECT_THAT(textsIn([panel() contentView]),
+                ElementsAre("隐藏区为空", "分隔线左侧暂时没有可放入第二行的图标。"));
+    EXPECT_THAT(messagesOf("overflow-store"), ElementsAre("Snapshotted 0 overflow item(s)"));
+}
+
+TEST_F(RoadOfUseTest, LinesAreLoggedAtTheirLevels) {
+    openRow();
+    click(item("剪贴板"), NSEventTypeRightMouseDown, NSEventTypeRightMouseUp);
+    EXPECT_TRUE(runUntil([] { return messagesOf("private-activation").size() == 1; }));
+    for (const LogLine& line : world().log) {
+        EXPECT_EQ(line.subsystem, "com.pelistra.app");
+        EXPECT_EQ(line.type, OS_LOG_TYPE_INFO) << line.message;
+    }
+    EXPECT_THAT(recorded("os_log_create"),
+                ::testing::UnorderedElementsAre("os_log_create com.pelistra.app status-bar",
+                                                "os_log_create com.pelistra.app overflow-store",
+                                                "os_log_create com.pelistra.app "
+                                                "private-activation"));
+}
+
 TEST_F(RoadOfUseTest, AClickOnAnIconOpensItsOutermostApplication) {
     openRow();
     click(item("音量"), NSEventTypeLeftMouseDown, NSEventTypeLeftMouseUp);
@@ -134,9 +180,16 @@ TEST_F(RoadOfUseTest, ARightClickRevealsTheIconAndClicksIt) {
                 ElementsAre("Posted a PID-scoped click to window 1001"));
     EXPECT_THAT(messagesOf("status-bar"),
                 Contains("Temporarily revealed and activated window 1001"));
+    EXPECT_THAT(recorded("NSStatusBarButton PelistraV3.Control setToolTip"),
+                Contains("NSStatusBarButton PelistraV3.Control setToolTip "
+                         "\"点击：重新折叠临时显示的图标\""));
+    EXPECT_THAT(recorded("NSStatusBarButton PelistraV3.Control setImage").back(),
+                HasSubstr("chevron.right"));
 
     clickArrow();
     EXPECT_EQ(dividerLength(), collapsedLength);
+    EXPECT_THAT(recorded("NSStatusBarButton PelistraV3.Control setToolTip").back(),
+                HasSubstr("左键：折叠或打开第二行"));
 }
 
 TEST_F(RoadOfUseTest, AnEventThatCannotBeMadeReopensTheRowWithAMessage) {
