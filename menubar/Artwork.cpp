@@ -133,7 +133,8 @@ int drawText(cairo_t* context, PangoLayout* layout, int x, int limit, int height
     int textWidth = 0;
     int textHeight = 0;
     pango_layout_get_pixel_size(layout, &textWidth, &textHeight);
-    cairo_move_to(context, x, (height - textHeight) / 2);
+    const int above = (height - textHeight) / 2;
+    cairo_move_to(context, x, above);
     pango_cairo_show_layout(context, layout);
     return x + textWidth;
 }

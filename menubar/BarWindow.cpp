@@ -19,10 +19,9 @@ constexpr std::uint32_t allDesktops = 0xFFFFFFFF;
 
 class Ewmh {
 public:
-    explicit Ewmh(xcb_connection_t* connection) {
-        ready_ = xcb_ewmh_init_atoms_replies(&data_, xcb_ewmh_init_atoms(connection, &data_),
-                                             nullptr) != 0;
-    }
+    explicit Ewmh(xcb_connection_t* connection)
+        : ready_(xcb_ewmh_init_atoms_replies(&data_, xcb_ewmh_init_atoms(connection, &data_),
+                                             nullptr) != 0) {}
     Ewmh(const Ewmh&) = delete;
     Ewmh& operator=(const Ewmh&) = delete;
     ~Ewmh() {
@@ -35,7 +34,7 @@ public:
 
 private:
     xcb_ewmh_connection_t data_{};
-    bool ready_ = false;
+    bool ready_;
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "menubar/DockRequest.h"
 
+#include "platform/x11/Properties.h"
+
 #include <cstdint>
 
 namespace pelistra::menubar {
@@ -7,7 +9,6 @@ namespace pelistra::menubar {
 namespace {
 
 constexpr std::uint32_t dockRequest = 0;
-constexpr std::uint8_t bitsOfWord = 32;
 
 } // namespace
 
@@ -16,7 +17,7 @@ std::optional<xcb_window_t> requestedDock(const xcb_client_message_event_t& mess
     // A time, what is asked, the window.
     const auto& words = message.data.data32;
     const bool asks = message.window == owner && message.type == opcode &&
-                      message.format == bitsOfWord && words[1] == dockRequest;
+                      message.format == x11::bitsOfWord && words[1] == dockRequest;
     return asks && words[2] != XCB_NONE ? std::optional(words[2]) : std::nullopt;
 }
 

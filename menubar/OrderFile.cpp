@@ -12,12 +12,12 @@ namespace {
 
 // Above what as many items as are remembered need: two texts of four bytes a character, an ordinal
 // and what stands between them.
-constexpr std::size_t mostBytesPerLine = 2 * 4 * identityCharacterLimit + 16;
+constexpr std::size_t mostBytesPerLine = (std::size_t{2} * 4 * identityCharacterLimit) + 16;
 constexpr std::size_t byteLimit = (OrderMemory::capacity + 1) * mostBytesPerLine;
 
 std::filesystem::path absoluteFrom(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    std::filesystem::path path = value != nullptr ? value : "";
+    const std::filesystem::path path = value != nullptr ? value : "";
     // The XDG rules: a relative path is as good as none.
     return path.is_absolute() ? path : std::filesystem::path();
 }

@@ -8,7 +8,7 @@
 
 namespace pelistra::menubar {
 
-StopSignals::StopSignals() : descriptor_(-1) {
+StopSignals::StopSignals() {
     sigset_t signals;
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {

@@ -15,7 +15,7 @@ public:
     [[nodiscard]] int fileDescriptor() const { return descriptor_; }
 
 private:
-    int descriptor_;
+    int descriptor_ = -1;
 };
 
 } // namespace pelistra::menubar

@@ -21,7 +21,6 @@ namespace pelistra::menubar {
 namespace {
 
 constexpr std::uint8_t bitsOfByte = 8;
-constexpr std::uint8_t bitsOfWord = 32;
 constexpr std::size_t nameLimit = 64;
 // How long the tray that is being replaced may take to let its icons go.
 constexpr std::chrono::seconds patience{3};
@@ -179,7 +178,7 @@ void TraySelection::waitForEnd(xcb_window_t owner) const {
 void TraySelection::announce() const {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = bitsOfWord;
+    message.format = x11::bitsOfWord;
     message.window = server_->root();
     message.type = server_->atom(Atom::Manager);
     const std::array<std::uint32_t, 5> words{time_, server_->atom(Atom::TraySelection), owner(), 0,

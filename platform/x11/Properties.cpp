@@ -8,7 +8,6 @@ namespace pelistra::x11 {
 namespace {
 
 constexpr std::uint8_t bitsOfByte = 8;
-constexpr std::uint8_t bitsOfWord = 32;
 
 } // namespace
 

@@ -23,6 +23,9 @@ struct PropertyRequest {
 // megabytes.
 inline constexpr std::uint32_t propertyByteLimit = 64 * 1024;
 
+// The format of properties and client messages that are made of words, in bits.
+inline constexpr std::uint8_t bitsOfWord = 32;
+
 [[nodiscard]] PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
                                               xcb_atom_t property,
                                               xcb_atom_t type = XCB_GET_PROPERTY_TYPE_ANY,
