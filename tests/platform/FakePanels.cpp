@@ -5,14 +5,6 @@
 namespace pelistra::testing {
 namespace {
 
-std::string flag(bool value) {
-    return value ? "true" : "false";
-}
-
-std::string dimensions(Size size) {
-    return decimal(size.width) + " x " + decimal(size.height);
-}
-
 class FakePanel final : public Panel {
 public:
     FakePanel(Journal& journal, std::shared_ptr<FakePanelRecord> record)

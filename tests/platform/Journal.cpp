@@ -24,4 +24,12 @@ std::string decimal(double value) {
     return {text.data(), end};
 }
 
+std::string flag(bool value) {
+    return value ? "true" : "false";
+}
+
+std::string dimensions(Size size) {
+    return decimal(size.width) + " x " + decimal(size.height);
+}
+
 } // namespace pelistra::testing

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Geometry.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,5 +25,9 @@ private:
 
 // The shortest decimal text of a number: 14, 0.25, -2.
 std::string decimal(double value);
+// "true" or "false".
+std::string flag(bool value);
+// "14 x 0.25": width and height in points.
+std::string dimensions(Size size);
 
 } // namespace pelistra::testing
