@@ -54,7 +54,7 @@ protected:
         return *fake_.windows.made.at(number);
     }
 
-    [[nodiscard]] bool flag() { return fake_.defaults.boolForKey(flagKey); }
+    [[nodiscard]] bool flag() const { return fake_.defaults.boolForKey(flagKey); }
 
     // Goes through the guide to its last button and presses that.
     void finishGuide(FakeWindowRecord& guide) {
