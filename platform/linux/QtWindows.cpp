@@ -4,6 +4,7 @@
 #include "platform/linux/views/ContentWidget.h"
 #include "ui/Palette.h"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -38,15 +39,25 @@ public:
     }
     // The window lives as long as this object, whatever its close button does.
     void setReleasedWhenClosed(bool /*released*/) override {}
-    void setContentMinSize(Size size) override { frame_.setContentMinimum(size); }
+    void setContentMinSize(Size size) override { setLeastSize(size); }
     void setContent(std::shared_ptr<ui::Content> content) override {
-        frame_.setContentWidget(std::make_unique<ContentWidget>(std::move(content), services_));
+        auto widget = std::make_unique<ContentWidget>(std::move(content), services_);
+        const QSize least = widget->leastSize();
+        frame_.setContentWidget(std::move(widget));
+        setLeastSize({.width = static_cast<double>(least.width()),
+                      .height = static_cast<double>(least.height())});
     }
     void center() override { frame_.centre(); }
     void showWindow() override { frame_.bringUp(); }
     void close() override { frame_.close(); }
 
 private:
+    // The window's own bound and its content's hold both.
+    void setLeastSize(Size size) {
+        least_ = {.width = std::max(least_.width, size.width),
+                  .height = std::max(least_.height, size.height)};
+        frame_.setContentMinimum(least_);
+    }
     void applyLook(const Look& look) {
         QPalette palette;
         palette.setColor(QPalette::Window, resolved(ui::palette::window, look));
@@ -56,6 +67,7 @@ private:
 
     ViewServices services_;
     WindowFrame frame_;
+    Size least_;
     SubscriptionPtr lookChanges_;
 };
 

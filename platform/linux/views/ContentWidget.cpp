@@ -90,6 +90,11 @@ QSize ContentWidget::sizeHint() const {
     return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
 }
 
+QSize ContentWidget::leastSize() const {
+    const QSizeF size = scene_->leastSize();
+    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+}
+
 int ContentWidget::heightFor(int width) const {
     return static_cast<int>(std::ceil(scene_->heightFor(width)));
 }

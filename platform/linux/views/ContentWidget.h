@@ -35,6 +35,8 @@ public:
 
     // The size in points that the content would take by itself.
     [[nodiscard]] QSize sizeHint() const override;
+    // The size in points below which it does not go, whatever it is offered.
+    [[nodiscard]] QSize leastSize() const;
     // Its height in points when it is that wide.
     [[nodiscard]] int heightFor(int width) const;
 

@@ -93,6 +93,10 @@ void Scene::lookChanged() {
     widget_.update();
 }
 
+QSizeF Scene::leastSize() {
+    return root_ ? root_->measure({.width = 0, .height = 0}) : QSizeF(0, 0);
+}
+
 double Scene::heightFor(double width) {
     return root_ ? root_->measure({.width = width}).height() : 0;
 }

@@ -33,6 +33,8 @@ public:
     void layout();
     void paint(QPainter& painter, const QRectF& dirty);
     [[nodiscard]] QSizeF idealSize();
+    // The size that it takes where there is no room at all.
+    [[nodiscard]] QSizeF leastSize();
     [[nodiscard]] double heightFor(double width);
     // Everything is drawn, and measured, anew.
     void lookChanged();

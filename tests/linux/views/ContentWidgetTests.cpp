@@ -79,6 +79,7 @@ private:
     std::optional<QApplication> application_;
 };
 
+// NOLINTNEXTLINE(cppcoreguidelines-owning-memory): GoogleTest deletes it
 const auto* const qtEnvironment = ::testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 class ContentWidgetTest : public ::testing::Test {
@@ -233,7 +234,7 @@ TEST_F(ContentWidgetTest, AnEqualBodyRepaintsNothingAndCallsTheNewestAction) {
 }
 
 TEST_F(ContentWidgetTest, AKeyKeepsTheWidgetWhenOthersComeAndGo) {
-    const auto row = [](std::vector<std::uint64_t> keys) {
+    const auto row = [](const std::vector<std::uint64_t>& keys) {
         std::vector<View> children;
         for (const auto each : keys) {
             children.push_back(named(std::to_string(each).c_str()).id(each));
@@ -380,6 +381,7 @@ TEST_F(ContentWidgetTest, ColoursFollowTheLookWhileRunning) {
 TEST_F(ContentWidgetTest, TheSettingsFitTheirLeastSize) {
     FakeLoginItem loginItem(journal_);
     host(std::make_shared<SettingsView>(application_, loginItem, [] {}), 600, 520);
+    EXPECT_EQ(widget_->leastSize(), QSize(600, 520));
     EXPECT_TRUE(button("退出 Pelistra").isVisible());
     for (const auto* label : widget_->findChildren<QLabel*>()) {
         EXPECT_LE(label->geometry().right(), 600) << label->text().toStdString();
