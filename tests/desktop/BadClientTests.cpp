@@ -126,7 +126,7 @@ TEST_F(BadClientTests, OneWithTitlesThatAreNoText) {
     ASSERT_TRUE(titled.requestDock());
     ASSERT_TRUE(titled.waitUntilDocked());
     const std::string endless(std::size_t{200} * 1024, 'x');
-    const std::string broken("\xff\xfe\x80 \0 \x1b[31m", 12);
+    const std::string broken("\xff\xfe\x80 \0 \x1b[31m", 11);
     for (const std::string& title : {endless, broken, std::string()}) {
         for (const char* type : {"UTF8_STRING", "STRING", "CARDINAL"}) {
             titled.setTitle(title, type);

@@ -87,7 +87,7 @@ TEST_F(HarnessTests, AClickReachesTheWindowUnderThePointer) {
 
 TEST_F(HarnessTests, StackingIsReadFromTheServer) {
     TrayClient lower(display_.name(), {.name = "Lower"});
-    TrayClient upper(display_.name(), {.name = "Upper"});
+    const TrayClient upper(display_.name(), {.name = "Upper"});
     EXPECT_TRUE(client_.isAbove(upper.window(), lower.window()));
     EXPECT_FALSE(client_.isAbove(lower.window(), upper.window()));
     lower.destroyWindow();
@@ -104,7 +104,7 @@ TEST_F(HarnessTests, APictureShowsWhatIsOnTheScreen) {
     plain.x().sync();
     const auto frame = client_.frame(plain.window());
     ASSERT_TRUE(frame);
-    EXPECT_TRUE(waitFor([&] { return client_.capture(*frame).pixelsOf(0x123456) == 50 * 40; }));
+    EXPECT_TRUE(waitFor([&] { return client_.capture(*frame).pixelsOf(0x123456) == 50U * 40U; }));
     EXPECT_EQ(before.differingPixels(client_.captureRoot()), 50U * 40U);
     EXPECT_EQ(client_.capture(*frame).colours(), 1U);
     const std::filesystem::path file = display_.folder() / "screen.png";
@@ -169,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(All, RealTrayProgramTests, ::testing::ValuesIn(realTray
                          });
 
 TEST(WaitForTests, ACountOfWakeUpsGrowsWithASleepersSleeps) {
-    TemporaryFolder folder;
+    const TemporaryFolder folder;
     ChildProcess sleeper({"sh", "-c", "while :; do sleep 0.01; done"}, {{"PATH", "/bin:/usr/bin"}},
                          folder.path() / "log");
     const auto first = wakeUps(sleeper.pid());

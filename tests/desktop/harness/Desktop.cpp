@@ -198,11 +198,15 @@ void Desktop::setScreenSize(int width, int height) {
                                           std::to_string(width + 2),  std::to_string(width + 3),
                                           std::to_string(height),     std::to_string(height + 1),
                                           std::to_string(height + 2), std::to_string(height + 3)};
-    std::vector<std::string> newMode{"--newmode", name, "50"};
-    newMode.insert(newMode.end(), timing.begin(), timing.end());
-    runXrandr(newMode);
-    runXrandr({"--addmode", "screen", name});
-    runXrandr({"--output", "screen", "--mode", name});
+    const std::vector<std::string> useMode{"--output", "screen", "--mode", name};
+    // The server keeps the modes of earlier calls.
+    if (!tryXrandr(useMode)) {
+        std::vector<std::string> newMode{"--newmode", name, "50"};
+        newMode.insert(newMode.end(), timing.begin(), timing.end());
+        runXrandr(newMode);
+        runXrandr({"--addmode", "screen", name});
+        runXrandr(useMode);
+    }
     const bool changed = waitFor(
         [&] { return client_.rootFrame() == WindowFrame{.width = width, .height = height}; });
     if (!changed) {
@@ -235,6 +239,12 @@ std::vector<xcb_window_t> Desktop::organiserWindows() {
     std::erase_if(windows,
                   [&](xcb_window_t window) { return client_.claimedProcess(window) != process; });
     return windows;
+}
+
+bool Desktop::tryXrandr(const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{"xrandr"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return display_.start(command)->waitForExit() == ExitStatus{.status = 0};
 }
 
 void Desktop::runXrandr(const std::vector<std::string>& arguments) {

@@ -89,6 +89,7 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> organiserWindows();
 
 private:
+    [[nodiscard]] bool tryXrandr(const std::vector<std::string>& arguments);
     void runXrandr(const std::vector<std::string>& arguments);
 
     struct RunningProgram {

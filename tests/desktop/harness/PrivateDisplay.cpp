@@ -176,6 +176,11 @@ void PrivateDisplay::startSessionBus() {
     environment_["DBUS_SESSION_BUS_ADDRESS"] = waitForAnswer(*sessionBus_, isBusAddress);
 }
 
+void PrivateDisplay::restartWindowManager() {
+    windowManager_->kill();
+    startWindowManager();
+}
+
 void PrivateDisplay::startWindowManager() {
     const std::filesystem::path settings = folder() / "openbox.xml";
     std::ofstream(settings) << windowManagerSettings;

@@ -46,6 +46,8 @@ public:
                                                       const Environment& additional);
     // Ends the X server at once, as a crash would.
     void killServer() { server_->kill(); }
+    // Kills the window manager as a crash would, and starts it again; the display must have one.
+    void restartWindowManager();
     [[nodiscard]] pid_t serverPid() const { return server_->pid(); }
 
 private:

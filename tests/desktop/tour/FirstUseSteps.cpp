@@ -1,5 +1,5 @@
+#include "tests/desktop/harness/WindowsUnderTest.h"
 #include "tests/desktop/tour/Tour.h"
-#include "tests/desktop/tour/Windows.h"
 
 #include <algorithm>
 #include <array>
@@ -36,7 +36,8 @@ bool hasCompleted(Desktop& desktop) {
 
 class FirstUse {
 public:
-    explicit FirstUse(Tour& tour) : tour_(tour), desktop_(tour.desktop()), windows_(tour) {}
+    explicit FirstUse(Tour& tour)
+        : tour_(tour), desktop_(tour.desktop()), windows_(tour.desktop(), tour.tree()) {}
 
     void walkOnboarding();
     void walkVersions();
@@ -63,7 +64,7 @@ private:
 
     Tour& tour_;
     Desktop& desktop_;
-    WindowsUnderTour windows_;
+    WindowsUnderTest windows_;
 };
 
 Seen FirstUse::startFresh() {

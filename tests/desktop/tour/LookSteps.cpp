@@ -1,5 +1,5 @@
+#include "tests/desktop/harness/WindowsUnderTest.h"
 #include "tests/desktop/tour/Tour.h"
-#include "tests/desktop/tour/Windows.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -28,7 +28,8 @@ double brightness(const Picture& picture) {
 class Looks {
 public:
     Looks(Tour& tour, int scale)
-        : tour_(tour), desktop_(tour.desktop()), windows_(tour), scale_(scale) {}
+        : tour_(tour), desktop_(tour.desktop()), windows_(tour.desktop(), tour.tree()),
+          scale_(scale) {}
 
     void start();
     void walk(bool isDark);
@@ -53,7 +54,7 @@ private:
 
     Tour& tour_;
     Desktop& desktop_;
-    WindowsUnderTour windows_;
+    WindowsUnderTest windows_;
     int scale_;
     bool isDark_ = false;
 };

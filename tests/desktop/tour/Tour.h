@@ -77,10 +77,6 @@ void walkEndings(Tour& tour);
 void walkFirstUse(Tour& tour);
 void walkLooks(Tour& tour);
 
-// The titles of the two windows.
-inline constexpr const char* settingsTitle = "Pelistra Settings";
-inline constexpr const char* onboardingTitle = "Welcome to Pelistra";
-
 // Whether a window of that title shows with a content of that size in points.
 [[nodiscard]] Seen lookAtWindow(Desktop& desktop, const std::string& title, int width, int height);
 

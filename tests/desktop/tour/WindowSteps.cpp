@@ -1,5 +1,5 @@
+#include "tests/desktop/harness/WindowsUnderTest.h"
 #include "tests/desktop/tour/Tour.h"
-#include "tests/desktop/tour/Windows.h"
 
 namespace pelistra::testing {
 

@@ -1,0 +1,190 @@
+// The second row on a whole desktop: real programs behind its icons, several monitors, full-screen
+// windows.
+
+#include "tests/desktop/harness/AccessibleTree.h"
+#include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/SecondRowUnderTest.h"
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace pelistra::testing {
+namespace {
+
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+using Button = UserInput::Button;
+
+const std::vector<std::string> programs{"parcellite", "xfce4-clipman", "qmidinet"};
+constexpr RootPoint elsewhere{.x = 300, .y = 600};
+constexpr int belowArrow = 6;
+
+constexpr const char* manyIcons = R"(
+package require tktray
+wm withdraw .
+image create photo face -width 22 -height 22
+face put #c02020 -to 2 2 20 20
+for {set i 0} {$i < 20} {incr i} {
+    tktray::icon .tray$i -image face -class [format "Many%02d" $i]
+}
+)";
+
+class RowOnDesktopTests : public ::testing::Test {
+protected:
+    void SetUp() override {
+        desktop_.startBar();
+        for (const std::string& program : programs) {
+            desktop_.startProgram(program);
+        }
+        for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
+            desktop_.display().setEnvironment(variable, value);
+        }
+        desktop_.startOrganiser({"--start-collapsed"});
+        ASSERT_TRUE(desktop_.waitUntilCollapsed()) << log();
+    }
+
+    [[nodiscard]] std::string log() { return desktop_.organiser().process().output(); }
+    // Nothing is revealed and nothing half done: the arrow's next click opens the row again.
+    void expectWholeAndCollapsed() {
+        EXPECT_TRUE(desktop_.waitUntilCollapsed()) << ::testing::PrintToString(desktop_.items());
+        EXPECT_EQ(desktop_.organiser().dividerFrame()->width, 2 * desktop_.x().rootFrame().width);
+        desktop_.input().click(elsewhere);
+        ASSERT_TRUE(waitFor([&] { return !row_.isOpen(); }));
+        EXPECT_TRUE(row_.open()) << log();
+    }
+    [[nodiscard]] bool isOnScreen(const std::string& className) {
+        const auto item = desktop_.item(className);
+        return item && item->frame.x >= 0 && item->frame.right() <= desktop_.x().rootFrame().width;
+    }
+    void rightClick(const std::string& name) {
+        const auto icon = row_.icon(name);
+        ASSERT_TRUE(icon) << name;
+        desktop_.input().click(centre(icon->frame), Button::Right);
+    }
+
+    Desktop desktop_;
+    AccessibleTree tree_{desktop_.display()};
+    SecondRowUnderTest row_{desktop_, tree_};
+};
+
+TEST_F(RowOnDesktopTests, TheWheelReachesTheLastOfManyIcons) {
+    const std::filesystem::path script = desktop_.display().folder() / "many.tcl";
+    std::ofstream(script) << manyIcons;
+    const auto program = desktop_.display().start({"wish", script.string()});
+    ASSERT_TRUE(waitFor([&] { return desktop_.hiddenSection().size() == programs.size() + 20; }))
+        << program->output();
+    ASSERT_TRUE(desktop_.waitUntilCollapsed());
+    ASSERT_TRUE(row_.open());
+    const WindowFrame frame = *row_.frame();
+    EXPECT_EQ(frame.width, 920);
+    ASSERT_GT(row_.icons().back().frame.right(), frame.right());
+    desktop_.input().turnWheel(centre(frame), UserInput::Wheel::Down, 40);
+    EXPECT_TRUE(waitFor([&] { return row_.icons().back().frame.right() < frame.right(); }));
+    EXPECT_LT(row_.icons().front().frame.x, frame.x);
+    desktop_.input().turnWheel(centre(frame), UserInput::Wheel::Up, 40);
+    EXPECT_TRUE(waitFor([&] { return row_.icons().front().frame.x > frame.x; }));
+}
+
+TEST_F(RowOnDesktopTests, OpensOnTheArrowsMonitorAndFollowsWhenMonitorsChange) {
+    desktop_.setMonitors({800, 480});
+    ASSERT_TRUE(waitFor([&] { return desktop_.organiser().controlFrame()->right() <= 800; }));
+    ASSERT_TRUE(desktop_.waitUntilCollapsed());
+    ASSERT_TRUE(row_.open());
+    EXPECT_EQ(row_.frame()->right(), 800 - 8);
+    EXPECT_EQ(row_.frame()->y, desktop_.organiser().controlFrame()->y +
+                                   desktop_.organiser().controlFrame()->height + belowArrow);
+    // The second monitor goes while the row is open.
+    desktop_.clearMonitors(2);
+    EXPECT_TRUE(waitFor([&] {
+        const auto frame = row_.frame();
+        return frame && frame->right() == desktop_.x().rootFrame().right() - 8;
+    })) << ::testing::PrintToString(row_.frame().value_or(WindowFrame{}));
+    EXPECT_TRUE(desktop_.waitUntilCollapsed());
+}
+
+TEST_F(RowOnDesktopTests, LiesAboveAFullScreenWindow) {
+    XClient& x = desktop_.x();
+    const auto viewer = desktop_.display().start({"xev", "-geometry", "300x200+100+100"});
+    ASSERT_TRUE(waitFor([&] { return x.managedWindow("Event Tester").has_value(); }));
+    const xcb_window_t window = *x.managedWindow("Event Tester");
+    ASSERT_TRUE(row_.open());
+    x.requestFullScreen(window, true);
+    ASSERT_TRUE(waitFor(
+        [&] { return x.frame(window) == x.rootFrame() && x.isAbove(window, x.barWindow()); }));
+    ASSERT_TRUE(row_.isOpen());
+    EXPECT_TRUE(x.isAbove(*row_.window(), window));
+}
+
+TEST_F(RowOnDesktopTests, ARightClickOpensTheIconsMenuAndTheArrowPutsItBack) {
+    ASSERT_TRUE(row_.open());
+    const auto before = desktop_.x().shownTopLevels();
+    rightClick("Clipboard Manager");
+    const PointerState pointer = desktop_.x().pointer();
+    EXPECT_TRUE(waitFor([&] { return isOnScreen("Xfce4-clipman"); })) << log();
+    const auto menu = [&] {
+        auto windows = desktop_.x().shownTopLevels();
+        std::erase_if(windows, [&](xcb_window_t window) {
+            return std::ranges::count(before, window) > 0 ||
+                   desktop_.x().frame(window).value_or(WindowFrame{}).width < 40;
+        });
+        return windows;
+    };
+    EXPECT_TRUE(waitFor([&] { return !menu().empty(); })) << log();
+    EXPECT_EQ(desktop_.x().pointer(), pointer);
+    EXPECT_FALSE(row_.isOpen());
+    // A menu that is just opening may miss the first click.
+    EXPECT_TRUE(waitFor([&] {
+        desktop_.input().click(elsewhere);
+        return waitFor([&] { return menu().empty(); }, std::chrono::milliseconds(1'000));
+    }));
+    SecondRowUnderTest::letTheArrowRest();
+    ASSERT_TRUE(desktop_.clickControl());
+    expectWholeAndCollapsed();
+}
+
+TEST_F(RowOnDesktopTests, AnArrowClickRightAfterARightClickLeavesNothingHalfRevealed) {
+    ASSERT_TRUE(row_.open());
+    SecondRowUnderTest::letTheArrowRest();
+    rightClick("QmidiNet");
+    ASSERT_TRUE(desktop_.clickControl());
+    expectWholeAndCollapsed();
+}
+
+TEST_F(RowOnDesktopTests, AProgramThatDiesAtTheRightClickLeavesTheSectionCollapsed) {
+    ASSERT_TRUE(row_.open());
+    const auto icon = row_.icon("QmidiNet");
+    ASSERT_TRUE(icon);
+    desktop_.program("qmidinet").signal(SIGSTOP);
+    desktop_.input().click(centre(icon->frame), Button::Right);
+    desktop_.program("qmidinet").signal(SIGKILL);
+    ASSERT_TRUE(waitFor([&] { return !desktop_.item("QmidiNet"); }));
+    // Either the reveal has failed, which opens the row with a message, or it waits for the arrow.
+    SecondRowUnderTest::letTheArrowRest();
+    if (!desktop_.hiddenSectionIsOffScreen()) {
+        ASSERT_TRUE(desktop_.clickControl());
+    }
+    expectWholeAndCollapsed();
+    EXPECT_THAT(row_.icons(), SizeIs(programs.size() - 1));
+}
+
+TEST_F(RowOnDesktopTests, SaysThatNothingIsHiddenWhereNothingIs) {
+    desktop_.organiser().process().terminate();
+    desktop_.endPrograms();
+    ASSERT_TRUE(waitFor([&] { return desktop_.items().empty(); }));
+    desktop_.startOrganiser({"--start-collapsed"});
+    ASSERT_TRUE(waitFor([&] { return desktop_.organiser().isCollapsed(); })) << log();
+    ASSERT_TRUE(row_.open()) << log();
+    const pid_t process = desktop_.organiser().process().pid();
+    EXPECT_TRUE(tree_.shows(process, "隐藏区为空"));
+    EXPECT_TRUE(tree_.shows(process, "分隔线左侧暂时没有可放入第二行的图标。"));
+    EXPECT_THAT(row_.icons(), IsEmpty());
+    EXPECT_EQ(row_.frame()->width, 280);
+}
+
+} // namespace
+} // namespace pelistra::testing
