@@ -55,7 +55,8 @@ void QtMainQueue::scheduleTurn() {
 // What is submitted while a turn runs waits for the next one.
 void QtMainQueue::runTurn() {
     turnIsScheduled_ = false;
-    for (auto remaining = blocks_.size(); remaining > 0; --remaining) {
+    // A block that runs an event loop of its own may have the others served there.
+    for (auto remaining = blocks_.size(); remaining > 0 && !blocks_.empty(); --remaining) {
         const auto block = std::move(blocks_.front());
         blocks_.pop_front();
         block();

@@ -49,6 +49,18 @@ TEST_F(QtMainQueueTest, BlocksRunInTheirOrderAndNeverInsideTheCall) {
     EXPECT_THAT(order, ElementsAre(0, 1, 2, 3, 4));
 }
 
+TEST_F(QtMainQueueTest, ABlockMayRunAnEventLoopOfItsOwn) {
+    std::vector<int> order;
+    queue_.async([&] {
+        queue_.async([&] { order.push_back(3); });
+        EXPECT_TRUE(runUntil([&] { return order.size() == 2; }));
+        order.push_back(1);
+    });
+    queue_.async([&] { order.push_back(2); });
+    EXPECT_TRUE(runUntil([&] { return order.size() == 3; }));
+    EXPECT_THAT(order, ElementsAre(2, 3, 1));
+}
+
 TEST_F(QtMainQueueTest, ABlockSubmittedByABlockRunsAfterTheOthers) {
     std::vector<int> order;
     queue_.async([&] {
