@@ -163,8 +163,7 @@ std::optional<std::filesystem::path> findProgram(const std::string& program) {
     std::string_view rest = path.empty() ? "/usr/local/bin:/usr/bin:/bin" : std::string_view(path);
     while (!rest.empty()) {
         const std::size_t colon = rest.find(':');
-        std::filesystem::path candidate =
-            std::filesystem::path(rest.substr(0, colon)) / program;
+        std::filesystem::path candidate = std::filesystem::path(rest.substr(0, colon)) / program;
         if (candidate.is_absolute() && isExecutable(candidate)) {
             return candidate;
         }

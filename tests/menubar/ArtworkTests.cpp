@@ -13,7 +13,7 @@ using menubar::Metrics;
 constexpr std::uint32_t opaque = 0xFF000000;
 
 std::uint32_t at(const ArgbImage& image, int x, int y) {
-    return image.pixels[static_cast<std::size_t>(y * image.width + x)];
+    return image.pixels[(static_cast<std::size_t>(y) * image.width) + x];
 }
 
 bool hasInk(const ArgbImage& image, int begin, int end) {

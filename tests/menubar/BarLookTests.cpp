@@ -129,7 +129,7 @@ TEST_F(BarLookTests, AnActiveWindowThatIsManagedNoMoreHasNoTitle) {
     startBar();
     EXPECT_TRUE(waitFor([&] { return isLight(); }));
     const Picture empty = titlePicture();
-    TrayClient window(display_.name(), {.name = "Editor"});
+    const TrayClient window(display_.name(), {.name = "Editor"});
     const auto manage = [&](xcb_window_t managed) {
         x11::setWords(x_.connection(), x_.root(), x_.atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW,
                       std::array{x_.barWindow(), managed});

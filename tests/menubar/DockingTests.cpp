@@ -1,6 +1,8 @@
 #include "tests/menubar/BarFixture.h"
 
+#include <chrono>
 #include <csignal>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -29,6 +31,32 @@ TEST_F(DockingTests, PublishesWhatProgramsWantToKnow) {
     ASSERT_TRUE(version);
     EXPECT_EQ(version->type, x_.atom("UTF8_STRING"));
     EXPECT_FALSE(version->text().empty());
+}
+
+TEST_F(DockingTests, CountsTheChangesThatOthersCanSee) {
+    startBar();
+    const xcb_window_t owner = x_.trayOwner();
+    const auto serial = [&] { return x_.words(owner, "_PELISTRA_MENUBAR_SERIAL"); };
+    auto last = serial();
+    ASSERT_EQ(last.size(), 1U);
+    const auto hasCounted = [&] { return std::exchange(last, serial()) != last; };
+    constexpr std::chrono::milliseconds quiet{150};
+    const auto comesToRest = [&] {
+        return waitFor([&] { return staysTrue([&] { return !hasCounted(); }, quiet); });
+    };
+
+    TrayClient& icon = dockNamed("icon");
+    EXPECT_TRUE(hasCounted());
+    EXPECT_TRUE(comesToRest());
+    icon.setTitle("another title", "STRING");
+    EXPECT_TRUE(eventually(hasCounted));
+    EXPECT_TRUE(comesToRest());
+    icon.askForWidth(60);
+    EXPECT_TRUE(eventually(hasCounted));
+    EXPECT_TRUE(eventually([&] { return frameOf(icon).width == 60; }));
+    EXPECT_TRUE(comesToRest());
+    icon.die();
+    EXPECT_TRUE(eventually(hasCounted));
 }
 
 TEST_F(DockingTests, EmbedsAClientAndTellsIt) {
@@ -75,7 +103,7 @@ TEST_F(DockingTests, AnUnmappedClientIsEmbeddedWithoutASlot) {
     TrayClient& hidden = dock({.name = "hidden", .mappedFlag = false});
     EXPECT_TRUE(eventually([&] { return hidden.wasEmbedded(); }));
     EXPECT_THAT(names(), IsEmpty());
-    TrayClient& other = dockNamed("other");
+    const TrayClient& other = dockNamed("other");
     EXPECT_EQ(frameOf(other).right(), screenWidth);
     hidden.setMappedFlag(true);
     // Docked first, it stands right of the newcomer.
@@ -125,7 +153,7 @@ TEST_F(DockingTests, RepeatedRequestsDockOnce) {
 TEST_F(DockingTests, AWindowThatIsTakenAwayRightAfterItCameIsFetchedBack) {
     startBar();
     TrayClient& icon = dockNamed("icon");
-    XClient thief(display_.name());
+    const XClient thief(display_.name());
     const xcb_window_t frame = thief.connection().newId();
     xcb_create_window(thief.get(), XCB_COPY_FROM_PARENT, frame, thief.root(), 0, 100, 50, 50, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -169,7 +197,7 @@ TEST_F(DockingTests, AWindowThatKeepsLeavingIsLetGo) {
 TEST_F(DockingTests, AWindowThatMovesIntoOneOfItsProgramIsLetGoAtOnce) {
     startBar();
     TrayClient& icon = dockNamed("icon");
-    XClient& x = icon.x();
+    const XClient& x = icon.x();
     const xcb_window_t home = x.connection().newId();
     xcb_create_window(x.get(), XCB_COPY_FROM_PARENT, home, x.root(), 0, 100, 50, 50, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -242,7 +270,7 @@ TEST_F(DockingTests, WindowsThatCannotBeDockedAreRefusedWithALine) {
     allowComplaints(1);
     startBar();
     TrayClient inputOnly(display_.name(), {.name = "unused"});
-    XClient& x = inputOnly.x();
+    const XClient& x = inputOnly.x();
     const xcb_window_t window = x.connection().newId();
     xcb_create_window(x.get(), 0, window, x.root(), 0, 0, 10, 10, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
@@ -279,7 +307,7 @@ TEST_F(DockingTests, AKilledBarLeavesIconsUnmappedForNoWindowManagerToTake) {
     startBar();
     TrayClient& icon = dockNamed("icon");
     {
-        XClient manager(display_.name());
+        const XClient manager(display_.name());
         const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
         xcb_change_window_attributes(manager.get(), manager.root(), XCB_CW_EVENT_MASK, &events);
         manager.sync();
@@ -296,7 +324,7 @@ TEST_F(DockingTests, AKilledBarLeavesIconsUnmappedForNoWindowManagerToTake) {
 
 TEST_F(DockingTests, AnOrderlyEndLeavesIconsUnmappedAndEndsWithZero) {
     startBar();
-    TrayClient& icon = dockNamed("icon");
+    const TrayClient& icon = dockNamed("icon");
     EXPECT_EQ(bar().process().terminate(), (ExitStatus{.status = 0})) << bar().process().output();
     EXPECT_EQ(x_.parent(icon.window()), x_.root());
     EXPECT_FALSE(x_.isMapped(icon.window()));

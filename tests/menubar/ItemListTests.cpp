@@ -38,17 +38,17 @@ protected:
 };
 
 TEST_F(ItemListTests, FindsByWindow) {
-    DockedItem& one = add(1);
+    const DockedItem& one = add(1);
     add(2);
     EXPECT_EQ(list_.find(1), &one);
     EXPECT_EQ(list_.find(3), nullptr);
 }
 
 TEST_F(ItemListTests, OnlyShownItemsHaveSlots) {
-    DockedItem& one = add(1);
+    const DockedItem& one = add(1);
     add(2, ItemState::Waiting);
     add(3, ItemState::Arriving);
-    DockedItem& four = add(4);
+    const DockedItem& four = add(4);
     EXPECT_THAT(list_.shown(), ElementsAre(&one, &four));
     EXPECT_EQ(list_.shownRightOf(one), 1U);
     EXPECT_EQ(list_.shownRightOf(four), 0U);
@@ -74,7 +74,7 @@ TEST_F(ItemListTests, OrdinalsFillGaps) {
 }
 
 TEST_F(ItemListTests, MovesAmongShownItems) {
-    DockedItem& one = add(1);
+    const DockedItem& one = add(1);
     add(2, ItemState::Waiting);
     add(3);
     add(4);

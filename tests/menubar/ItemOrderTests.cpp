@@ -85,8 +85,8 @@ TEST_F(ItemOrderTests, TheIconsOfOneProgramKeepTheirRelativeOrder) {
     endClient(first);
     endClient(second);
     // They dock in the same order again.
-    TrayClient& firstAgain = dock({.name = "twin", .colour = 0xff0000});
-    TrayClient& secondAgain = dock({.name = "twin", .colour = 0x00ff00});
+    const TrayClient& firstAgain = dock({.name = "twin", .colour = 0xff0000});
+    const TrayClient& secondAgain = dock({.name = "twin", .colour = 0x00ff00});
     EXPECT_THAT(names(), ElementsAre("twin", "between", "twin"));
     EXPECT_LT(frameOf(secondAgain).x, frameOf(firstAgain).x);
 }

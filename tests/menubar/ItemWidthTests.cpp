@@ -85,7 +85,7 @@ TEST_F(ItemWidthTests, ScaledWidthsAreBoundedInPoints) {
 
 TEST_F(ItemWidthTests, AGrownDividerPushesTheOthersOutAliveAndMapped) {
     startBar();
-    TrayClient& control = dock({.name = "control", .preferredPosition = 0});
+    const TrayClient& control = dock({.name = "control", .preferredPosition = 0});
     TrayClient& divider = dock({.name = "divider", .preferredPosition = 1});
     TrayClient& icon = dockNamed("icon");
     divider.askForWidth(14);
@@ -241,7 +241,7 @@ TEST_F(ItemWidthTests, AWindowThatNeverAcceptsItsSizeDoesNotKeepTheBarBusy) {
                          std::chrono::milliseconds(100));
     }));
     // And serves others.
-    TrayClient& other = dockNamed("other");
+    const TrayClient& other = dockNamed("other");
     EXPECT_EQ(frameOf(other).right(), screenWidth - barHeight);
 }
 

@@ -105,7 +105,7 @@ TEST(XSettingsTests, EveryCutOffPropertyIsReadSafely) {
 }
 
 TEST(XSettingsTests, LengthsThatLieAreReadSafely) {
-    std::vector<std::uint8_t> bytes = all(false).bytes();
+    const std::vector<std::uint8_t> bytes = all(false).bytes();
     for (std::size_t index = 4; index < bytes.size(); ++index) {
         std::vector<std::uint8_t> damaged = bytes;
         damaged[index] = 0xFF;

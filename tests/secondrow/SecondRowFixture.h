@@ -38,7 +38,7 @@ inline std::vector<OverflowItem> items(std::size_t count) {
 // A store over the fakes.
 class SecondRowFixture : public ::testing::Test {
 protected:
-    [[nodiscard]] std::shared_ptr<OverflowStore> makeStore() {
+    [[nodiscard]] std::shared_ptr<OverflowStore> makeStore() const {
         const auto services = OverflowServices::of(fakes_.platform);
         return std::make_shared<OverflowStore>(std::make_shared<PrivateMenuBarBridge>(services),
                                                services);

@@ -33,8 +33,8 @@ public:
 
 TEST(View, CopiesShareTheirTree) {
     const View view = Text{.text = "a"};
-    const View copy =
-        view; // NOLINT(performance-unnecessary-copy-initialization) the copy is tested
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is what is tested
+    const View copy = view;
     EXPECT_EQ(&copy.node(), &view.node());
     EXPECT_TRUE(copy == view);
 }

@@ -222,8 +222,9 @@ void ButtonElement::paintField(QPainter& painter, const PaintState& state) const
         painter.fillPath(path, resolved(ui::Role::Primary, state.look, opacity));
     }
     if (isBordered) {
-        painter.strokePath(path, QPen(resolved(ui::Role::Primary, state.look, metrics::borderOpacity),
-                                      1 / scene().scale()));
+        painter.strokePath(path,
+                           QPen(resolved(ui::Role::Primary, state.look, metrics::borderOpacity),
+                                1 / scene().scale()));
     }
 }
 
