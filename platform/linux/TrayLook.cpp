@@ -29,6 +29,9 @@ constexpr double defaultDotsPerInch = 96;
 constexpr double leastScale = 0.5;
 constexpr double mostScale = 8;
 constexpr double hundredths = 100;
+// Two looks at one moment, as one refresh takes them, are one look. The bar needs longer to react
+// to anything.
+constexpr std::chrono::milliseconds oneMoment{1};
 
 bool isUsableScale(double scale) {
     return scale >= leastScale && scale <= mostScale;
@@ -107,6 +110,8 @@ struct TrayLook::Tray {
     RootRect primaryMonitor;
     // What our own bar says is in it; empty under any other tray.
     std::optional<std::vector<WindowId>> items;
+    // Its count of changes.
+    std::optional<std::uint32_t> serial;
 };
 
 struct TrayLook::FrameRequest {
@@ -129,6 +134,7 @@ TrayLook::TrayLook(const x11::Connection& connection)
         selection,
         "_PELISTRA_MENUBAR_ITEMS",
         "_PELISTRA_MENUBAR_SCALE",
+        "_PELISTRA_MENUBAR_SERIAL",
         "_NET_WM_NAME",
         "_NET_WM_PID",
         "WINDOW"};
@@ -194,6 +200,11 @@ TrayLook::Tray TrayLook::findTray() {
     const auto owner = xcb_get_selection_owner(server, atom(Name::Selection));
     const auto resources = x11::requestProperty(*connection_, connection_->root(),
                                                 XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING);
+    // Of the bar that was seen last: if it is still there, no second question is needed.
+    std::optional<x11::PropertyRequest> serial;
+    if (known_) {
+        serial = x11::requestProperty(*connection_, known_->view.owner, atom(Name::Serial));
+    }
     xcb_randr_get_monitors_cookie_t monitors{};
     if (hasMonitors_) {
         monitors = xcb_randr_get_monitors(server, connection_->root(), 1);
@@ -205,6 +216,9 @@ TrayLook::Tray TrayLook::findTray() {
     const auto text =
         x11::propertyValue(replies_.take<xcb_get_property_reply_t>(resources.cookie).get());
     tray.scale = scaleOfResources(text ? text->text() : "");
+    if (serial) {
+        tray.serial = takeSerial(*serial);
+    }
     if (hasMonitors_) {
         if (const auto reply = replies_.take<xcb_randr_get_monitors_reply_t>(monitors)) {
             tray.primaryMonitor = primaryOf(*reply);
@@ -213,9 +227,24 @@ TrayLook::Tray TrayLook::findTray() {
     return tray;
 }
 
+std::optional<std::uint32_t> TrayLook::takeSerial(x11::PropertyRequest request) {
+    const auto value =
+        x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.cookie).get());
+    const auto words = value ? value->words() : std::vector<std::uint32_t>{};
+    return words.empty() ? std::nullopt : std::optional(words.front());
+}
+
+bool TrayLook::isKnown(const Tray& tray) const {
+    return known_ && tray.owner == known_->view.owner && tray.serial == known_->serial &&
+           tray.primaryMonitor == known_->primaryMonitor;
+}
+
 void TrayLook::readOwner(Tray& tray) {
+    // Asked for first: what comes after it is at least as new as the number says.
+    const auto serial = x11::requestProperty(*connection_, tray.owner, atom(Name::Serial));
     const auto items = x11::requestProperty(*connection_, tray.owner, atom(Name::Items));
     const auto scale = x11::requestProperty(*connection_, tray.owner, atom(Name::Scale));
+    tray.serial = takeSerial(serial);
     if (const auto value =
             x11::propertyValue(replies_.take<xcb_get_property_reply_t>(items.cookie).get());
         value && value->type == XCB_ATOM_WINDOW) {
@@ -332,8 +361,10 @@ std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request, std::uint
     std::string name = takeText(request.name);
     const auto wmClass =
         x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.wmClass.cookie).get());
-    // An icon on its way into the tray or out of it lies in somebody else's window.
-    if (!tree || !frame || clientOf(tree->parent) != trayClient) {
+    // An icon on its way into the tray or out of it lies in somebody else's window. Anybody may
+    // write what the tray publishes; the tray's own windows are no icons.
+    if (!tree || !frame || clientOf(tree->parent) != trayClient ||
+        clientOf(request.window) == trayClient) {
         return std::nullopt;
     }
     auto texts = wmClass ? wmClass->texts() : std::vector<std::string>{};
@@ -388,10 +419,21 @@ void TrayLook::complete(std::vector<TrayIcon>& icons) {
 }
 
 std::optional<TrayView> TrayLook::look() {
+    const auto now = std::chrono::steady_clock::now();
+    if (known_ && now - known_->confirmed < oneMoment) {
+        known_->view.roundTrips = 0;
+        return known_->view;
+    }
     if (!replies_.begin(patience)) {
         return std::nullopt;
     }
     Tray tray = findTray();
+    if (isKnown(tray) && !replies_.failed()) {
+        known_->confirmed = std::chrono::steady_clock::now();
+        known_->view.roundTrips = replies_.roundTrips();
+        return known_->view;
+    }
+    known_.reset();
     TrayView view;
     view.owner = tray.owner;
     if (tray.owner != XCB_NONE) {
@@ -409,7 +451,16 @@ std::optional<TrayView> TrayLook::look() {
     }
     view.coordinates = Coordinates(tray.scale, tray.primaryMonitor);
     view.roundTrips = replies_.roundTrips();
-    return replies_.failed() ? std::nullopt : std::optional(std::move(view));
+    if (replies_.failed()) {
+        return std::nullopt;
+    }
+    if (view.isMenuBar && tray.serial) {
+        known_ = Known{.view = view,
+                       .serial = *tray.serial,
+                       .primaryMonitor = tray.primaryMonitor,
+                       .confirmed = std::chrono::steady_clock::now()};
+    }
+    return view;
 }
 
 std::optional<Coordinates> TrayLook::coordinates() {

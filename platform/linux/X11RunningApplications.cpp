@@ -4,7 +4,6 @@
 #include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/linux/X11RunningApplicationsProcess.h"
 #include "platform/linux/X11RunningApplicationsWindows.h"
-#include "platform/posix/PrivateFile.h"
 
 #include <utility>
 
@@ -91,21 +90,9 @@ std::vector<ProcessId> X11RunningApplications::processIdentifiers() {
 }
 
 bool X11RunningApplications::open(const FileUrl& url) {
-    const std::filesystem::path file(url.path);
-    if (file.extension() != ".desktop") {
-        return false;
-    }
-    if (const auto entry = entries_.withFile(file)) {
-        return launch(*entry);
-    }
-    const auto text = posix::readFile(file, desktopEntryByteLimit);
-    auto entry = text ? parseDesktopEntry(*text, {}) : std::nullopt;
-    if (!entry) {
-        return false;
-    }
-    entry->id = file.stem().string();
-    entry->file = file;
-    return launch(*entry);
+    // Only what is installed, whoever asks: a path alone makes no application.
+    const auto entry = entries_.withFile(url.path);
+    return entry && launch(*entry);
 }
 
 std::optional<std::string> X11RunningApplications::ownerName(const TrayIcon& icon) {

@@ -85,6 +85,23 @@ TEST(DefaultsText, ChangingOneValueLosesNothingElse) {
               "# mine\n\n\"theirs\" = \"x\"\nnot understood\n\"a\" = true\n\"b\" = 7\n");
 }
 
+TEST(DefaultsText, ANumberThatIsNotFiniteIsIgnored) {
+    DefaultsText text("\"a\" = 1\n");
+    for (const double number :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
+          -std::numeric_limits<double>::infinity()}) {
+        EXPECT_FALSE(DefaultsText::canHold(number));
+        text.setValue("a", number);
+        text.setValue("b", number);
+        EXPECT_EQ(text.text(), "\"a\" = 1\n");
+        EXPECT_THAT(text.value("a"), Optional(DefaultsValue(1.0)));
+        EXPECT_EQ(text.value("b"), std::nullopt);
+    }
+    text.setValue("a", std::numeric_limits<double>::denorm_min());
+    EXPECT_THAT(DefaultsText(text.text()).value("a"),
+                Optional(DefaultsValue(std::numeric_limits<double>::denorm_min())));
+}
+
 TEST(DefaultsText, TakesAnyBytes) {
     std::string bytes;
     for (int i = 0; i < 256; ++i) {

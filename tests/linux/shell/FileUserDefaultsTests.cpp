@@ -99,6 +99,14 @@ TEST_F(FileUserDefaultsTest, AValueOfAnotherTypeReadsAsNone) {
     EXPECT_EQ(defaults->numberForKey("text"), std::nullopt);
 }
 
+TEST_F(FileUserDefaultsTest, ANumberThatCannotBeWrittenIsNotKept) {
+    write("\"a\" = 1\n");
+    const auto defaults = open();
+    defaults->setNumber(std::numeric_limits<double>::quiet_NaN(), "a");
+    EXPECT_EQ(queue_.waitingBlocks(), 0U);
+    EXPECT_EQ(defaults->numberForKey("a"), 1);
+}
+
 TEST_F(FileUserDefaultsTest, SettingTheSameValueWritesNothing) {
     write("\"a\" = 1\n");
     const auto defaults = open();

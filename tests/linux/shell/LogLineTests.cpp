@@ -35,8 +35,16 @@ TEST(LogLine, ControlsOfTheUpperHalfAreReplacedAndLettersAreNot) {
     EXPECT_EQ(withoutControlCharacters("a\xc2\x9b"
                                        "31m\xc2\xa0隐藏é"),
               "a 31m\xc2\xa0隐藏é");
-    EXPECT_EQ(withoutControlCharacters("\xc2"), "\xc2");
+    EXPECT_EQ(withoutControlCharacters("\xc2"), "\uFFFD");
     EXPECT_EQ(withoutControlCharacters(std::string_view("\0x", 2)), " x");
+}
+
+TEST(LogLine, BrokenBytesAndCharactersThatTurnTheTextStayOut) {
+    EXPECT_EQ(withoutControlCharacters("a\x9b"
+                                       "b\u202ec\u2028d"),
+              "a\uFFFDbc d");
+    const std::string large(100'000, 'x');
+    EXPECT_EQ(withoutControlCharacters(large), large) << "a message is not cut";
 }
 
 // Puts a descriptor in standard error's place for the time of a test.

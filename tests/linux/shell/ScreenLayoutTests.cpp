@@ -164,6 +164,20 @@ TEST(Resources, TheResolutionIsFoundInItsLineOnly) {
     EXPECT_EQ(desktop::dpiIn(""), std::nullopt);
 }
 
+TEST(Resources, ARectangleIsFourSensibleNumbers) {
+    const auto rect = [](const std::vector<std::uint32_t>& words) {
+        return desktop::rootRectIn(words);
+    };
+    EXPECT_THAT(rect({1, 2, 3, 4}), Optional(RootRect{.x = 1, .y = 2, .width = 3, .height = 4}));
+    EXPECT_THAT(rect({0xFFFFFFFF, 0, 0, 0}), Optional(RootRect{.x = -1}));
+    EXPECT_THAT(rect({1U << 20U, 0, 0, 0}), Optional(RootRect{.x = 1 << 20}));
+    EXPECT_EQ(rect({(1U << 20U) + 1, 0, 0, 0}), std::nullopt);
+    EXPECT_EQ(rect({1, 1, 0x7FFFFFFF, 0x7FFFFFFF}), std::nullopt);
+    EXPECT_EQ(rect({0x80000000, 0, 1, 1}), std::nullopt);
+    EXPECT_EQ(rect({1, 2, 3}), std::nullopt);
+    EXPECT_EQ(rect({1, 2, 3, 4, 5}), std::nullopt);
+}
+
 TEST(Resources, TheBarsScaleIsInHundredths) {
     const auto scale = [](const std::vector<std::uint32_t>& words) {
         return desktop::scaleIn(words);

@@ -112,6 +112,40 @@ TEST(DesktopEntryText, UndoesEscapesAndMakesNamesPresentable) {
     EXPECT_EQ(entry->exec, "x \\\"y\\q");
 }
 
+TEST(DesktopEntryText, AnIconIsAWholePathOrAName) {
+    const auto icon = [](const std::string& text) {
+        const auto entry =
+            parseDesktopEntry("[Desktop Entry]\nType=Application\nName=x\nIcon=" + text + "\n", {});
+        return entry ? entry->icon : "no entry";
+    };
+    EXPECT_EQ(icon("mixer"), "mixer");
+    EXPECT_EQ(icon("org.example.Mixer-1_2"), "org.example.Mixer-1_2");
+    EXPECT_EQ(icon("/usr/share/pixmaps/mixer.png"), "/usr/share/pixmaps/mixer.png");
+    EXPECT_EQ(icon("../../home/somebody/picture"), "");
+    EXPECT_EQ(icon("apps/mixer"), "");
+    EXPECT_EQ(icon("a\\nb"), "");
+    EXPECT_EQ(icon("\xff"), "");
+}
+
+TEST(DesktopEntryText, ZeroBytesMakeItNoText) {
+    const std::string text = "[Desktop Entry]\nType=Application\nName=x\nExec=/bin/sh";
+    EXPECT_TRUE(parseDesktopEntry(text, {}).has_value());
+    EXPECT_EQ(parseDesktopEntry(text + '\0' + "-c", {}), std::nullopt);
+    EXPECT_EQ(parseDesktopEntry(text + '\0', {}), std::nullopt);
+}
+
+TEST(DesktopEntryExec, WhatIsQuotedComesBack) {
+    for (const std::string& argument :
+         {std::string("plain"), std::string(), std::string("100% %% %c"),
+          std::string(R"(a"b$c`d\e)"), std::string("two\nlines\tand\r"), std::string("\xff")}) {
+        const auto entry = parseDesktopEntry("[Desktop Entry]\nType=Application\nName=x\nExec=p " +
+                                                 desktop::quotedForExec(argument) + "\n",
+                                             {});
+        ASSERT_TRUE(entry.has_value());
+        EXPECT_THAT(commandOf(*entry), ElementsAre("p", argument));
+    }
+}
+
 TEST(DesktopEntryExec, SplitsIntoArguments) {
     EXPECT_THAT(command("program"), ElementsAre("program"));
     EXPECT_THAT(command("  program   --a\tb "), ElementsAre("program", "--a", "b"));
@@ -132,6 +166,7 @@ TEST(DesktopEntryExec, ReplacesFieldCodes) {
                 ElementsAre("p", "--icon", "icon", "--title", "Some Name", "/a/b.desktop", "100%"));
     EXPECT_THAT(command("p --file=%f"), ElementsAre("p", "--file="));
     EXPECT_THAT(command("p \"%c\""), ElementsAre("p", "%c"));
+    EXPECT_THAT(command("p \"100%%\" \"%%%\""), ElementsAre("p", "100%", "%%"));
     DesktopEntry iconless = withExec("p %i x");
     iconless.icon.clear();
     EXPECT_THAT(commandOf(iconless), ElementsAre("p", "x"));

@@ -135,6 +135,48 @@ TEST_F(RunningApplicationsTest, RefusesWhatCannotBeOpened) {
     EXPECT_FALSE(all.open({""}));
 }
 
+TEST_F(RunningApplicationsTest, OpensOnlyWhatIsInstalled) {
+    const auto result = folder.path() / "result";
+    const auto outside = folder.path() / "outside.desktop";
+    std::ofstream(outside) << "[Desktop Entry]\nType=Application\nName=Outside\nExec=/bin/touch "
+                           << result.string() << "\n";
+    writeEntry("inside", "Exec=/bin/true\n");
+    auto all = applications();
+    EXPECT_FALSE(all.open({outside.string()}));
+    EXPECT_FALSE(all.open({(folder.path() / "applications/../outside.desktop").string()}));
+    EXPECT_TRUE(all.open({(folder.path() / "applications/inside.desktop").string()}));
+    EXPECT_FALSE(std::filesystem::exists(result));
+}
+
+TEST_F(RunningApplicationsTest, AWindowsClassIsNoWayToAFile) {
+    const auto result = folder.path() / "result";
+    const std::string entry = "[Desktop Entry]\nType=Application\nName=Outside\nExec=/bin/touch " +
+                              result.string() + "\n";
+    writeEntry("inside", "Exec=/bin/true\n");
+    std::ofstream(folder.path() / "outside.desktop") << entry;
+    PrivateDisplay display;
+    const std::string base = folder.path().string();
+    for (const std::string& name :
+         {std::string("../outside"), std::string("../outside.desktop"), base + "/outside",
+          base + "/outside.desktop", std::string("inside/../../outside"), std::string(";touch x"),
+          std::string("[Desktop Entry]")}) {
+        auto all = applications(display.name());
+        TrayIcon icon;
+        icon.window = 1;
+        icon.pid = ::getpid();
+        icon.name = name;
+        icon.instanceName = name;
+        icon.className = name;
+        EXPECT_EQ(all.ownerName(icon), "tray_tests") << name;
+        const auto application = all.runningApplication(::getpid());
+        ASSERT_NE(application, nullptr);
+        EXPECT_EQ(application->bundleIdentifier(), std::nullopt) << name;
+        EXPECT_FALSE(application->bundleUrl()) << name;
+        EXPECT_FALSE(application->activate(activateAllWindows)) << name;
+    }
+    EXPECT_FALSE(std::filesystem::exists(result));
+}
+
 TEST_F(RunningApplicationsTest, AProgramWithoutAWindowAndWithoutAnEntryCannotBeActivated) {
     PrivateDisplay display;
     auto all = applications(display.name());

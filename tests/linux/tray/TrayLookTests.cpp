@@ -101,6 +101,20 @@ TEST_F(TrayLookTest, LeavesOutAWindowThatIsListedButNotEmbedded) {
     EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
 }
 
+TEST_F(TrayLookTest, WindowsOfTheTrayItselfAreNoIcons) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto embedded = client.makeWindow(24, 28);
+    tray.embed(embedded, 10, 24, 28);
+    const auto containers = client.x().children(tray.bar());
+    ASSERT_THAT(containers, SizeIs(1));
+    // Any client can write this property.
+    client.setWords(tray.owner(), "_PELISTRA_MENUBAR_ITEMS", "WINDOW",
+                    {tray.bar(), containers[0], tray.owner(), embedded, client.x().root()});
+
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
+}
+
 TEST_F(TrayLookTest, AWindowThatIsGoneCostsOnlyItself) {
     TestTray tray(display.name(), TestTray::Kind::Ours);
     IconClient client(display.name());
@@ -181,6 +195,58 @@ TEST_F(TrayLookTest, AFallbackForOneIconOrAThousandCostsOneMoreRoundTrip) {
     EXPECT_EQ(seen.roundTrips, 4);
     ASSERT_THAT(seen.icons, SizeIs(50));
     EXPECT_EQ(seen.icons[49].name, "café");
+}
+
+// The time in which two looks are one has passed.
+void letTheMomentPass() {
+    constexpr std::chrono::milliseconds longerThanOneMoment{5};
+    std::this_thread::sleep_for(longerThanOneMoment);
+}
+
+TEST_F(TrayLookTest, AsksAboutNoIconWhileTheBarSaysThatNothingHasChanged) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    tray.setSerial(1);
+    IconClient client(display.name());
+    const xcb_window_t icon = client.makeWindow(24, 24);
+    tray.embed(icon, 100, 24, 24);
+    EXPECT_THAT(view().icons, SizeIs(1));
+    letTheMomentPass();
+    const TrayView unchanged = view();
+    EXPECT_EQ(unchanged.roundTrips, 1);
+    EXPECT_TRUE(unchanged.isMenuBar);
+    EXPECT_THAT(unchanged.icons, ElementsAre(Field(&TrayIcon::window, icon)));
+
+    client.setText(icon, "_NET_WM_NAME", "UTF8_STRING", "renamed");
+    tray.setSerial(2);
+    letTheMomentPass();
+    const TrayView changed = view();
+    EXPECT_GT(changed.roundTrips, 1);
+    EXPECT_THAT(changed.icons, ElementsAre(Field(&TrayIcon::name, "renamed")));
+}
+
+TEST_F(TrayLookTest, LooksAgainAtABarThatDoesNotCountItsChanges) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const xcb_window_t icon = client.makeWindow(24, 24);
+    tray.embed(icon, 100, 24, 24);
+    EXPECT_THAT(view().icons, SizeIs(1));
+    client.setText(icon, "_NET_WM_NAME", "UTF8_STRING", "renamed");
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::name, "renamed")));
+}
+
+TEST_F(TrayLookTest, ForgetsABarThatHasGone) {
+    {
+        TestTray tray(display.name(), TestTray::Kind::Ours);
+        tray.setSerial(1);
+        EXPECT_NE(view().owner, 0U);
+    }
+    letTheMomentPass();
+    EXPECT_EQ(view().owner, 0U);
+    TestTray another(display.name(), TestTray::Kind::Ours);
+    another.setSerial(1);
+    IconClient client(display.name());
+    another.embed(client.makeWindow(24, 24), 100, 24, 24);
+    EXPECT_THAT(view().icons, SizeIs(1));
 }
 
 TEST_F(TrayLookTest, KnowsTheProcessFromTheConnectionWhateverTheClientClaims) {

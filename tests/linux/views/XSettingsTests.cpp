@@ -86,5 +86,12 @@ TEST(XSettingsTest, TheDesktopsFontGivesFamilyAndBodySize) {
     EXPECT_EQ(lookOf({{"Gtk/FontName", std::string("Noto Sans")}}).fontFamily, "Noto Sans");
 }
 
+TEST(XSettingsTest, AFontThatIsNoTextBecomesOne) {
+    const Look look = lookOf({{"Gtk/FontName", std::string("No\nto\xff 1e9999")}});
+    EXPECT_EQ(look.fontFamily, "No to\uFFFD 1e9999");
+    EXPECT_DOUBLE_EQ(look.bodySize, 13);
+    EXPECT_LE(lookOf({{"Gtk/FontName", std::string(60'000, 'x')}}).fontFamily.size(), 256U);
+}
+
 } // namespace
 } // namespace pelistra::desktop
