@@ -74,6 +74,7 @@ public:
     }
     [[nodiscard]] std::vector<ProcessId> processIdentifiers() override {
         std::vector<ProcessId> pids;
+        pids.reserve(applicationCount);
         for (ProcessId index = 0; index < applicationCount; ++index) {
             pids.push_back(firstPid + index);
         }

@@ -88,7 +88,7 @@ TEST_F(GlobalClicksTest, PressesOnOwnWindowsAreNot) {
 }
 
 TEST_F(GlobalClicksTest, PressesOnOwnWindowsInsideForeignOnesAreNotAsForItemsInATray) {
-    XClient other(display_.name());
+    const XClient other(display_.name());
     const xcb_window_t tray = other.connection().newId();
     const std::uint32_t bypass = 1;
     xcb_create_window(other.get(), XCB_COPY_FROM_PARENT, tray, other.root(), 0, 0, 400, 30, 0,
@@ -111,7 +111,7 @@ TEST_F(GlobalClicksTest, PressesOnOwnWindowsInsideForeignOnesAreNotAsForItemsInA
 }
 
 TEST_F(GlobalClicksTest, PressesWhileAnotherProgramHoldsTheMouseAreTold) {
-    XClient other(display_.name());
+    const XClient other(display_.name());
     const x11::Owned<xcb_grab_pointer_reply_t> grab(xcb_grab_pointer_reply(
         other.get(),
         xcb_grab_pointer(other.get(), 0, other.root(), XCB_EVENT_MASK_BUTTON_PRESS,

@@ -94,7 +94,7 @@ TEST_F(XcbScreensTest, TheBarsScaleMakesThePointsAndItsChangeIsTold) {
 }
 
 TEST_F(XcbScreensTest, TheBarPublishesTheAreasBesideTheHousing) {
-    RespondingTray tray(display_.name());
+    const RespondingTray tray(display_.name());
     int changes = 0;
     const auto token = screens_.observeParameterChanges([&] { ++changes; });
     const std::array<std::uint32_t, 8> areas{0, 0, 540, 28, 740, 0, 540, 28};
