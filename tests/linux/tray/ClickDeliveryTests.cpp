@@ -7,6 +7,7 @@
 #include "tests/desktop/harness/ProgramsUnderTest.h"
 #include "tests/desktop/harness/RealTrayPrograms.h"
 #include "tests/desktop/harness/UserInput.h"
+#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/RealTimeQueue.h"
 #include "tests/linux/tray/TestTray.h"
 
@@ -43,15 +44,6 @@ public:
 
     std::vector<std::string> lines;
 };
-
-std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
-    x11::Connection::Failure failure;
-    auto connection = x11::Connection::open(display.name(), failure);
-    if (!connection) {
-        throw std::runtime_error(failure.message);
-    }
-    return connection;
-}
 
 // Names of the master devices that the server has, as an outsider sees them.
 std::vector<std::string> masterPointers(XClient& client) {

@@ -29,7 +29,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 
 std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file);
+    const std::ifstream stream(file);
     std::ostringstream text;
     text << stream.rdbuf();
     return text.str();
@@ -154,7 +154,7 @@ TEST_F(RunningApplicationsTest, AWindowsClassIsNoWayToAFile) {
                               result.string() + "\n";
     writeEntry("inside", "Exec=/bin/true\n");
     std::ofstream(folder.path() / "outside.desktop") << entry;
-    PrivateDisplay display;
+    const PrivateDisplay display;
     const std::string base = folder.path().string();
     for (const std::string& name :
          {std::string("../outside"), std::string("../outside.desktop"), base + "/outside",
@@ -178,7 +178,7 @@ TEST_F(RunningApplicationsTest, AWindowsClassIsNoWayToAFile) {
 }
 
 TEST_F(RunningApplicationsTest, AProgramWithoutAWindowAndWithoutAnEntryCannotBeActivated) {
-    PrivateDisplay display;
+    const PrivateDisplay display;
     auto all = applications(display.name());
     EXPECT_FALSE(all.runningApplication(::getpid())->activate(activateAllWindows));
 }

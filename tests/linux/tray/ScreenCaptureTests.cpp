@@ -2,10 +2,11 @@
 
 #include "platform/linux/X11ScreenCaptureBitmap.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/TestTray.h"
 
+#include <array>
 #include <memory>
-#include <stdexcept>
 #include <variant>
 
 #include <gtest/gtest.h>
@@ -19,15 +20,6 @@ using desktop::X11ScreenCapture;
 
 constexpr QRgb red = 0xffcc2010;
 constexpr QRgb halfBlue = 0x80000080;
-
-std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
-    x11::Connection::Failure failure;
-    auto connection = x11::Connection::open(display.name(), failure);
-    if (!connection) {
-        throw std::runtime_error(failure.message);
-    }
-    return connection;
-}
 
 class ScreenCaptureTest : public ::testing::Test {
 protected:
@@ -49,11 +41,11 @@ protected:
         const xcb_colormap_t colours = x.connection().newId();
         xcb_create_colormap(x.get(), XCB_COLORMAP_ALLOC_NONE, colours, x.root(),
                             visual.type->visual_id);
-        const std::uint32_t values[] = {0, 0, colours};
+        const std::array<std::uint32_t, 3> values{0, 0, colours};
         const xcb_window_t window = x.connection().newId();
         xcb_create_window(x.get(), visual.depth, window, parent, 5, 5, 20, 20, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, visual.type->visual_id,
-                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values);
+                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values.data());
         xcb_map_window(x.get(), window);
         x.sync();
         return window;

@@ -3,6 +3,7 @@
 #include "platform/linux/TrayLookText.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/TrayClient.h"
+#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/TestTray.h"
 
 #include <chrono>
@@ -26,15 +27,6 @@ using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-
-std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
-    x11::Connection::Failure failure;
-    auto connection = x11::Connection::open(display.name(), failure);
-    if (!connection) {
-        throw std::runtime_error(failure.message);
-    }
-    return connection;
-}
 
 class TrayLookTest : public ::testing::Test {
 protected:
@@ -141,9 +133,8 @@ TEST_F(TrayLookTest, WindowsThatComeAndGoDuringLooksNeverHarmTheOthers) {
     IconClient client(display.name());
     const auto staying = client.makeWindow(24, 28);
     tray.embed(staying, 10, 24, 28);
-    std::jthread storm([&](const std::stop_token& stop) {
+    const std::jthread storm([&](const std::stop_token& stop) {
         IconClient other(display.name());
-        std::vector<xcb_window_t> items{staying};
         while (!stop.stop_requested()) {
             const auto window = other.makeWindow(24, 28);
             tray.publish({window, staying});

@@ -1,10 +1,10 @@
 #include "platform/linux/XcbWindowServer.h"
 
 #include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/TestTray.h"
 
 #include <memory>
-#include <stdexcept>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -20,15 +20,6 @@ using desktop::XcbWindowServer;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
-
-std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
-    x11::Connection::Failure failure;
-    auto connection = x11::Connection::open(display.name(), failure);
-    if (!connection) {
-        throw std::runtime_error(failure.message);
-    }
-    return connection;
-}
 
 class WindowServerTest : public ::testing::Test {
 protected:

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/x11/Connection.h"
+#include "tests/desktop/harness/PrivateDisplay.h"
+
+#include <memory>
+#include <stdexcept>
+
+namespace pelistra::testing {
+
+// A connection of the product's own kind to a private display; throws when there is none.
+[[nodiscard]] inline std::unique_ptr<x11::Connection> connect(const PrivateDisplay& display) {
+    x11::Connection::Failure failure;
+    auto connection = x11::Connection::open(display.name(), failure);
+    if (!connection) {
+        throw std::runtime_error(failure.message);
+    }
+    return connection;
+}
+
+} // namespace pelistra::testing
