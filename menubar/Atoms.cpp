@@ -27,6 +27,7 @@ Atoms::Atoms(const x11::Connection& connection) {
         "_PELISTRA_MENUBAR_WINDOW",
         "_PELISTRA_MENUBAR_ITEMS",
         "_PELISTRA_MENUBAR_SCALE",
+        "_PELISTRA_MENUBAR_SERIAL",
         "_PELISTRA_MENUBAR_AUXILIARY_AREAS",
         "_PELISTRA_MENUBAR_VERSION",
         tray,

@@ -26,6 +26,7 @@ enum class Atom : std::size_t {
     PelistraMenubarWindow,
     PelistraMenubarItems,
     PelistraMenubarScale,
+    PelistraMenubarSerial,
     PelistraMenubarAuxiliaryAreas,
     PelistraMenubarVersion,
     // The selections of this screen.

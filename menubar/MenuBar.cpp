@@ -36,6 +36,26 @@ Event& mutableEventAs(xcb_generic_event_t& event) {
     return reinterpret_cast<Event&>(event); // NOLINT(*-reinterpret-cast)
 }
 
+// A disk takes longer than all the rest, so it waits until no event does; a flood of events delays
+// it for this many rounds at most.
+constexpr int mostPostponed = 8;
+
+// Windows come, go, or take another place.
+bool concernsStructure(int eventType) {
+    switch (eventType) {
+    case XCB_CONFIGURE_REQUEST:
+    case XCB_CONFIGURE_NOTIFY:
+    case XCB_REPARENT_NOTIFY:
+    case XCB_DESTROY_NOTIFY:
+    case XCB_MAP_REQUEST:
+    case XCB_MAP_NOTIFY:
+    case XCB_UNMAP_NOTIFY:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 MenuBar::MenuBar(const Server& server, std::unique_ptr<TraySelection> tray, Options options,
@@ -52,15 +72,24 @@ MenuBar::MenuBar(const Server& server, std::unique_ptr<TraySelection> tray, Opti
 
 MenuBar::End MenuBar::run(int stopDescriptor) {
     settle();
+    keepOrder();
     window_.show();
     tray_->announce();
     server_->connection().flush();
+    int postponed = 0;
     while (!end_) {
         if (drain()) {
             // A tray that has taken over must not have its icons taken back.
             if (!end_) {
                 settle();
+                ++postponed;
             }
+            if (postponed < mostPostponed) {
+                continue;
+            }
+        }
+        if (!end_ && std::exchange(postponed, 0) > 0) {
+            keepOrder();
             continue;
         }
         if (!server_->connection().isAlive()) {
@@ -74,6 +103,7 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
             end_ = End::Stopped;
         }
     }
+    orderFile_.write(order_);
     docking_.releaseAll();
     xcb_aux_sync(server_->xcb());
     return *end_;
@@ -104,6 +134,7 @@ void MenuBar::handle(xcb_generic_event_t& event) {
         monitorsStale_ = true;
         return;
     }
+    itemsChanged_ = itemsChanged_ || concernsStructure(type);
     switch (type) {
     case 0:
         docking_.fail(x11::eventAs<xcb_generic_error_t>(event));
@@ -185,6 +216,8 @@ void MenuBar::handleProperty(const xcb_property_notify_event_t& event) {
         resourcesStale_ = true;
     }
     if (DockedItem* item = items_.find(event.window)) {
+        // A new title, for example.
+        itemsChanged_ = true;
         item->hintsStale = item->hintsStale || event.atom == XCB_ATOM_WM_NORMAL_HINTS;
         if (event.atom == server_->atom(Atom::XEmbedInfo)) {
             item->embedInfoStale = true;
@@ -395,7 +428,13 @@ void MenuBar::settle() {
     }
     showTitle();
     painter_.paint(items_.shown(), lifted());
+    if (std::exchange(itemsChanged_, false)) {
+        publisher_.publishChange();
+    }
     server_->connection().flush();
+}
+
+void MenuBar::keepOrder() {
     // What others are told of the order is safe on disk by then.
     orderFile_.write(order_);
     publishItems();
@@ -501,6 +540,7 @@ void MenuBar::placeItem(DockedItem& item, int x, int width) {
     }
     const int reach = &item == lifted() ? painter_.plateReach() : 0;
     painter_.invalidate(item.x - reach, item.x + item.width + reach);
+    itemsChanged_ = true;
     item.x = x;
     item.width = width;
     item.height = height;

@@ -66,7 +66,10 @@ private:
     void handleRelease(const xcb_button_release_event_t& event);
     void handleKey(const xcb_key_press_event_t& event);
 
+    // Does what the events of a batch left to be done, and shows it.
     void settle();
+    // Writes down the order of the items, then tells others.
+    void keepOrder();
     void publishItems();
     void followScreen();
     void followDesktop();
@@ -108,6 +111,8 @@ private:
     bool settingsStale_ = true;
     bool resourcesStale_ = true;
     bool activeWindowStale_ = true;
+    // Something about the items that others can see may be new.
+    bool itemsChanged_ = true;
     // A drag has ended: items are to be told their positions.
     bool positionsDue_ = false;
 };

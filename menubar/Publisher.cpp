@@ -59,6 +59,7 @@ void Publisher::repeatScale() const {
 void Publisher::publishScale(const Metrics& metrics) {
     publish(scale_, {word(metrics.scaleHundredths())}, server_->atom(Atom::PelistraMenubarScale),
             XCB_ATOM_CARDINAL);
+    publishChange();
 }
 
 void Publisher::publishAreas(const PixelRect& bar, const std::optional<Gap>& gap) {
@@ -82,7 +83,14 @@ void Publisher::publishItems(const ItemList& items) {
         items_ = std::move(windows);
         x11::setWords(server_->connection(), owner_, server_->atom(Atom::PelistraMenubarItems),
                       XCB_ATOM_WINDOW, items_);
+        publishChange();
     }
+}
+
+void Publisher::publishChange() {
+    ++serial_;
+    x11::setWords(server_->connection(), owner_, server_->atom(Atom::PelistraMenubarSerial),
+                  XCB_ATOM_CARDINAL, std::array{serial_});
 }
 
 void Publisher::publishPositions(const ItemList& items) const {

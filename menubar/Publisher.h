@@ -30,6 +30,10 @@ public:
     // counts from the bar's left edge. None without a housing.
     void publishAreas(const PixelRect& bar, const std::optional<Gap>& gap);
     void publishItems(const ItemList& items);
+    // Says by another number that items, their places or what they say of themselves may have
+    // changed: who has seen them all under the last number need not look again while it stands.
+    // Call it after the change, so that nobody takes the old state for the new one.
+    void publishChange();
     // How many items were published last.
     [[nodiscard]] std::size_t publishedItems() const { return items_.size(); }
     // Tells the items that asked for a position where they stand after a drag.
@@ -47,6 +51,7 @@ private:
     std::vector<std::uint32_t> areas_;
     std::vector<std::uint32_t> items_;
     bool itemsPublished_ = false;
+    std::uint32_t serial_ = 0;
 };
 
 } // namespace pelistra::menubar

@@ -68,6 +68,7 @@ private:
         Colors,
         BarWindow,
         BarItems,
+        BarSerial,
         BarScale,
         BarAreas,
         StrutPartial,

@@ -50,7 +50,8 @@ struct TrayView {
 // Looks at the system tray, whoever runs it. Our own bar publishes its items in their order; under
 // any other tray the embedded windows are found among the children of the tray's own windows and
 // ordered by their place. A look sends its requests in batches, so that it waits for the server a
-// fixed number of times whatever the number of icons: at most mostRoundTrips. A window that goes
+// fixed number of times whatever the number of icons: at most mostRoundTrips. Our own bar counts
+// the changes, so a look at an unchanged bar waits once and asks about no icon. A window that goes
 // away during a look is missing in it, nothing else.
 class TrayLook {
 public:
@@ -76,8 +77,24 @@ public:
     [[nodiscard]] bool serverKnowsProcesses() const { return hasResource_; }
 
 private:
-    enum class Name : std::uint8_t { Selection, Items, Scale, NetWmName, NetWmPid, Window, Count };
+    enum class Name : std::uint8_t {
+        Selection,
+        Items,
+        Scale,
+        Serial,
+        NetWmName,
+        NetWmPid,
+        Window,
+        Count
+    };
     struct Tray;
+    // A view of our own bar, and what has to be the same for it to be true still.
+    struct Known {
+        TrayView view;
+        std::uint32_t serial = 0;
+        RootRect primaryMonitor;
+        std::chrono::steady_clock::time_point confirmed;
+    };
     struct FrameRequest;
     struct IconRequest;
 
@@ -90,6 +107,9 @@ private:
     [[nodiscard]] std::string takeText(x11::PropertyRequest request);
     [[nodiscard]] Tray findTray();
     void readOwner(Tray& tray);
+    // Whether what is known is what another whole look would show.
+    [[nodiscard]] bool isKnown(const Tray& tray) const;
+    [[nodiscard]] std::optional<std::uint32_t> takeSerial(x11::PropertyRequest request);
     [[nodiscard]] std::vector<WindowId> embeddedWindows(const Tray& tray);
     [[nodiscard]] std::vector<WindowId> windowsOfClient(std::uint32_t client);
     [[nodiscard]] std::vector<TrayIcon> describe(const Tray& tray,
@@ -107,6 +127,7 @@ private:
     std::string hostName_;
     bool hasResource_ = false;
     bool hasMonitors_ = false;
+    std::optional<Known> known_;
 };
 
 } // namespace pelistra::desktop

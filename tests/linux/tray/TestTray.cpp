@@ -61,6 +61,12 @@ void TestTray::setScale(std::uint32_t hundredths) {
     x_.sync();
 }
 
+void TestTray::setSerial(std::uint32_t serial) {
+    x11::setWords(x_.connection(), owner_, x_.atom("_PELISTRA_MENUBAR_SERIAL"), XCB_ATOM_CARDINAL,
+                  std::vector<std::uint32_t>{serial});
+    x_.sync();
+}
+
 xcb_window_t IconClient::makeWindow(int width, int height, std::uint32_t eventMask) {
     const xcb_window_t window = createWindow(x_, x_.root(), 0, width, height, eventMask);
     x_.sync();

@@ -27,6 +27,8 @@ public:
     // What ours says is in it.
     void publish(const std::vector<xcb_window_t>& items);
     void setScale(std::uint32_t hundredths);
+    // The count of changes that ours keeps.
+    void setSerial(std::uint32_t serial);
 
 private:
     XClient x_;
