@@ -11,14 +11,14 @@ wrong_usage() {
     exit 2
 }
 
-# The packages of packaging/packages.txt that are not installed, one a line.
+# The packages of some lists that are not installed, one a line.
 missing_packages() {
     local name
     while read -r name; do
         if [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" != installed ]; then
             printf '%s\n' "$name"
         fi
-    done <packaging/packages.txt
+    done < <(cat "$@")
 }
 
 # Runs a command as root; fails with a clear message when that cannot be.
@@ -32,18 +32,20 @@ as_root() {
     fi
 }
 
-# Installs what is missing, and does nothing when nothing is.
+# Installs what is missing, and does nothing when nothing is. Arguments are further lists beside
+# packaging/packages.txt.
 ensure_packages() {
+    local lists=(packaging/packages.txt "$@")
     command -v dpkg-query >/dev/null ||
         fail "this is not a Debian system: install the equivalents of packaging/packages.txt by hand, then build with cmake --preset release"
     local missing
-    missing=$(missing_packages | tr '\n' ' ')
+    missing=$(missing_packages "${lists[@]}" | tr '\n' ' ')
     [ -n "$missing" ] || return 0
     say "Installing: $missing"
     as_root apt-get update -q || say "apt-get update failed; going on with the package lists that are there"
     # shellcheck disable=SC2086 # a list of package names
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends $missing
-    missing=$(missing_packages | tr '\n' ' ')
+    missing=$(missing_packages "${lists[@]}" | tr '\n' ' ')
     [ -z "$missing" ] || fail "still missing after the installation: $missing"
 }
 

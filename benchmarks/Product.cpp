@@ -1,0 +1,204 @@
+#include "benchmarks/Product.h"
+
+#include "benchmarks/Measuring.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <utility>
+
+namespace pelistra::testing {
+
+namespace {
+
+constexpr const char* xfceBegin = R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="28"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray">
+)";
+constexpr const char* xfceHide =
+    "      <property name=\"hide-new-items\" type=\"bool\" value=\"true\"/>\n";
+constexpr const char* xfceEnd = "    </property>\n  </property>\n</channel>\n";
+constexpr const char* xfceFile = "config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml";
+
+constexpr const char* tint2 = R"(panel_items = S
+panel_size = 100% 28
+panel_position = top center horizontal
+systray_icon_size = 24
+systray_padding = 0 2 2
+)";
+
+constexpr const char* lxpanel = R"(Global {
+  edge=top
+  align=left
+  margin=0
+  widthtype=percent
+  width=100
+  height=28
+  setdocktype=1
+  setpartialstrut=1
+  iconsize=24
+}
+Plugin {
+  type=tray
+}
+)";
+
+constexpr const char* lxqt = R"([General]
+__userfile__=true
+panels=panel1
+[panel1]
+alignment=-1
+animation-duration=0
+desktop=0
+hidable=false
+iconSize=22
+lineCount=1
+panelSize=28
+plugins=tray
+position=Top
+width=100
+width-percent=true
+[tray]
+type=tray
+)";
+
+// The hide button of xfce4-panel follows the last icon; it stands alone while they are hidden.
+RootPoint xfceButton(bool iconsShow, int lastIcon) {
+    constexpr RootPoint alone{.x = 8, .y = 14};
+    constexpr int behindIcons = 10;
+    return iconsShow ? RootPoint{.x = lastIcon + behindIcons, .y = alone.y} : alone;
+}
+
+std::string firstLineOf(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
+    std::array<char, 256> line{};
+    if (pipe == nullptr || std::fgets(line.data(), line.size(), pipe.get()) == nullptr) {
+        return "";
+    }
+    std::string text = line.data();
+    return text.substr(0, text.find('\n'));
+}
+
+void write(Desktop& desktop, const std::vector<SettingsFile>& files) {
+    for (const SettingsFile& file : files) {
+        const std::filesystem::path path = desktop.display().folder() / file.path;
+        std::filesystem::create_directories(path.parent_path());
+        std::ofstream(path) << file.content;
+    }
+}
+
+} // namespace
+
+bool Product::isInstalled() const {
+    return isOurs() || firstLineOf("dpkg-query -W -f '${db:Status-Status}' " + package +
+                                   " 2>/dev/null") == "installed";
+}
+
+std::string Product::fullName() const {
+    return isOurs() ? name : name + " " + firstLineOf("dpkg-query -W -f '${Version}' " + package);
+}
+
+const std::vector<Product>& products() {
+    static const std::vector<Product> all{
+        {.name = "Pelistra", .package = "", .settings = {}, .command = {}},
+        {.name = "xfce4-panel",
+         .package = "xfce4-panel",
+         .settings = {{.path = xfceFile, .content = std::string(xfceBegin) + xfceEnd}},
+         .command = {"xfce4-panel"},
+         .settingsForHiding = {{.path = xfceFile,
+                                .content = std::string(xfceBegin) + xfceHide + xfceEnd}}},
+        {.name = "trayer",
+         .package = "trayer",
+         .settings = {},
+         .command = {"trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
+                     "--height", "28"}},
+        {.name = "tint2",
+         .package = "tint2",
+         .settings = {{.path = "config/tint2/tint2rc", .content = tint2}},
+         .command = {"tint2"}},
+        {.name = "lxpanel",
+         .package = "lxpanel",
+         .settings = {{.path = "config/lxpanel/default/panels/panel", .content = lxpanel}},
+         .command = {"lxpanel"}},
+        {.name = "lxqt-panel",
+         .package = "lxqt-panel",
+         .settings = {{.path = "config/lxqt/panel.conf", .content = lxqt}},
+         .command = {"lxqt-panel"}},
+    };
+    return all;
+}
+
+RunningProduct::RunningProduct(Desktop& desktop, const Product& product, Purpose purpose)
+    : desktop_(desktop), product_(product) {
+    if (product.isOurs()) {
+        desktop.startBar();
+        desktop.startOrganiser();
+        return;
+    }
+    write(desktop, purpose == Purpose::Hide ? product.settingsForHiding : product.settings);
+    process_ = desktop.display().start(product.command);
+    require(waitFor([&] { return desktop.x().trayOwner() != XCB_WINDOW_NONE; }),
+            product.name + " shows no tray: " + process_->output());
+}
+
+std::vector<pid_t> RunningProduct::groups() {
+    if (product_.isOurs()) {
+        return {desktop_.bar().process().pid(), desktop_.organiser().process().pid()};
+    }
+    return {process_->pid()};
+}
+
+double RunningProduct::memory() {
+    double sum = 0;
+    for (const pid_t group : groups()) {
+        sum += memoryOfGroup(group);
+    }
+    return sum;
+}
+
+double RunningProduct::wakeUps() {
+    double sum = 0;
+    for (const pid_t group : groups()) {
+        sum += costOfGroup(group).wakeUps;
+    }
+    return sum;
+}
+
+double RunningProduct::processorMilliseconds() {
+    double sum = 0;
+    for (const pid_t group : groups()) {
+        sum += costOfGroup(group).processorMilliseconds;
+    }
+    return sum;
+}
+
+void RunningProduct::press(bool toHide, int lastIcon) {
+    if (product_.isOurs() && !toHide) {
+        desktop_.input().pressKey(keys::alt);
+    }
+    desktop_.input().moveTo(product_.isOurs() ? centre(desktop_.organiser().controlFrame().value())
+                                              : xfceButton(toHide, lastIcon));
+    desktop_.input().press();
+}
+
+void RunningProduct::release(bool toHide) {
+    desktop_.input().release();
+    if (product_.isOurs() && !toHide) {
+        desktop_.input().releaseKey(keys::alt);
+    }
+}
+
+} // namespace pelistra::testing

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "tests/desktop/harness/Desktop.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace pelistra::testing {
+
+// A program, or two, that shows the tray icons of a desktop: ours, or what a user would pick
+// instead.
+struct Product {
+    std::string name;
+    // The Debian package; empty for ours.
+    std::string package;
+    // In the home of a private display.
+    std::vector<SettingsFile> settings;
+    std::vector<std::string> command;
+    // What makes it hide every icon behind a button of its own; empty where there is no such thing.
+    std::vector<SettingsFile> settingsForHiding = {};
+
+    [[nodiscard]] bool isOurs() const { return package.empty(); }
+    [[nodiscard]] bool canHide() const { return isOurs() || !settingsForHiding.empty(); }
+    // Whether its package is installed.
+    [[nodiscard]] bool isInstalled() const;
+    // With the package's version, where there is one.
+    [[nodiscard]] std::string fullName() const;
+};
+
+// Ours first.
+[[nodiscard]] const std::vector<Product>& products();
+
+// A product at work on a desktop.
+class RunningProduct {
+public:
+    enum class Purpose { Show, Hide };
+
+    // Starts it and waits until somebody owns the tray; throws std::runtime_error otherwise. The
+    // desktop must outlive this object.
+    RunningProduct(Desktop& desktop, const Product& product, Purpose purpose = Purpose::Show);
+
+    // The process groups that belong to it.
+    [[nodiscard]] std::vector<pid_t> groups();
+    [[nodiscard]] double memory();
+    // What its processes have cost so far, wake-ups and milliseconds.
+    [[nodiscard]] double wakeUps();
+    [[nodiscard]] double processorMilliseconds();
+
+    // Points at the button that hides and shows, and presses it; the release is what counts.
+    // `lastIcon` is where the icon furthest to the right ends.
+    void press(bool toHide, int lastIcon);
+    void release(bool toHide);
+
+private:
+    Desktop& desktop_;
+    const Product& product_;
+    std::unique_ptr<ChildProcess> process_;
+};
+
+} // namespace pelistra::testing
