@@ -163,7 +163,7 @@ TEST_F(BarOnDesktopTests, LiesBelowFullScreenWindows) {
     EXPECT_TRUE(waitFor([&] {
         film.handleEvents();
         return x.capture({.width = 1280, .height = barHeight}).pixelsOf(0x204060) ==
-               1280U * barHeight;
+               std::size_t{1280} * barHeight;
     }));
 }
 

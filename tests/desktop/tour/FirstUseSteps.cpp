@@ -74,7 +74,7 @@ Seen FirstUse::startFresh() {
         desktop_.startProgram(program);
     }
     desktop_.startOrganiser();
-    Seen seen = lookAtWindow(desktop_, onboardingTitle, onboardingWidth, onboardingHeight);
+    const Seen seen = lookAtWindow(desktop_, onboardingTitle, onboardingWidth, onboardingHeight);
     const Seen step = atStep(1, "it");
     const auto window = desktop_.x().managedWindow(onboardingTitle);
     const bool isBare = window && desktop_.x().words(*window, "_NET_FRAME_EXTENTS") ==
@@ -199,7 +199,7 @@ Seen FirstUse::openSettings() {
     if (!desktop_.clickControl(UserInput::Button::Right)) {
         return {.ok = false, .text = "no arrow"};
     }
-    Seen seen = lookAtWindow(desktop_, settingsTitle, settingsWidth, settingsHeight);
+    const Seen seen = lookAtWindow(desktop_, settingsTitle, settingsWidth, settingsHeight);
     const bool texts = waitFor([&] {
         return std::ranges::all_of(std::array{"使用方法", "找到分隔线", "摆放图标", "点击箭头",
                                               "使用第二行", "通用", "登录时启动 Pelistra",

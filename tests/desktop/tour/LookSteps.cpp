@@ -72,7 +72,6 @@ void Looks::start() {
 }
 
 void Looks::walk(bool isDark) {
-    const std::string before = look();
     isDark_ = isDark;
     if (isDark) {
         tour_.step("Ask for a dark desktop (" + std::to_string(scale_) + "x)", [&] {
@@ -124,7 +123,7 @@ Seen Looks::onboardingStep(int step) {
     if (!isFirst && !windows_.click("继续")) {
         return {.ok = false, .text = "no forward button"};
     }
-    Seen window = lookAtWindow(desktop_, onboardingTitle, onboardingWidth, onboardingHeight);
+    const Seen window = lookAtWindow(desktop_, onboardingTitle, onboardingWidth, onboardingHeight);
     const std::string caption = "第 " + std::to_string(step) + " 步";
     const bool isThere = waitFor([&] { return windows_.says(caption); });
     Seen seen = keep("onboarding-" + std::to_string(step), windowPicture(onboardingTitle));
