@@ -76,6 +76,30 @@ std::optional<Clock::time_point> ScreenWatch::whenLikeThis(const WindowFrame& ar
     return std::nullopt;
 }
 
+std::optional<Clock::time_point> ScreenWatch::whenFinal(const WindowFrame& area,
+                                                        std::chrono::milliseconds calm,
+                                                        std::chrono::milliseconds bound) {
+    struct Seen {
+        Clock::time_point when;
+        Picture picture;
+    };
+    std::vector<Seen> seen;
+    const auto end = Clock::now() + bound;
+    while (Clock::now() < end) {
+        if (drain(area)) {
+            const auto drawn = Clock::now();
+            seen.push_back({.when = drawn, .picture = x_.capture(area)});
+        } else if (!seen.empty() && Clock::now() - seen.back().when > calm) {
+            const auto first = std::ranges::find_if(
+                seen, [&](const Seen& moment) { return looksLike(area, moment.picture); });
+            return first == seen.end() ? std::nullopt : std::optional(first->when);
+        } else {
+            waitForEvent(calm);
+        }
+    }
+    return std::nullopt;
+}
+
 std::size_t ScreenWatch::framesWithin(const WindowFrame& area, std::chrono::milliseconds time) {
     constexpr std::chrono::milliseconds pause{3};
     const auto end = Clock::now() + time;

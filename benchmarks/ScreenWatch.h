@@ -27,6 +27,12 @@ public:
     [[nodiscard]] std::optional<Clock::time_point>
     whenLikeThis(const WindowFrame& area, const Picture& wanted, std::chrono::milliseconds bound);
 
+    // When the screen came to look inside `area` as it does once nothing is drawn there any more
+    // for `calm`. Empty when nothing was drawn, or it did not come to rest within `bound`.
+    [[nodiscard]] std::optional<Clock::time_point> whenFinal(const WindowFrame& area,
+                                                             std::chrono::milliseconds calm,
+                                                             std::chrono::milliseconds bound);
+
     // How often something was drawn inside `area` during that time; drawings that follow one
     // another without a pause make one frame.
     [[nodiscard]] std::size_t framesWithin(const WindowFrame& area, std::chrono::milliseconds time);

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -33,7 +32,7 @@ public:
         const auto shown = window();
         return shown && desktop_.x().isViewable(*shown);
     }
-    // Remembers place and look of the open window once nothing in it changes.
+    // Remembers the place of the open window once nothing in it changes.
     void learn() {
         constexpr std::chrono::milliseconds calm{300};
         require(waitFor([this] { return isOpen(); }), title_ + " does not open");
@@ -48,7 +47,7 @@ public:
                 title_ + " never comes to rest");
     }
     [[nodiscard]] bool isKnown() const { return picture_.width() > 0; }
-    // Clicks there and waits until the screen shows the window as it was learnt: the time from the
+    // Clicks there and waits until the screen shows the window as it stays: the time from the
     // release of the button.
     [[nodiscard]] double timeToShow(RootPoint place, UserInput::Button button) {
         desktop_.input().moveTo(place);
@@ -56,13 +55,10 @@ public:
         watch_.forget();
         const auto begin = Clock::now();
         desktop_.input().release(button);
-        const auto shown = watch_.whenLikeThis(frame_, picture_, patience);
-        if (!shown) {
-            const auto now = window() ? desktop_.x().frame(*window()) : std::nullopt;
-            throw std::runtime_error(
-                title_ + (now == frame_ ? " never looks" : " is not where it was; never looks") +
-                " as it did before");
-        }
+        constexpr std::chrono::milliseconds calm{500};
+        const auto shown = watch_.whenFinal(frame_, calm, patience);
+        require(shown.has_value() && isOpen() && desktop_.x().frame(window().value()) == frame_,
+                title_ + " does not come to rest where it was before");
         return Milliseconds(*shown - begin).count();
     }
     void close() {
