@@ -1,0 +1,207 @@
+#include "tests/faults/Bench.h"
+
+#include <algorithm>
+#include <csignal>
+#include <stdexcept>
+#include <string>
+
+namespace pelistra::testing {
+
+namespace {
+
+constexpr std::array programs{"parcellite", "volumeicon", "pnmixer", "qlipper", "qmidinet"};
+constexpr const char* settingsTitle = "Pelistra Settings";
+constexpr const char* onboardingTitle = "Welcome to Pelistra";
+// Where nothing is.
+constexpr RootPoint outside{.x = 300, .y = 700};
+constexpr int calmingAttempts = 4;
+constexpr std::chrono::seconds calmingTime{10};
+// A click that follows another one sooner would not count.
+constexpr std::chrono::milliseconds restTime{450};
+
+Desktop& speaking(Desktop& desktop) {
+    for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
+        desktop.display().setEnvironment(variable, value);
+    }
+    return desktop;
+}
+
+void demand(bool reached, const std::string& what) {
+    if (!reached) {
+        throw std::runtime_error(what);
+    }
+}
+
+} // namespace
+
+const char* nameOf(Situation situation) {
+    switch (situation) {
+    case Situation::Expanded:
+        return "expanded";
+    case Situation::Collapsed:
+        return "collapsed";
+    case Situation::RowOpen:
+        return "row open";
+    case Situation::Revealed:
+        return "icon revealed, its menu open";
+    case Situation::SettingsOpen:
+        return "settings open";
+    case Situation::OnboardingOpen:
+        return "introduction open";
+    }
+    return "";
+}
+
+Bench::Bench() : tree_(speaking(desktop_).display()) {
+    desktop_.startBar();
+    for (const char* program : programs) {
+        desktop_.startProgram(program);
+    }
+    desktop_.startOrganiser();
+    demand(desktop_.waitUntilExpanded(), "the desktop does not come to rest");
+    firstOrder_ = foreignOrder();
+}
+
+void Bench::bringInto(Situation situation) {
+    demand(calm(), "the section cannot be expanded");
+    switch (situation) {
+    case Situation::Expanded:
+        break;
+    case Situation::Collapsed:
+        collapse();
+        break;
+    case Situation::RowOpen:
+        collapse();
+        openRow();
+        break;
+    case Situation::Revealed:
+        reveal();
+        break;
+    case Situation::SettingsOpen:
+        openWindow("--show-settings", settingsTitle);
+        break;
+    case Situation::OnboardingOpen:
+        openWindow("--show-onboarding", onboardingTitle);
+        break;
+    }
+}
+
+void Bench::collapse() {
+    // The first click may do no more than close a menu that has come late.
+    constexpr int attempts = 2;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        SecondRowUnderTest::letTheArrowRest();
+        if (desktop_.clickControl() && desktop_.waitUntilCollapsed()) {
+            return;
+        }
+    }
+    throw std::runtime_error("the section cannot be collapsed: " + description());
+}
+
+void Bench::openRow() {
+    if (!row_.open()) {
+        throw std::runtime_error("the row does not open: " + description());
+    }
+}
+
+void Bench::reveal() {
+    collapse();
+    openRow();
+    const auto icon = row_.icon("Parcellite");
+    demand(icon.has_value(), "the row lacks an icon");
+    const std::size_t before = desktop_.x().shownTopLevels().size();
+    desktop_.input().click(centre(icon->frame), UserInput::Button::Right);
+    demand(waitFor([&] {
+               const auto item = desktop_.item("Parcellite");
+               return item && item->frame.x >= 0;
+           }),
+           "the icon is not revealed");
+    // The row goes, the menu comes.
+    demand(
+        waitFor([&] { return !row_.isOpen() && desktop_.x().shownTopLevels().size() >= before; }),
+        "no menu opens");
+}
+
+void Bench::openWindow(const std::string& option, const char* title) {
+    const auto second = desktop_.display().start({(builtPrograms() / "pelistra").string(), option});
+    demand(second->waitForExit() == ExitStatus{.status = 0}, "the organiser takes no orders");
+    demand(waitForValue([&] { return desktop_.x().managedWindow(title); }).has_value(),
+           std::string("no window ") + title);
+}
+
+bool Bench::isCalm() {
+    return !desktop_.organiser().isCollapsed() && desktop_.everythingIsOnScreen() &&
+           !row_.isOpen() && desktop_.organiserWindows().empty();
+}
+
+bool Bench::calm() {
+    // A window or a menu may be on its way.
+    const auto staysCalm = [this] { return staysTrue([this] { return isCalm(); }, restTime); };
+    for (int attempt = 0; attempt < calmingAttempts; ++attempt) {
+        if (staysCalm()) {
+            return true;
+        }
+        for (const xcb_window_t window : desktop_.organiserWindows()) {
+            desktop_.x().requestClose(window);
+        }
+        // Closes menus and the row.
+        desktop_.input().click(outside);
+        if (waitFor([this] { return isCalm(); }, restTime)) {
+            continue;
+        }
+        static_cast<void>(desktop_.clickControl(UserInput::Button::Left, {keys::alt}));
+        static_cast<void>(waitFor([this] { return isCalm(); }, calmingTime));
+    }
+    return staysCalm();
+}
+
+void Bench::restartBar() {
+    desktop_.startBar();
+}
+
+void Bench::restartOrganiser() {
+    desktop_.startOrganiser();
+}
+
+void Bench::killProgram(const std::string& program) {
+    desktop_.program(program).kill();
+}
+
+void Bench::restartProgram(const std::string& program) {
+    desktop_.endProgram(program);
+    desktop_.startProgram(program);
+}
+
+std::string Bench::description() {
+    std::string text = "on the bar:";
+    for (const auto& item : desktop_.items()) {
+        text += " " + item.className + "@" + std::to_string(item.frame.x) + "+" +
+                std::to_string(item.frame.width);
+    }
+    text += row_.isOpen() ? "; the row is open with:" : "; the row is closed";
+    for (const auto& icon : row_.icons()) {
+        text += " '" + icon.name + "'";
+    }
+    constexpr std::size_t length = 1500;
+    const std::string log = desktop_.organiser().process().output();
+    return text + "; the organiser's last words:\n" +
+           log.substr(log.size() > length ? log.size() - length : 0);
+}
+
+std::vector<std::string> Bench::classNames() {
+    std::vector<std::string> names;
+    for (const char* program : programs) {
+        names.push_back(realTrayProgram(program).className);
+    }
+    return names;
+}
+
+std::vector<std::string> Bench::foreignOrder() {
+    std::vector<std::string> names = desktop_.order();
+    const std::vector<std::string> known = classNames();
+    std::erase_if(names,
+                  [&](const std::string& name) { return std::ranges::count(known, name) == 0; });
+    return names;
+}
+
+} // namespace pelistra::testing

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "tests/desktop/harness/AccessibleTree.h"
+#include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/SecondRowUnderTest.h"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pelistra::testing {
+
+// Where on the road of one use something goes wrong.
+enum class Situation : std::uint8_t {
+    Expanded,
+    Collapsed,
+    RowOpen,
+    Revealed,
+    SettingsOpen,
+    OnboardingOpen,
+};
+
+inline constexpr std::array allSituations{Situation::Expanded,     Situation::Collapsed,
+                                          Situation::RowOpen,      Situation::Revealed,
+                                          Situation::SettingsOpen, Situation::OnboardingOpen};
+
+[[nodiscard]] const char* nameOf(Situation situation);
+
+// A desktop in use, on which things go wrong: bar, organiser and tray programs of several toolkits.
+class Bench {
+public:
+    // Throws std::runtime_error when the desktop does not come up.
+    Bench();
+
+    [[nodiscard]] Desktop& desktop() { return desktop_; }
+    [[nodiscard]] SecondRowUnderTest& row() { return row_; }
+
+    // Goes there as a user would; throws std::runtime_error when it cannot be reached.
+    void bringInto(Situation situation);
+    // Back to expanded, with no menu, row or window of the organiser open; false when that fails.
+    [[nodiscard]] bool calm();
+
+    void restartBar();
+    void restartOrganiser();
+    // Kills a tray program as a crash would, and starts it again.
+    void killProgram(const std::string& program);
+    void restartProgram(const std::string& program);
+
+    // How things stand, for whoever looks for the reason of a failure.
+    [[nodiscard]] std::string description();
+
+    // The tray programs that run here, by the classes of their icons.
+    [[nodiscard]] static std::vector<std::string> classNames();
+    // The classes of the foreign icons, left to right.
+    [[nodiscard]] std::vector<std::string> foreignOrder();
+    // foreignOrder() as it was when the bench was set up.
+    [[nodiscard]] const std::vector<std::string>& firstOrder() const { return firstOrder_; }
+
+private:
+    void collapse();
+    void openRow();
+    void reveal();
+    void openWindow(const std::string& option, const char* title);
+    [[nodiscard]] bool isCalm();
+
+    Desktop desktop_;
+    AccessibleTree tree_;
+    SecondRowUnderTest row_{desktop_, tree_};
+    std::vector<std::string> firstOrder_;
+};
+
+} // namespace pelistra::testing
