@@ -381,7 +381,7 @@ DockedItem* MenuBar::lifted() const {
 
 void MenuBar::followDrag() {
     const DockedItem* item = lifted();
-    if (item == nullptr) {
+    if (!drag_ || item == nullptr) {
         return;
     }
     std::vector<int> others;
@@ -515,9 +515,9 @@ void MenuBar::layOutItems() {
     const std::vector<int> positions = layOut(widths, window_.frame().width, housing_);
     const DockedItem* held = lifted();
     for (std::size_t i = 0; i < shown.size(); ++i) {
-        const int x = shown[i] == held ? boundedDragX(drag_->pointerX - drag_->grip, widths[i],
-                                                      window_.frame().width)
-                                       : positions[i];
+        const int x = drag_ && shown[i] == held ? boundedDragX(drag_->pointerX - drag_->grip,
+                                                               widths[i], window_.frame().width)
+                                                : positions[i];
         placeItem(*shown[i], std::max(x, leastX), widths[i]);
     }
     for (const auto& item : items_.all()) {

@@ -166,7 +166,7 @@ void Painter::composeBackdrop() {
                    .width = titleLayer_.width,
                    .height = titleLayer_.height});
     }
-    if (housing_.picture) {
+    if (housing_.picture && look_.housing) {
         composite(x, XCB_RENDER_PICT_OP_OVER, housing_.picture.id(), backdrop_.picture.id(),
                   {.x = look_.housing->begin, .width = housing_.width, .height = height()});
     }

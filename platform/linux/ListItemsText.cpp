@@ -144,8 +144,8 @@ void writeJson(std::ostream& out, const std::vector<ListedItem>& items) {
     for (const ListedItem& item : items) {
         out << (&item == &items.front() ? "\n" : ",\n") << R"(  {"id": )" << item.id
             << ", \"process\": " << item.process << ", \"owner\": " << quoted(item.owner)
-            << ", \"windowName\": " << quoted(item.windowName)
-            << ", \"desktopId\": " << (item.desktopId ? quoted(*item.desktopId) : "null")
+            << ", \"windowName\": " << quoted(item.windowName) << R"(, "desktopId": )"
+            << (item.desktopId ? quoted(*item.desktopId) : "null")
             << ", \"frame\": {\"x\": " << number(item.frame.origin.x)
             << ", \"y\": " << number(item.frame.origin.y)
             << ", \"width\": " << number(item.frame.size.width)

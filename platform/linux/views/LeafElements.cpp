@@ -69,8 +69,8 @@ void SymbolElement::paint(QPainter& painter, const PaintState& state) {
     painter.save();
     painter.translate(area.center() - (QPointF(symbol->width, symbol->height) * (factor / 2)));
     painter.scale(factor, factor);
-    draw(*symbol, painter,
-         node().foreground ? resolved(*node().foreground, state.look) : state.foreground,
+    const auto& foreground = node().foreground;
+    draw(*symbol, painter, foreground ? resolved(*foreground, state.look) : state.foreground,
          strokeFactor(ui::effectiveWeight(node().font)));
     painter.restore();
 }
