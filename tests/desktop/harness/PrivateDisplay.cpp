@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -18,21 +17,6 @@ namespace {
 constexpr const char* inherited[] = {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
 
 constexpr std::chrono::seconds serverEndTime{5};
-
-// Clicks focus and raise, title bars move windows. Of its own, openbox takes every Alt-click on any
-// window, so that no program ever sees one.
-constexpr const char* windowManagerSettings = R"(<?xml version="1.0" encoding="UTF-8"?>
-<openbox_config xmlns="http://openbox.org/3.4/rc">
-  <mouse>
-    <context name="Client">
-      <mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
-    </context>
-    <context name="Titlebar">
-      <mousebind button="Left" action="Drag"><action name="Move"/></mousebind>
-    </context>
-  </mouse>
-</openbox_config>
-)";
 
 Environment baseEnvironment() {
     Environment environment{
@@ -182,9 +166,8 @@ void PrivateDisplay::restartWindowManager() {
 }
 
 void PrivateDisplay::startWindowManager() {
-    const std::filesystem::path settings = folder() / "openbox.xml";
-    std::ofstream(settings) << windowManagerSettings;
-    windowManager_ = start({"openbox", "--sm-disable", "--config-file", settings.string()});
+    // As Debian delivers it: it takes every click with Alt on any window to move it by.
+    windowManager_ = start({"openbox", "--sm-disable"});
     XClient client(name_);
     if (!waitFor([&] { return managesWindows(client); })) {
         throw std::runtime_error("openbox did not come up: " + windowManager_->output());
