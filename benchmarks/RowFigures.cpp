@@ -140,7 +140,9 @@ Section rowMemoryFigures(const Effort& effort) {
             const auto begin = Clock::now();
             row.open();
             row.close();
-            std::this_thread::sleep_until(begin + longerThanLatch);
+            // Two clicks that follow one another faster are a double click.
+            constexpr std::chrono::milliseconds longerThanDoubleClick{450};
+            std::this_thread::sleep_until(begin + longerThanDoubleClick);
         }
     };
     // What a first use loads is no growth.
