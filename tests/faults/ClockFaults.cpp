@@ -10,7 +10,7 @@ namespace pelistra::testing {
 
 namespace {
 
-constexpr std::int64_t day = 24 * 60 * 60;
+constexpr std::int64_t day = std::int64_t{24} * 60 * 60;
 
 // Moves the wall clock of bar and organiser, which it starts anew for that; both have the true one
 // again at the end.

@@ -45,7 +45,8 @@ void Suite::tryAlone(const std::string& name,
     } catch (const NotPossibleHere& reason) {
         --tried_;
         ++notPossible_;
-        std::cout << "NOT TRIED " << name << ": " << reason.what() << std::endl;
+        std::cout << "NOT TRIED " << name << ": " << reason.what() << "\n";
+        std::cout.flush();
         return;
     } catch (const std::exception& failure) {
         complaints.emplace_back(failure.what());
