@@ -29,4 +29,17 @@ std::set<std::string> switchesInReadme(const std::string& text) {
     return switchesIn(own);
 }
 
+std::vector<std::string> localLinksIn(const std::string& markdown) {
+    static const std::regex pattern(R"(\]\(([^)#\s]+)[^)]*\))");
+    std::vector<std::string> links;
+    for (std::sregex_iterator match(markdown.begin(), markdown.end(), pattern);
+         match != std::sregex_iterator(); ++match) {
+        const std::string target = (*match)[1];
+        if (target.find("://") == std::string::npos) {
+            links.push_back(target);
+        }
+    }
+    return links;
+}
+
 } // namespace pelistra::testing

@@ -151,6 +151,41 @@ TEST(HouseTests, TheReadmeNamesEverySwitchAndNoOther) {
     EXPECT_THAT(missingFrom(existing, documented), IsEmpty());
 }
 
+TEST(HouseTests, TheChineseReadmeNamesEverySwitchOfThePrograms) {
+    const std::set<std::string> documented =
+        switchesInReadme(contentOf(sourceFolder / "README.zh-CN.md"));
+    std::set<std::string> existing = switchesOf((sourceFolder / "run").string());
+    for (const std::string program : {"pelistra", "pelistra-menubar"}) {
+        const std::set<std::string> own = switchesOf((builtPrograms() / program).string());
+        EXPECT_THAT(missingFrom(documented, own), IsEmpty()) << program;
+        existing.insert(own.begin(), own.end());
+    }
+    EXPECT_THAT(missingFrom(existing, documented), IsEmpty());
+}
+
+TEST(HouseTests, EveryLinkInTheDocumentsLeadsSomewhere) {
+    std::vector<std::filesystem::path> documents;
+    for (const auto& folder : {sourceFolder, sourceFolder / "docs"}) {
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            if (entry.path().extension() == ".md") {
+                documents.push_back(entry.path());
+            }
+        }
+    }
+    ASSERT_THAT(documents, Contains(sourceFolder / "README.md"));
+    for (const auto& document : documents) {
+        for (const std::string& link : localLinksIn(contentOf(document))) {
+            EXPECT_TRUE(std::filesystem::exists(document.parent_path() / link))
+                << document.filename() << " links to " << link;
+        }
+    }
+}
+
+TEST(HouseTests, LinksAreReadFromTexts) {
+    EXPECT_THAT(localLinksIn("![a](docs/a.png) [b](b.md#part) [c](https://c.org/d) [d](#e)"),
+                ElementsAre("docs/a.png", "b.md"));
+}
+
 TEST(HouseTests, SwitchesAreReadFromTexts) {
     EXPECT_THAT(switchesIn("  --scale N  (see `--theme`)\n--tour|--nested"),
                 ElementsAre("--nested", "--scale", "--theme", "--tour"));
