@@ -15,7 +15,7 @@ constexpr const char* onboardingTitle = "Welcome to Pelistra";
 // Where nothing is.
 constexpr RootPoint outside{.x = 300, .y = 700};
 constexpr int calmingAttempts = 4;
-constexpr std::chrono::seconds calmingTime{10};
+constexpr std::chrono::seconds calmingTime{6};
 // A click that follows another one sooner would not count.
 constexpr std::chrono::milliseconds restTime{450};
 
@@ -91,7 +91,7 @@ void Bench::collapse() {
     constexpr int attempts = 2;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         SecondRowUnderTest::letTheArrowRest();
-        if (desktop_.clickControl() && desktop_.waitUntilCollapsed()) {
+        if (desktop_.clickControl() && desktop_.waitUntilCollapsed(calmingTime)) {
             return;
         }
     }
