@@ -68,6 +68,17 @@ bool isHarmful(std::string_view sequence) {
 
 } // namespace
 
+bool isUtf8(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t length = sequenceLength(text);
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 long cleanLength(std::string_view text) {
     long characters = 0;
     while (!text.empty()) {
@@ -82,3 +93,10 @@ long cleanLength(std::string_view text) {
 }
 
 } // namespace pelistra::fuzz
+
+// Where the fuzzer comes in, under the name that it asks for.
+// NOLINTNEXTLINE(readability-identifier-naming)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    pelistra::fuzz::tryInput({data, size});
+    return 0;
+}

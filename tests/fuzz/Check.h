@@ -67,10 +67,16 @@ private:
     std::span<const std::uint8_t> rest_;
 };
 
+// Tries one input: what each target defines.
+void tryInput(Input input);
+
 // How many characters a valid UTF-8 text of one harmless line has: no control characters, nothing
 // that separates lines or turns the direction of the text around it. -1 for any other text. Written
 // after the table of well-formed sequences, unlike the decoders under test.
 [[nodiscard]] long cleanLength(std::string_view text);
+
+// Whether a text is valid UTF-8, whatever characters are in it.
+[[nodiscard]] bool isUtf8(std::string_view text);
 
 [[nodiscard]] inline bool isClean(std::string_view text) {
     return cleanLength(text) >= 0;

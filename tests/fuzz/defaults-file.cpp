@@ -67,9 +67,7 @@ void checkNumber(const DefaultsText& before, const std::string& key, double numb
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace pelistra;
-    fuzz::Input input(data, size);
+void pelistra::fuzz::tryInput(Input input) {
     double number = 0;
     const auto bytes = input.bytes(sizeof number);
     if (!bytes.empty()) {
@@ -78,10 +76,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string key = input.line();
     const std::string text = input.line();
     const desktop::DefaultsText file(input.restAsText());
-    fuzz::checkRoundTrip(file);
-    fuzz::checkNumber(file, key, number);
-    fuzz::checkChange(file, key, text);
-    fuzz::checkChange(file, key, text + '\n' + key);
-    fuzz::checkChange(file, key, text.size() % 2 == 0);
-    return 0;
+    checkRoundTrip(file);
+    checkNumber(file, key, number);
+    checkChange(file, key, text);
+    checkChange(file, key, text + '\n' + key);
+    checkChange(file, key, text.size() % 2 == 0);
 }

@@ -62,20 +62,21 @@ void checkLocale(const std::string& locale) {
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace pelistra;
-    fuzz::Input input(data, size);
+void pelistra::fuzz::tryInput(Input input) {
     const std::string locale = input.line();
     const std::string text = input.restAsText();
-    fuzz::checkLocale(locale);
+    checkLocale(locale);
     if (const auto entry = desktop::parseDesktopEntry(text, desktop::localeKeys(locale))) {
-        fuzz::checkEntry(*entry);
+        checkEntry(*entry);
     }
-    fuzz::checkQuoting(text);
+    checkQuoting(text);
     // Exec alone, so that the inputs need not find the key first.
     desktop::DesktopEntry bare;
     bare.name = "name";
     bare.exec = text.substr(0, text.find('\0'));
-    fuzz::checkCommand(bare);
-    return 0;
+    checkCommand(bare);
+    // A quote that nobody closes makes no command.
+    const bool isOpen = std::ranges::count(bare.exec, '"') % 2 == 1;
+    const bool hasEscapes = bare.exec.find('\\') != std::string::npos;
+    check(!isOpen || hasEscapes || desktop::commandOf(bare).empty());
 }

@@ -108,18 +108,15 @@ private:
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace pelistra;
-    fuzz::Input input(data, size);
+void pelistra::fuzz::tryInput(Input input) {
     constexpr std::size_t mostSteps = 64;
     const std::string steps = input.line().substr(0, mostSteps);
     const std::string text = input.restAsText();
     const auto parsed = menubar::OrderMemory::parse(text);
-    fuzz::checkParsed(parsed, text);
-    fuzz::checkRoundTrip(parsed.memory);
-    fuzz::Bar bar(parsed.memory);
+    checkParsed(parsed, text);
+    checkRoundTrip(parsed.memory);
+    Bar bar(parsed.memory);
     for (const char each : steps) {
         bar.step(static_cast<std::uint8_t>(each));
     }
-    return 0;
 }

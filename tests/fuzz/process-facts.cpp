@@ -5,29 +5,26 @@
 #include "platform/linux/X11RunningApplicationsProcess.h"
 #include "tests/fuzz/Check.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace pelistra;
-    const std::string text = fuzz::Input(data, size).restAsText();
+void pelistra::fuzz::tryInput(Input input) {
+    const std::string text = input.restAsText();
 
     const std::string name = desktop::invokedNameIn(text);
-    fuzz::check(name.find('/') == std::string::npos && name.find('\0') == std::string::npos);
-    fuzz::check(name.size() <= text.size());
+    check(name.find('/') == std::string::npos && name.find('\0') == std::string::npos);
+    check(name.size() <= text.size());
 
     const std::string snap = desktop::snapIdIn(text);
-    fuzz::check(snap.find_first_of("/\n") == std::string::npos);
-    fuzz::check(snap.empty() || snap.find('_') != std::string::npos);
+    check(snap.find_first_of("/\n") == std::string::npos);
+    check(snap.empty() || snap.find('_') != std::string::npos);
 
     const std::string flatpak = desktop::flatpakIdIn(text);
-    fuzz::check(flatpak.find('\n') == std::string::npos);
-    fuzz::check(text.find(flatpak) != std::string::npos);
+    check(flatpak.find('\n') == std::string::npos);
+    check(text.find(flatpak) != std::string::npos);
 
     const desktop::ProcessFacts facts{.executable = "program",
                                       .invokedAs = name,
                                       .shortName = text,
                                       .flatpakId = flatpak,
                                       .snapId = snap};
-    fuzz::check(fuzz::isClean(facts.displayName()));
-    fuzz::check(facts.displayName().empty() == (name == "" && facts.executable.empty()) ||
-                !name.empty());
-    return 0;
+    check(isClean(facts.displayName()));
+    check(!name.empty() || facts.displayName() == facts.executable);
 }

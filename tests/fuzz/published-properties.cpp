@@ -84,9 +84,7 @@ void checkResources(const std::string& text) {
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    pelistra::fuzz::Input input(data, size);
-    pelistra::fuzz::checkScreens(pelistra::fuzz::takeFacts(input));
-    pelistra::fuzz::checkResources(input.restAsText());
-    return 0;
+void pelistra::fuzz::tryInput(Input input) {
+    checkScreens(takeFacts(input));
+    checkResources(input.restAsText());
 }

@@ -10,11 +10,19 @@ namespace {
 
 constexpr std::size_t characterLimit = 64;
 
+// What is no character is shown as one that says so; it neither goes nor becomes another.
+void checkReplaced(const std::string& text, const std::string& shown) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    const bool isCut = text.size() > characterLimit;
+    check(isCut || isUtf8(text) || shown.find(replacement) != std::string::npos);
+}
+
 void checkOrganiser(const std::string& text) {
     const std::string shown = desktop::presentableText(text);
     check(isClean(shown));
     check(shown.size() <= desktop::presentableTextByteLimit);
     check(desktop::presentableText(shown) == shown);
+    checkReplaced(text, shown);
     check(!isClean(text) || text.size() > desktop::presentableTextByteLimit || shown == text);
 
     const std::string latin = desktop::presentableLatin1(text);
@@ -28,6 +36,7 @@ void checkBar(const std::string& text) {
     check(isClean(shown));
     check(cleanLength(shown) <= static_cast<long>(characterLimit));
     check(menubar::cleanText(shown, characterLimit) == shown);
+    checkReplaced(text, shown);
     check(!isClean(text) || cleanLength(text) > static_cast<long>(characterLimit) || shown == text);
 
     const std::string latin = menubar::cleanLatinText(text, characterLimit);
@@ -51,10 +60,9 @@ void checkLog(const std::string& text) {
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string text = pelistra::fuzz::Input(data, size).restAsText();
-    pelistra::fuzz::checkOrganiser(text);
-    pelistra::fuzz::checkBar(text);
-    pelistra::fuzz::checkLog(text);
-    return 0;
+void pelistra::fuzz::tryInput(Input input) {
+    const std::string text = input.restAsText();
+    checkOrganiser(text);
+    checkBar(text);
+    checkLog(text);
 }

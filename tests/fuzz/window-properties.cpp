@@ -117,16 +117,13 @@ void checkMessage(const x11::PropertyValue& value) {
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace pelistra;
-    fuzz::Input input(data, size);
+void pelistra::fuzz::tryInput(Input input) {
     const double scale = 0.5 + (input.byte() % 8) * 0.5;
-    const x11::PropertyValue first = fuzz::takeProperty(input);
-    const x11::PropertyValue second = fuzz::takeProperty(input);
-    fuzz::checkValues(first);
-    fuzz::checkSize(first.words(), scale);
-    fuzz::checkEmbedding(second.words());
-    fuzz::checkIdentity(first, second);
-    fuzz::checkMessage(first);
-    return 0;
+    const x11::PropertyValue first = takeProperty(input);
+    const x11::PropertyValue second = takeProperty(input);
+    checkValues(first);
+    checkSize(first.words(), scale);
+    checkEmbedding(second.words());
+    checkIdentity(first, second);
+    checkMessage(first);
 }

@@ -103,8 +103,8 @@ void checkRoundTrip(Input input) {
 } // namespace
 } // namespace pelistra::fuzz
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    pelistra::fuzz::checkForeign({data, data + size});
-    pelistra::fuzz::checkRoundTrip({data, size});
-    return 0;
+void pelistra::fuzz::tryInput(Input input) {
+    const std::string property = Input(input).restAsText();
+    checkForeign({property.begin(), property.end()});
+    checkRoundTrip(input);
 }
