@@ -129,8 +129,10 @@ TEST_F(BadBarStartTests, AnXServerThatDiesWhileTheBarStartsIsNamed) {
         std::this_thread::sleep_for(std::chrono::milliseconds(delay));
         display.killServer();
         EXPECT_EQ(bar->waitForExit(), (ExitStatus{.status = 1}));
+        // The number of a dead display is free for a test beside this one, which has a tray then.
         EXPECT_THAT(bar->output(), AnyOf("pelistra-menubar: the X server went away\n",
-                                         HasSubstr("cannot connect to the X display")));
+                                         HasSubstr("cannot connect to the X display"),
+                                         HasSubstr("the system tray of this screen belongs to")));
         EXPECT_EQ(std::ranges::count(bar->output(), '\n'), 1) << bar->output();
     }
 }
