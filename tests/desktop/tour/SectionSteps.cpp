@@ -21,7 +21,9 @@ Seen collapse(Desktop& desktop) {
     const bool clicked = desktop.clickControl();
     const PointerState pointer = desktop.x().pointer();
     const bool hidden = clicked && desktop.waitUntilCollapsed();
-    const bool pointerStayed = desktop.x().pointer() == pointer;
+    const PointerState after = desktop.x().pointer();
+    // Its place only: the button's release may still be on its way.
+    const bool pointerStayed = after.x == pointer.x && after.y == pointer.y;
     const bool sameShown =
         waitFor([&] { return sameLayout(desktop.visibleSection(), shownBefore); });
     return {.ok = hidden && pointerStayed && sameShown,
