@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <random>
 
 namespace pelistra::menubar {
 
@@ -18,7 +19,8 @@ std::uint32_t word(int value) {
 
 } // namespace
 
-Publisher::Publisher(const Server& server, xcb_window_t owner) : server_(&server), owner_(owner) {
+Publisher::Publisher(const Server& server, xcb_window_t owner)
+    : server_(&server), owner_(owner), serial_(std::random_device()()) {
     const x11::Connection& connection = server.connection();
     x11::setWords(connection, owner, server.atom(Atom::NetSystemTrayOrientation), XCB_ATOM_CARDINAL,
                   std::array{horizontal});

@@ -51,7 +51,9 @@ private:
     std::vector<std::uint32_t> areas_;
     std::vector<std::uint32_t> items_;
     bool itemsPublished_ = false;
-    std::uint32_t serial_ = 0;
+    // Counts from a random number: the next bar may get the same window ids as the last one, and
+    // must not repeat a serial that somebody still knows.
+    std::uint32_t serial_;
 };
 
 } // namespace pelistra::menubar

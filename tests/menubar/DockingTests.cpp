@@ -59,6 +59,17 @@ TEST_F(DockingTests, CountsTheChangesThatOthersCanSee) {
     EXPECT_TRUE(eventually(hasCounted));
 }
 
+TEST_F(DockingTests, ARestartedBarDoesNotRepeatTheSerials) {
+    const auto serial = [&] { return x_.words(x_.trayOwner(), "_PELISTRA_MENUBAR_SERIAL"); };
+    startBar();
+    const auto last = serial();
+    ASSERT_EQ(last.size(), 1U);
+    stopBar(SIGTERM);
+    startBar();
+    // With the same steps behind it, a bar that counts from one would be at the same number.
+    EXPECT_NE(serial(), last);
+}
+
 TEST_F(DockingTests, EmbedsAClientAndTellsIt) {
     startBar();
     TrayClient& icon = dockNamed("icon");
