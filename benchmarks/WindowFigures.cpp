@@ -82,9 +82,7 @@ RootPoint arrowOf(Desktop& desktop) {
 RootPoint findGuideButton(const PrivateDisplay::Options& screen) {
     Desktop desktop(screen);
     AccessibleTree tree(desktop.display());
-    for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
-        desktop.display().setEnvironment(variable, value);
-    }
+    AccessibleTree::letProgramsSpeak(desktop.display());
     desktop.startBar();
     desktop.startOrganiser();
     require(desktop.clickControl(UserInput::Button::Right), "no arrow");

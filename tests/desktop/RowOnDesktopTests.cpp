@@ -41,9 +41,7 @@ protected:
         for (const std::string& program : programs) {
             desktop_.startProgram(program);
         }
-        for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
-            desktop_.display().setEnvironment(variable, value);
-        }
+        AccessibleTree::letProgramsSpeak(desktop_.display());
         desktop_.startOrganiser({"--start-collapsed"});
         ASSERT_TRUE(desktop_.waitUntilCollapsed()) << log();
     }

@@ -26,9 +26,7 @@ std::string contentOf(const std::filesystem::path& file) {
 class WindowsOnDesktopTests : public ::testing::Test {
 protected:
     void SetUp() override {
-        for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
-            desktop_.display().setEnvironment(variable, value);
-        }
+        AccessibleTree::letProgramsSpeak(desktop_.display());
         desktop_.startBar();
     }
 

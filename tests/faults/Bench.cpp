@@ -19,13 +19,6 @@ constexpr std::chrono::seconds calmingTime{6};
 // A click that follows another one sooner would not count.
 constexpr std::chrono::milliseconds restTime{450};
 
-Desktop& speaking(Desktop& desktop) {
-    for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
-        desktop.display().setEnvironment(variable, value);
-    }
-    return desktop;
-}
-
 void demand(bool reached, const std::string& what) {
     if (!reached) {
         throw std::runtime_error(what);
@@ -52,7 +45,8 @@ const char* nameOf(Situation situation) {
     return "";
 }
 
-Bench::Bench() : tree_(speaking(desktop_).display()) {
+Bench::Bench() : tree_(desktop_.display()) {
+    AccessibleTree::letProgramsSpeak(desktop_.display());
     desktop_.startBar();
     for (const char* program : programs) {
         desktop_.startProgram(program);

@@ -1,6 +1,6 @@
 #include "tests/faults/Check.h"
 
-#include "platform/x11/Handles.h"
+#include "tests/desktop/harness/MasterPointers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,30 +8,12 @@
 #include <fstream>
 #include <iterator>
 
-#include <xcb/xinput.h>
-
 namespace pelistra::testing {
 
 namespace {
 
 // The user's own, and one for clicks while the organiser runs.
-constexpr int mostPointers = 2;
-
-int masterPointers(XClient& x) {
-    const x11::Owned<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
-        x.get(), xcb_input_xi_query_version(x.get(), 2, 2), nullptr));
-    const x11::Owned<xcb_input_xi_query_device_reply_t> reply(xcb_input_xi_query_device_reply(
-        x.get(), xcb_input_xi_query_device(x.get(), XCB_INPUT_DEVICE_ALL), nullptr));
-    if (!version || !reply) {
-        return mostPointers + 1;
-    }
-    int count = 0;
-    for (auto info = xcb_input_xi_query_device_infos_iterator(reply.get()); info.rem != 0;
-         xcb_input_xi_device_info_next(&info)) {
-        count += info.data->type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER ? 1 : 0;
-    }
-    return count;
-}
+constexpr std::size_t mostPointers = 2;
 
 std::string joined(const std::vector<std::string>& names) {
     std::string text;
@@ -164,7 +146,7 @@ std::vector<std::string> complaintsOf(Bench& bench) {
         checkUse(complaints, bench);
         checkIcons(complaints, bench);
         complaints.unless(
-            waitFor([&] { return masterPointers(bench.desktop().x()) <= mostPointers; }),
+            waitFor([&] { return masterPointers(bench.desktop().x()).size() <= mostPointers; }),
             "pointers are left behind");
         checkProcess(complaints, bench.desktop().bar().process());
         checkProcess(complaints, bench.desktop().organiser().process());

@@ -17,17 +17,6 @@ using ::testing::Not;
 // Clients that want more from the bar than a place for their icon.
 class HostileClientTests : public BarFixture {
 protected:
-    void requestDockOf(xcb_window_t window, XClient& from) {
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = x_.trayOwner();
-        message.type = x_.atom("_NET_SYSTEM_TRAY_OPCODE");
-        message.data.data32[2] = window;
-        xcb_send_event(from.get(), 0, x_.trayOwner(), 0,
-                       reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
-        from.sync();
-    }
     [[nodiscard]] std::filesystem::path orderFile() const {
         return display_.stateFolder() / "pelistra" / "menubar-order";
     }
@@ -45,7 +34,7 @@ TEST_F(HostileClientTests, TheBarsOwnWindowsAreNotDocked) {
     const WindowFrame place = frameOf(victim);
     TrayClient hostile(display_.name(), {.name = "hostile"});
     for (const xcb_window_t own : {container, x_.trayOwner(), x_.barWindow()}) {
-        requestDockOf(own, hostile.x());
+        requestDock(hostile.x(), own);
     }
     dockNamed("later");
     EXPECT_THAT(names(), ElementsAre("later", "victim"));

@@ -43,15 +43,7 @@ protected:
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
                           XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP,
                           values.data());
-        xcb_client_message_event_t message{};
-        message.response_type = XCB_CLIENT_MESSAGE;
-        message.format = 32;
-        message.window = x_.trayOwner();
-        message.type = x_.atom("_NET_SYSTEM_TRAY_OPCODE");
-        message.data.data32[2] = window;
-        xcb_send_event(client.get(), 0, x_.trayOwner(), 0,
-                       reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
-        client.sync();
+        requestDock(client, window);
         EXPECT_TRUE(waitFor([&] { return x_.isViewable(window); }));
         return window;
     }

@@ -27,8 +27,11 @@ public:
     AccessibleTree& operator=(const AccessibleTree&) = delete;
     ~AccessibleTree();
 
-    // Set for a program before it starts, so that it speaks on the bus from the beginning.
-    static Environment speakingProgram() { return {{"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}}; }
+    // Makes every program that starts on the display from now on speak on the bus from its
+    // beginning.
+    static void letProgramsSpeak(PrivateDisplay& display) {
+        display.setEnvironment("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
+    }
 
     struct Element {
         // As AT-SPI names it: "push button", "check box", "label", "frame".

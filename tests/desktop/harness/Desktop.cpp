@@ -241,16 +241,18 @@ std::vector<xcb_window_t> Desktop::organiserWindows() {
     return windows;
 }
 
-bool Desktop::tryXrandr(const std::vector<std::string>& arguments) {
+std::unique_ptr<ChildProcess> Desktop::startXrandr(const std::vector<std::string>& arguments) {
     std::vector<std::string> command{"xrandr"};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return display_.start(command)->waitForExit() == ExitStatus{.status = 0};
+    return display_.start(command);
+}
+
+bool Desktop::tryXrandr(const std::vector<std::string>& arguments) {
+    return startXrandr(arguments)->waitForExit() == ExitStatus{.status = 0};
 }
 
 void Desktop::runXrandr(const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{"xrandr"};
-    command.insert(command.end(), arguments.begin(), arguments.end());
-    const auto process = display_.start(command);
+    const auto process = startXrandr(arguments);
     if (process->waitForExit() != ExitStatus{.status = 0}) {
         throw std::runtime_error("xrandr " + arguments.front() + " failed: " + process->output());
     }

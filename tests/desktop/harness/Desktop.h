@@ -89,6 +89,8 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> organiserWindows();
 
 private:
+    [[nodiscard]] std::unique_ptr<ChildProcess>
+    startXrandr(const std::vector<std::string>& arguments);
     [[nodiscard]] bool tryXrandr(const std::vector<std::string>& arguments);
     void runXrandr(const std::vector<std::string>& arguments);
 

@@ -55,8 +55,8 @@ TrayClient::TrayClient(const std::string& display, const Options& options)
     x_.sync();
 }
 
-bool TrayClient::requestDock() {
-    const xcb_window_t tray = x_.trayOwner();
+bool requestDock(XClient& from, xcb_window_t window) {
+    const xcb_window_t tray = from.trayOwner();
     if (tray == XCB_WINDOW_NONE) {
         return false;
     }
@@ -64,15 +64,19 @@ bool TrayClient::requestDock() {
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = tray;
-    message.type = x_.atom("_NET_SYSTEM_TRAY_OPCODE");
+    message.type = from.atom("_NET_SYSTEM_TRAY_OPCODE");
     message.data.data32[1] = systemTrayRequestDock;
-    message.data.data32[2] = window_;
+    message.data.data32[2] = window;
     static_assert(sizeof message == 32);
     std::array<char, sizeof message> bytes{};
     std::memcpy(bytes.data(), &message, sizeof message);
-    xcb_send_event(x_.get(), 0, tray, XCB_EVENT_MASK_NO_EVENT, bytes.data());
-    x_.sync();
+    xcb_send_event(from.get(), 0, tray, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    from.sync();
     return true;
+}
+
+bool TrayClient::requestDock() {
+    return testing::requestDock(x_, window_);
 }
 
 void TrayClient::handleEvents() {

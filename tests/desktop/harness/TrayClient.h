@@ -9,6 +9,10 @@
 
 namespace pelistra::testing {
 
+// Asks the tray that is there now to dock a window, whoever it belongs to; false when there is no
+// tray.
+bool requestDock(XClient& from, xcb_window_t window);
+
 // A tray icon of the tests' own: an XEmbed client that can behave well, and badly. It has its own
 // connection, so that its death is the death of a client.
 class TrayClient {

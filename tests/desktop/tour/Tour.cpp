@@ -110,9 +110,7 @@ void Tour::beginDesktop(const Look& look) {
             [this] { return desktop_->x().selectionOwner("_XSETTINGS_S0") != XCB_WINDOW_NONE; })) {
         throw std::runtime_error("xsettingsd did not come up: " + settings_->output());
     }
-    for (const auto& [variable, value] : AccessibleTree::speakingProgram()) {
-        display.setEnvironment(variable, value);
-    }
+    AccessibleTree::letProgramsSpeak(display);
     tree_ = std::make_unique<AccessibleTree>(display);
     row_ = std::make_unique<SecondRowUnderTest>(*desktop_, *tree_);
 }
