@@ -17,27 +17,10 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
 
-// On a screen of 1512 points, and without any.
-constexpr double collapsedLength = 3024;
 constexpr double lengthWithoutScreens = 3456;
 
 class BadInputTest : public LaunchedApplication {
   protected:
-    void openRow() {
-        fillMenuBar();
-        launch();
-        clickArrow();
-        ASSERT_EQ(dividerLength(), collapsedLength);
-        waitForLatch();
-        clickArrow();
-        ASSERT_TRUE(panelIsVisible());
-        waitForLatch();
-    }
-
-    static NSView* item(const std::string& tooltip) {
-        return find([panel() contentView], [NSButton class], tooltip);
-    }
-
     static void rightClick(const std::string& tooltip) {
         NSView* clicked = item(tooltip);
         ASSERT_NE(clicked, nil);

@@ -20,6 +20,8 @@ class LaunchedApplication : public ::testing::Test {
     static constexpr pid_t secondPid = 200;
     static constexpr std::uint32_t firstWindow = 1001;
     static constexpr std::uint32_t secondWindow = 1002;
+    // On a screen of 1512 points.
+    static constexpr double collapsedLength = 3024;
 
     void SetUp() override;
     void TearDown() override;
@@ -32,6 +34,13 @@ class LaunchedApplication : public ::testing::Test {
     // Starts up, and lets the main queue run until the start-up check has been logged.
     void launch();
     void quit();
+
+    // Launches beside a filled menu bar, and hides its section.
+    void collapse();
+    // collapse(), and opens the row.
+    void openRow();
+    // The element of the row whose tool tip begins with the text; nil when there is none.
+    [[nodiscard]] static NSView* item(const std::string& tooltip);
 
     // A click on the arrow: button down and up through the window's own event handling.
     static void clickArrow(bool option = false);

@@ -74,6 +74,25 @@ void LaunchedApplication::quit() {
     platform_.reset();
 }
 
+void LaunchedApplication::collapse() {
+    fillMenuBar();
+    launch();
+    clickArrow();
+    ASSERT_EQ(dividerLength(), collapsedLength);
+    waitForLatch();
+}
+
+void LaunchedApplication::openRow() {
+    collapse();
+    clickArrow();
+    ASSERT_TRUE(panelIsVisible());
+    waitForLatch();
+}
+
+NSView* LaunchedApplication::item(const std::string& tooltip) {
+    return find([panel() contentView], [NSButton class], tooltip);
+}
+
 void LaunchedApplication::clickArrow(bool option) {
     click([statusItem(@"PelistraV3.Control") button], NSEventTypeLeftMouseDown,
           NSEventTypeLeftMouseUp, option ? NSEventModifierFlagOption : 0);

@@ -19,30 +19,7 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::SizeIs;
 
-// On a screen of 1512 points.
-constexpr double collapsedLength = 3024;
-
-class RoadOfUseTest : public LaunchedApplication {
-  protected:
-    void collapse() {
-        fillMenuBar();
-        launch();
-        clickArrow();
-        ASSERT_EQ(dividerLength(), collapsedLength);
-        waitForLatch();
-    }
-
-    void openRow() {
-        collapse();
-        clickArrow();
-        ASSERT_TRUE(panelIsVisible());
-        waitForLatch();
-    }
-
-    static NSView* item(const std::string& tooltip) {
-        return find([panel() contentView], [NSButton class], tooltip);
-    }
-};
+class RoadOfUseTest : public LaunchedApplication {};
 
 TEST_F(RoadOfUseTest, CollapsesOpensTheRowAndExpands) {
     collapse();
