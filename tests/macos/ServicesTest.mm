@@ -1,4 +1,5 @@
 #include "platform/macos/MacPlatform.h"
+#include "platform/macos/NotificationObserver.h"
 #include "platform/macos/PelistraApp.h"
 #include "tests/macos/standins/MenuBar.h"
 #include "tests/macos/standins/World.h"
@@ -46,6 +47,23 @@ TEST(DispatchMainQueueTest, ATimerEndsWithItsToken) {
     runFor(0.05);
     EXPECT_EQ(ticks, before);
     EXPECT_EQ(liveCounts().timers, 0U);
+}
+
+TEST(NotificationObserverTest, HandlesOnTheMainThreadUntilItDies) {
+    NSString* const name = @"SomethingHasChanged";
+    NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
+    std::string threads;
+    {
+        const NotificationObserver observer(
+            name, [&threads] { threads += [NSThread isMainThread] ? "main " : "other "; });
+        [center postNotificationName:name object:nil];
+        [center postNotificationName:name object:NSApp];
+        runFor(0.02);
+        EXPECT_EQ(threads, "main main ");
+    }
+    [center postNotificationName:name object:nil];
+    runFor(0.02);
+    EXPECT_EQ(threads, "main main ");
 }
 
 TEST(UnifiedLogTest, LogsPublicLinesByLevel) {

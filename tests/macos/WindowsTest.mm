@@ -254,13 +254,11 @@ TEST_F(WindowsTest, StepsSpringOrFadeWhenMotionIsReduced) {
     [[[NSWorkspace sharedWorkspace] notificationCenter]
         postNotificationName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
                       object:nil];
-    // Both queues are served in order: first the notification, then the drawing that it leads to.
+    // Served after the drawing that the notification leads to.
     __block bool isDrawn = false;
-    [[NSOperationQueue mainQueue] addOperationWithBlock:^{
-      dispatch_async(dispatch_get_main_queue(), ^{
-        isDrawn = true;
-      });
-    }];
+    dispatch_async(dispatch_get_main_queue(), ^{
+      isDrawn = true;
+    });
     ASSERT_TRUE(runUntil([&drawn = isDrawn] { return drawn; }));
     world().journal.clear();
     press(onboarding(), "继续");

@@ -69,7 +69,10 @@ id addObserver(id self, SEL selector, NSString* name, id object, NSOperationQueu
     record(format("NSNotificationCenter addObserver {} queue={}", textOf(name),
                   queue == [NSOperationQueue mainQueue] ? "main" : "other"));
     const Unrecorded inside;
-    id token = addObserverOriginal(self, selector, name, object, queue, block);
+    // GNUstep serves its main queue on threads of its own. On the main thread, where everything
+    // here is posted, the real one calls the block before the posting ends: as without a queue.
+    NSOperationQueue* served = queue == [NSOperationQueue mainQueue] ? nil : queue;
+    id token = addObserverOriginal(self, selector, name, object, served, block);
     observers.push_back(token);
     return token;
 }
