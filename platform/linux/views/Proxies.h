@@ -42,12 +42,12 @@ public:
         QObject::connect(this, &QAbstractButton::released, this, [this] { tell(); });
     }
 
-    // Takes it away for good; from now on it tells nothing. It is deleted later, since it may be
-    // the one whose event is being handled.
+    // Takes it away for good; from now on it tells nothing but its end, by which Qt's accessibility
+    // forgets it. It is deleted later, since it may be the one whose event is being handled.
     void retire() {
         stateChanged_ = nullptr;
         this->hide();
-        this->disconnect();
+        this->blockSignals(true);
         this->deleteLater();
     }
 

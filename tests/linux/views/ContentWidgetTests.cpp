@@ -138,13 +138,14 @@ protected:
         settle();
     }
 
-    // What is drawn in the middle of that area of the widget.
-    [[nodiscard]] QColor colourAt(int x, int y) const {
+    [[nodiscard]] QImage picture() const {
         QImage pixels(widget_->size(), QImage::Format_ARGB32);
         pixels.fill(Qt::white);
         widget_->render(&pixels);
-        return pixels.pixelColor(x, y);
+        return pixels;
     }
+
+    [[nodiscard]] QColor colourAt(int x, int y) const { return picture().pixelColor(x, y); }
 
     Journal journal_;
     FakeMainQueue queue_{journal_};
@@ -347,6 +348,15 @@ TEST_F(ContentWidgetTest, AScreenReaderFindsNamesAndRoles) {
     EXPECT_EQ(roleAndName(widget_->findChild<QCheckBox*>()),
               std::pair(QAccessible::CheckBox, QString("开关")));
     EXPECT_EQ(roleAndName(&button("时钟")), std::pair(QAccessible::Button, QString("时钟")));
+}
+
+TEST_F(ContentWidgetTest, AScreenReaderLosesWhatHasGone) {
+    show(named("gone"));
+    const auto id = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(&button("gone")));
+    ASSERT_NE(QAccessible::accessibleInterface(id), nullptr);
+    change(Text{.text = "x"});
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
 }
 
 TEST_F(ContentWidgetTest, AnAlertShowsOnceForEachOccasion) {
