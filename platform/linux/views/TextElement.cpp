@@ -9,6 +9,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QTextCharFormat>
 #include <QTextLayout>
 #include <QTextOption>
 
@@ -24,6 +25,23 @@ QTextOption optionFor(const ui::Text& text) {
     option.setAlignment(text.multilineAlignment == ui::TextAlignment::Center ? Qt::AlignHCenter
                                                                              : Qt::AlignLeft);
     return option;
+}
+
+// The Chinese fonts have one thin command sign for all weights; in a bold heading it falls out of
+// line. DejaVu Sans has a bold one.
+void setCommandSigns(QTextLayout& layout) {
+    if (layout.font().weight() < QFont::DemiBold) {
+        return;
+    }
+    constexpr QChar commandSign(0x2318);
+    QTextCharFormat format;
+    format.setFontFamilies(QStringList(QStringLiteral("DejaVu Sans")) + layout.font().families());
+    QList<QTextLayout::FormatRange> ranges;
+    const QString text = layout.text();
+    for (auto at = text.indexOf(commandSign); at >= 0; at = text.indexOf(commandSign, at + 1)) {
+        ranges.append({.start = static_cast<int>(at), .length = 1, .format = format});
+    }
+    layout.setFormats(ranges);
 }
 
 } // namespace
@@ -80,6 +98,7 @@ QSizeF TextElement::sizeThatFits(const Proposal& proposal) {
     QString broken = text_;
     broken.replace(u'\n', QChar::LineSeparator);
     QTextLayout layout(broken, font);
+    setCommandSigns(layout);
     QTextOption option = optionFor(node());
     option.setAlignment(Qt::AlignLeft);
     layout.setTextOption(option);
@@ -107,6 +126,9 @@ void TextElement::paint(QPainter& painter, const PaintState& state) {
     }
     shown.replace(u'\n', QChar::LineSeparator);
     QTextLayout layout(shown, font);
+    if (!isOneLine()) {
+        setCommandSigns(layout);
+    }
     layout.setTextOption(optionFor(node()));
     // A little more than measured, so that rounding does not break a line that has fitted.
     breakLines(layout, isOneLine() ? unlimited : area.width() + 0.01);

@@ -147,6 +147,19 @@ protected:
 
     [[nodiscard]] QColor colourAt(int x, int y) const { return picture().pixelColor(x, y); }
 
+    // How much black a text leaves, in fully black pixels.
+    double inkOf(const Text& text) {
+        show(text);
+        const QImage pixels = picture();
+        double ink = 0;
+        for (int y = 0; y < pixels.height(); ++y) {
+            for (int x = 0; x < pixels.width(); ++x) {
+                ink += 1 - pixels.pixelColor(x, y).lightnessF();
+            }
+        }
+        return ink;
+    }
+
     Journal journal_;
     FakeMainQueue queue_{journal_};
     FakeApplication application_{journal_};
@@ -216,6 +229,17 @@ TEST_F(ContentWidgetTest, TextWrapsAndIsNeverCut) {
     settle();
     EXPECT_GT(narrow, label->height());
     EXPECT_GT(label->height(), 30);
+}
+
+TEST_F(ContentWidgetTest, ACommandSignInABoldHeadingIsBold) {
+    const auto signOf = [](Weight weight) {
+        return Text{.text = "⌘",
+                    .font = {.size = 80.0, .weight = weight},
+                    .foreground = Color{.base = Tone{.light = {0, 0, 0}, .dark = {0, 0, 0}}}};
+    };
+    const double regular = inkOf(signOf(Weight::Regular));
+    EXPECT_GT(regular, 100);
+    EXPECT_GT(inkOf(signOf(Weight::Bold)), 1.5 * regular);
 }
 
 TEST_F(ContentWidgetTest, AnEqualBodyRepaintsNothingAndCallsTheNewestAction) {
