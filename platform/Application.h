@@ -48,6 +48,8 @@ public:
     Application& operator=(const Application&) = delete;
     virtual ~Application() = default;
 
+    // Whether it is an ordinary application or an accessory, which takes no place in the Dock and
+    // has no menu bar. Changes nothing where the desktop makes no such difference.
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
 
     // Brings the application to the front although another one is active.
@@ -66,9 +68,10 @@ public:
     // not a text.
     [[nodiscard]] virtual std::optional<std::string> infoText(std::string_view key) const = 0;
 
+    // This process's own id.
     [[nodiscard]] virtual ProcessId processIdentifier() const = 0;
 
-    // Where the user's pointer is.
+    // Where the user's pointer is, in points; where it was last when that cannot be read.
     [[nodiscard]] virtual ScreenPoint mouseLocation() const = 0;
 };
 

@@ -10,8 +10,7 @@ namespace pelistra {
 //  - GlobalSpace: origin at the top-left of the main display, y grows downwards. The window server
 //    reports window frames and takes event locations in it.
 //  - ScreenSpace: origin at the bottom-left of the primary screen, y grows upwards. Screens,
-//  windows
-//    and panels are placed in it.
+//    windows and panels are placed in it.
 //
 // x means the same in both, so a horizontal coordinate (a plain double) may be compared across.
 struct GlobalSpace {};

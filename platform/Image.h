@@ -24,7 +24,9 @@ public:
     Canvas& operator=(const Canvas&) = delete;
     virtual ~Canvas() = default;
 
+    // For everything that is filled from now on.
     virtual void setFillColor(ColorRole role) = 0;
+    // Fills a rectangle whose corners are quarters of ellipses with these radii, in points.
     virtual void fillRoundedRect(const DrawRect& rect, double xRadius, double yRadius) = 0;
 };
 
@@ -58,6 +60,7 @@ public:
     Bitmap& operator=(const Bitmap&) = delete;
     virtual ~Bitmap() = default;
 
+    // In pixels of the bitmap, whatever the screen's scale is.
     [[nodiscard]] virtual std::size_t pixelWidth() const = 0;
     [[nodiscard]] virtual std::size_t pixelHeight() const = 0;
 

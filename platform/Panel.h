@@ -51,15 +51,21 @@ public:
 
     // Not drawn when the style has no title bar, but told to the window system.
     virtual void setTitle(std::string_view title) = 0;
+    // What a screen reader calls it.
     virtual void setAccessibilityLabel(std::string_view label) = 0;
+    // The next three say how the panel lies among other windows. A platform whose panels always lie
+    // above everything, on every desktop, has nothing to do for them.
     virtual void setLevel(std::int64_t level) = 0;
+    // Whether it lies above the ordinary windows of its application.
     virtual void setFloatingPanel(bool floating) = 0;
+    virtual void setCollectionBehavior(std::uint64_t behavior) = 0;
     // Whether it goes away while another application is active.
     virtual void setHidesOnDeactivate(bool hides) = 0;
-    virtual void setCollectionBehavior(std::uint64_t behavior) = 0;
+    // Whether its window covers what lies behind it wholly.
     virtual void setOpaque(bool opaque) = 0;
     virtual void setBackground(PanelBackground background) = 0;
     virtual void setHasShadow(bool hasShadow) = 0;
+    // How it comes and goes.
     virtual void setAnimationBehavior(AnimationBehavior behavior) = 0;
     // Whether closing also destroys the platform's window.
     virtual void setReleasedWhenClosed(bool released) = 0;
@@ -73,8 +79,9 @@ public:
 
     // Shows the panel in front of all others of its level, and activates nothing.
     virtual void orderFrontRegardless() = 0;
-    // Hides it.
+    // Hides it, to be shown again at any time.
     virtual void orderOut() = 0;
+    // Whether it has been shown and not hidden since.
     [[nodiscard]] virtual bool isVisible() const = 0;
 };
 

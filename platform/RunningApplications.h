@@ -26,10 +26,12 @@ public:
 
     // The name in the user's language; empty when the application has none.
     [[nodiscard]] virtual std::optional<std::string> localizedName() const = 0;
+    // The identifier that does not change with language or version; empty when there is none.
     [[nodiscard]] virtual std::optional<std::string> bundleIdentifier() const = 0;
     // Null when there is none. The same application gives the same picture object as long as its
     // icon does not change, since pictures are compared by pointer.
     [[nodiscard]] virtual ImagePtr icon() const = 0;
+    // Where its bundle, or the file that describes it, lies; empty when there is none.
     [[nodiscard]] virtual std::optional<FileUrl> bundleUrl() const = 0;
 
     // Brings the application forward; true when that was accepted.

@@ -11,7 +11,9 @@ namespace pelistra {
 
 // Bits by the platform's raw values (CGWindowImageOption).
 using WindowImageOptions = std::uint32_t;
+// Without the shadow around the window.
 inline constexpr WindowImageOptions windowImageBoundsIgnoreFraming = 1;
+// With every pixel that the screen has, not one for each point.
 inline constexpr WindowImageOptions windowImageBestResolution = 8;
 
 enum class CaptureRefusal {

@@ -9,6 +9,7 @@
 
 namespace pelistra {
 
+// One screen, in points.
 struct Screen {
     ScreenRect frame;
     // The frame without what the system's own bars take.
@@ -30,7 +31,8 @@ public:
 
     // In the platform's order, the primary one first; empty when there is none.
     [[nodiscard]] virtual std::vector<Screen> screens() const = 0;
-    // The screen of the window with the keyboard focus, or the primary one.
+    // The screen of the window with the keyboard focus, or the primary one; empty when there is
+    // none.
     [[nodiscard]] virtual std::optional<Screen> main() const = 0;
 
     // Calls the handler on the main thread after screens came, went, moved or changed their size.

@@ -21,10 +21,11 @@ public:
 
     // Null takes the picture away.
     virtual void setImage(ImagePtr image) = 0;
+    // Plain text, shown when the pointer rests on the button; none when it is empty.
     virtual void setToolTip(std::string_view text) = 0;
     // What a click does; an empty function makes the button inert.
     virtual void setAction(std::function<void()> action) = 0;
-    // Which events trigger the action.
+    // Which events trigger the action; the left button's release in a new button.
     virtual void sendActionOn(EventMask mask) = 0;
 
     // The frame of the window that the button lives in; empty while there is no window.
@@ -47,10 +48,12 @@ public:
     // The name under which the user's arrangement of this item is remembered, and under which the
     // window server reports its window.
     virtual void setAutosaveName(std::string_view name) = 0;
+    // Takes the item out of the menu bar or puts it back; a new item is visible.
     virtual void setVisible(bool visible) = 0;
 
     // Width in points, or squareLength.
     virtual void setLength(double length) = 0;
+    // As it was set.
     [[nodiscard]] virtual double length() const = 0;
 
     // Null when the status bar gave the item no button. Others may hold it weakly.

@@ -17,6 +17,7 @@ public:
     [[nodiscard]] virtual bool hasObject(std::string_view key) const = 0;
     // The Boolean under the key; false when there is none or it is not one.
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
+    // Each puts its value under the key, in the place of whatever stood there.
     virtual void setBool(bool value, std::string_view key) = 0;
     virtual void setNumber(double value, std::string_view key) = 0;
 };

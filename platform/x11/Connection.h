@@ -31,11 +31,13 @@ public:
     [[nodiscard]] const xcb_screen_t& screen() const { return *screen_; }
     [[nodiscard]] int screenNumber() const { return screenNumber_; }
     [[nodiscard]] xcb_window_t root() const { return screen_->root; }
+    // An id for a new resource of the server (a window, a pixmap, ...), not used by any other.
     [[nodiscard]] xcb_window_t newId() const;
 
     // The next event, or null when none is queued; errors of unchecked requests come as events of
     // type 0.
     [[nodiscard]] EventPtr pollEvent() const;
+    // Sends what has been asked for and not been sent yet.
     void flush() const;
     // False once the server has gone or has refused the connection.
     [[nodiscard]] bool isAlive() const;

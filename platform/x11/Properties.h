@@ -26,6 +26,8 @@ inline constexpr std::uint32_t propertyByteLimit = 64 * 1024;
 // The format of properties and client messages that are made of words, in bits.
 inline constexpr std::uint8_t bitsOfWord = 32;
 
+// Asks for a property of that type, or of any; of a longer one for its first `byteLimit` bytes (a
+// multiple of four). A property of another type counts as there, with no bytes.
 [[nodiscard]] PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
                                               xcb_atom_t property,
                                               xcb_atom_t type = XCB_GET_PROPERTY_TYPE_ANY,
@@ -52,6 +54,8 @@ struct PropertyValue {
 // The same from an answer that has been waited for elsewhere; null counts as no answer.
 [[nodiscard]] std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply);
 
+// Each replaces the property, whatever it was, without waiting: words in format 32, or the bytes of
+// a text in format 8.
 void setWords(const Connection& connection, xcb_window_t window, xcb_atom_t property,
               xcb_atom_t type, std::span<const std::uint32_t> values);
 void setText(const Connection& connection, xcb_window_t window, xcb_atom_t property,
