@@ -1,9 +1,8 @@
 #include "menubar/Theme.h"
 
-#include <algorithm>
-#include <cctype>
+#include "platform/x11/XSettings.h"
+
 #include <cmath>
-#include <string>
 
 namespace pelistra::menubar {
 
@@ -53,14 +52,6 @@ const Palette& darkPalette() {
     return dark;
 }
 
-bool isDarkThemeName(std::string_view name) {
-    std::string lower(name);
-    std::ranges::transform(lower, lower.begin(), [](unsigned char character) {
-        return static_cast<char>(std::tolower(character));
-    });
-    return lower.find("dark") != std::string::npos;
-}
-
 const Palette& paletteFor(ThemeChoice choice, std::string_view desktopTheme) {
     switch (choice) {
     case ThemeChoice::Light:
@@ -70,7 +61,7 @@ const Palette& paletteFor(ThemeChoice choice, std::string_view desktopTheme) {
     case ThemeChoice::Auto:
         break;
     }
-    return isDarkThemeName(desktopTheme) ? dark : light;
+    return x11::isDarkThemeName(desktopTheme) ? dark : light;
 }
 
 std::array<std::uint32_t, 12> trayColors(const Palette& palette) {

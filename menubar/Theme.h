@@ -40,9 +40,6 @@ struct Palette {
 [[nodiscard]] const Palette& lightPalette();
 [[nodiscard]] const Palette& darkPalette();
 
-// Whether a desktop theme of this name is a dark one.
-[[nodiscard]] bool isDarkThemeName(std::string_view name);
-
 // The palette for the option, given the name of the desktop's theme (empty when unknown).
 [[nodiscard]] const Palette& paletteFor(ThemeChoice choice, std::string_view desktopTheme);
 

@@ -1,7 +1,7 @@
 #include "menubar/XSettingsWatch.h"
 
-#include "menubar/XSettings.h"
 #include "platform/x11/Properties.h"
+#include "platform/x11/XSettings.h"
 
 namespace pelistra::menubar {
 
@@ -23,7 +23,12 @@ std::string XSettingsWatch::readThemeName() {
     const auto value = readProperty(
         server_->connection(),
         requestProperty(server_->connection(), manager_, server_->atom(Atom::XSettingsSettings)));
-    return value ? findTextSetting(value->bytes, "Net/ThemeName").value_or("") : "";
+    if (!value) {
+        return {};
+    }
+    const auto settings = x11::parseXSettings(value->bytes);
+    const auto* const name = x11::settingNamed<std::string>(settings, "Net/ThemeName");
+    return name != nullptr ? *name : std::string();
 }
 
 } // namespace pelistra::menubar

@@ -14,11 +14,11 @@ target_sources(pelistra_linux PRIVATE
     views/Motion.cpp
     views/Outlines.cpp
     views/Proxies.cpp
+    views/PublishedLook.cpp
     views/RepresentedElement.cpp
     views/Scene.cpp
     views/Scroller.cpp
     views/ScrollElements.cpp
     views/StackElements.cpp
     views/TextElement.cpp
-    views/ToggleElement.cpp
-    views/XSettings.cpp)
+    views/ToggleElement.cpp)

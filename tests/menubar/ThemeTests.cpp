@@ -6,20 +6,10 @@ namespace pelistra::testing {
 namespace {
 
 using menubar::darkPalette;
-using menubar::isDarkThemeName;
 using menubar::lightPalette;
 using menubar::paletteFor;
 using menubar::ThemeChoice;
 using menubar::trayColors;
-
-TEST(ThemeTests, DarkThemesAreKnownByTheirNames) {
-    for (const char* name : {"Adwaita-dark", "Yaru-Dark", "Darkly", "arc-DARKER"}) {
-        EXPECT_TRUE(isDarkThemeName(name)) << name;
-    }
-    for (const char* name : {"", "Adwaita", "Raleigh"}) {
-        EXPECT_FALSE(isDarkThemeName(name)) << name;
-    }
-}
 
 TEST(ThemeTests, AutoFollowsTheDesktopAndTheOthersDoNot) {
     EXPECT_EQ(paletteFor(ThemeChoice::Auto, "Adwaita-dark"), darkPalette());

@@ -1,7 +1,7 @@
 #include "platform/linux/views/DesktopLook.h"
 
 #include "platform/linux/EventPump.h"
-#include "platform/linux/views/XSettings.h"
+#include "platform/linux/views/PublishedLook.h"
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Properties.h"
 
@@ -69,7 +69,7 @@ void DesktopLook::read() {
     if (!value) {
         return;
     }
-    const Look look = lookOf(parseXSettings(value->bytes));
+    const Look look = lookOf(x11::parseXSettings(value->bytes));
     if (look != look_.get()) {
         look_.set(look);
     }

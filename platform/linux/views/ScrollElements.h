@@ -13,9 +13,10 @@
 namespace pelistra::desktop {
 
 // What elements with a scroller have in common: coordinates inside are those of what is scrolled.
-// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): it overrides the base's virtual one
+// The destructor overrides the base's virtual one, which the check does not see in a template.
 template <class Kind>
-class ScrollingElement : public ElementOf<Kind> {
+class ScrollingElement // NOLINT(cppcoreguidelines-virtual-class-destructor)
+    : public ElementOf<Kind> {
 public:
     using ElementOf<Kind>::ElementOf;
     ScrollingElement(const ScrollingElement&) = delete;

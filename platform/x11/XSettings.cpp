@@ -1,15 +1,11 @@
-#include "platform/linux/views/XSettings.h"
-
-#include "platform/linux/TrayLookText.h"
+#include "platform/x11/XSettings.h"
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
-#include <optional>
-#include <string_view>
+#include <cstddef>
 #include <utility>
 
-namespace pelistra::desktop {
+namespace pelistra::x11 {
 
 namespace {
 
@@ -88,42 +84,6 @@ bool readSetting(Reader& reader, XSettings& settings) {
     return !reader.hasFailed();
 }
 
-template <class Value>
-const Value* valueOf(const XSettings& settings, std::string_view name) {
-    const auto found = settings.find(name);
-    return found != settings.end() ? std::get_if<Value>(&found->second) : nullptr;
-}
-
-std::string lowered(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char each) {
-        return static_cast<char>(std::tolower(each));
-    });
-    return text;
-}
-
-// "Family Name 10": the family, and the size if there is one.
-void applyFont(const std::string& font, Look& look) {
-    constexpr double usualSize = 10;
-    constexpr double smallest = 11;
-    constexpr double largest = 22;
-    const auto space = font.rfind(' ');
-    double size = 0;
-    if (space != std::string::npos) {
-        const char* const end = font.data() + font.size();
-        const auto read = std::from_chars(font.data() + space + 1, end, size);
-        if (read.ec != std::errc() || read.ptr != end) {
-            size = 0;
-        }
-    }
-    look.fontFamily = presentableText(size > 0 ? font.substr(0, space) : font);
-    if (!look.fontFamily.empty() && look.fontFamily.back() == ',') {
-        look.fontFamily.pop_back();
-    }
-    if (size > 0) {
-        look.bodySize = std::clamp(Look().bodySize * size / usualSize, smallest, largest);
-    }
-}
-
 } // namespace
 
 XSettings parseXSettings(std::span<const std::uint8_t> bytes) {
@@ -139,18 +99,12 @@ XSettings parseXSettings(std::span<const std::uint8_t> bytes) {
     return settings;
 }
 
-Look lookOf(const XSettings& settings) {
-    Look look;
-    if (const auto* theme = valueOf<std::string>(settings, "Net/ThemeName")) {
-        look.isDark = lowered(*theme).find("dark") != std::string::npos;
-    }
-    if (const auto* animations = valueOf<std::int32_t>(settings, "Gtk/EnableAnimations")) {
-        look.reduceMotion = *animations == 0;
-    }
-    if (const auto* font = valueOf<std::string>(settings, "Gtk/FontName")) {
-        applyFont(*font, look);
-    }
-    return look;
+bool isDarkThemeName(std::string_view name) {
+    std::string lower(name);
+    std::ranges::transform(lower, lower.begin(), [](unsigned char character) {
+        return static_cast<char>(std::tolower(character));
+    });
+    return lower.find("dark") != std::string::npos;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::x11

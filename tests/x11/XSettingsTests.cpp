@@ -1,5 +1,6 @@
-#include "menubar/XSettings.h"
+#include "platform/x11/XSettings.h"
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -8,7 +9,10 @@
 namespace pelistra::testing {
 namespace {
 
-using menubar::findTextSetting;
+using x11::isDarkThemeName;
+using x11::parseXSettings;
+using x11::settingNamed;
+using x11::XSettings;
 
 // Writes a settings property as a settings manager does.
 class Settings {
@@ -78,30 +82,50 @@ Settings all(bool bigEndian) {
     return settings;
 }
 
-TEST(XSettingsTests, FindsATextInBothByteOrders) {
+TEST(XSettingsTests, ReadsNumbersAndTextsInBothByteOrders) {
     for (const bool bigEndian : {false, true}) {
-        EXPECT_EQ(findTextSetting(all(bigEndian).bytes(), "Net/ThemeName"), "Adwaita-dark");
+        const XSettings settings = parseXSettings(all(bigEndian).bytes());
+        EXPECT_EQ(settings, (XSettings{{"Xft/DPI", 98304},
+                                       {"Net/IconThemeName", std::string("x")},
+                                       {"Net/ThemeName", std::string("Adwaita-dark")},
+                                       {"Last", 1}}));
     }
 }
 
-TEST(XSettingsTests, WhatIsNotThereOrNoTextIsNotFound) {
-    EXPECT_EQ(findTextSetting(all(false).bytes(), "Net/Other"), std::nullopt);
-    EXPECT_EQ(findTextSetting(all(false).bytes(), "Xft/DPI"), std::nullopt);
-    EXPECT_EQ(findTextSetting({}, "Net/ThemeName"), std::nullopt);
+TEST(XSettingsTests, ASettingIsFoundByItsNameAndType) {
+    const XSettings settings = parseXSettings(all(false).bytes());
+    const auto* const name = settingNamed<std::string>(settings, "Net/ThemeName");
+    ASSERT_NE(name, nullptr);
+    EXPECT_EQ(*name, "Adwaita-dark");
+    EXPECT_EQ(settingNamed<std::string>(settings, "Net/Other"), nullptr);
+    EXPECT_EQ(settingNamed<std::string>(settings, "Xft/DPI"), nullptr);
+    EXPECT_EQ(settingNamed<std::int32_t>(settings, "Net/ThemeName"), nullptr);
+    EXPECT_TRUE(parseXSettings({}).empty());
 }
 
-TEST(XSettingsTests, ATypeThatNobodyKnowsEndsTheSearch) {
+TEST(XSettingsTests, ATypeThatNobodyKnowsEndsTheList) {
     Settings settings(false);
-    settings.unknown("What").text("Net/ThemeName", "Dark");
-    EXPECT_EQ(findTextSetting(settings.bytes(), "Net/ThemeName"), std::nullopt);
+    settings.integer("First", 2).unknown("What").text("Net/ThemeName", "Dark");
+    EXPECT_EQ(parseXSettings(settings.bytes()), (XSettings{{"First", 2}}));
 }
 
-TEST(XSettingsTests, EveryCutOffPropertyIsReadSafely) {
+TEST(XSettingsTests, EndsWhereTheBytesAreCut) {
     const std::vector<std::uint8_t> whole = all(true).bytes();
+    const XSettings complete = parseXSettings(whole);
     for (std::size_t length = 0; length < whole.size(); ++length) {
-        const auto found = findTextSetting(std::span(whole).first(length), "Net/ThemeName");
-        EXPECT_TRUE(!found || *found == "Adwaita-dark");
+        const XSettings settings = parseXSettings(std::span(whole).first(length));
+        EXPECT_LT(settings.size(), complete.size());
+        for (const auto& [name, value] : settings) {
+            ASSERT_TRUE(complete.contains(name)) << name;
+            EXPECT_EQ(value, complete.at(name)) << name;
+        }
     }
+}
+
+TEST(XSettingsTests, ClaimsBeyondTheEndAreRefused) {
+    const std::vector<std::uint8_t> bytes = {0,    0,    0, 0, 0,    0,    0, 0, 0xFF, 0xFF,
+                                             0xFF, 0xFF, 1, 0, 0xFF, 0xFF, 0, 0, 0,    0};
+    EXPECT_TRUE(parseXSettings(bytes).empty());
 }
 
 TEST(XSettingsTests, LengthsThatLieAreReadSafely) {
@@ -109,8 +133,21 @@ TEST(XSettingsTests, LengthsThatLieAreReadSafely) {
     for (std::size_t index = 4; index < bytes.size(); ++index) {
         std::vector<std::uint8_t> damaged = bytes;
         damaged[index] = 0xFF;
-        const auto found = findTextSetting(damaged, "Net/ThemeName");
-        EXPECT_TRUE(!found || found->size() <= bytes.size());
+        std::size_t total = 0;
+        for (const auto& [name, value] : parseXSettings(damaged)) {
+            const auto* const text = std::get_if<std::string>(&value);
+            total += name.size() + (text != nullptr ? text->size() : sizeof(std::int32_t));
+        }
+        EXPECT_LE(total, bytes.size());
+    }
+}
+
+TEST(XSettingsTests, DarkThemesAreKnownByTheirNames) {
+    for (const char* name : {"Adwaita-dark", "Yaru-Dark", "Darkly", "arc-DARKER"}) {
+        EXPECT_TRUE(isDarkThemeName(name)) << name;
+    }
+    for (const char* name : {"", "Adwaita", "Raleigh"}) {
+        EXPECT_FALSE(isDarkThemeName(name)) << name;
     }
 }
 
