@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QAbstractEventDispatcher>
+#include <QTimer>
 #include <poll.h>
 
 namespace pelistra::desktop {
@@ -25,17 +26,68 @@ SubscriptionPtr EventPump::addHandler(Handler handler) {
     return handlers_.add(std::move(handler));
 }
 
+SubscriptionPtr EventPump::addEarlyHandler(Handler handler) {
+    return earlyHandlers_.add(std::move(handler));
+}
+
 void EventPump::setConnectionLostHandler(std::function<void()> handler) {
     connectionLost_ = std::move(handler);
 }
 
-void EventPump::drain() {
-    while (const auto event = connection_.pollEvent()) {
-        dispatch(*event);
+x11::EventPtr EventPump::read() {
+    x11::EventPtr event = connection_.pollEvent();
+    if (event) {
+        earlyHandlers_.call(*event);
+    }
+    return event;
+}
+
+x11::EventPtr EventPump::next() {
+    if (waiting_.empty()) {
+        return read();
+    }
+    x11::EventPtr event = std::move(waiting_.front());
+    waiting_.pop_front();
+    return event;
+}
+
+bool EventPump::drain() {
+    bool isDone = false;
+    for (int left = mostOfOneRound; left > 0 && !isDone; --left) {
+        const x11::EventPtr event = next();
+        isDone = event == nullptr;
+        if (event) {
+            dispatch(*event);
+        }
     }
     connection_.flush();
     if (!connection_.isAlive()) {
         noticeLoss();
+    }
+    if (!isDone) {
+        continueOnNextTurn();
+    }
+    return isDone;
+}
+
+bool EventPump::fetch() {
+    for (int left = mostOfOneRound; left > 0; --left) {
+        x11::EventPtr event = read();
+        if (event == nullptr) {
+            return true;
+        }
+        waiting_.push_back(std::move(event));
+    }
+    return false;
+}
+
+// What XCB has queued does not wake the descriptor any more.
+void EventPump::continueOnNextTurn() {
+    if (!std::exchange(continues_, true)) {
+        QTimer::singleShot(0, &notifier_, [this] {
+            continues_ = false;
+            drain();
+        });
     }
 }
 
@@ -44,7 +96,7 @@ bool EventPump::waitUntil(const std::function<bool()>& condition,
     using Clock = std::chrono::steady_clock;
     const auto deadline = Clock::now() + patience;
     while (true) {
-        drain();
+        const bool isDone = drain();
         if (condition()) {
             return true;
         }
@@ -54,7 +106,10 @@ bool EventPump::waitUntil(const std::function<bool()>& condition,
             return false;
         }
         // The condition itself may have queued events.
-        drain();
+        connection_.flush();
+        if (!isDone || !fetch() || !waiting_.empty()) {
+            continue;
+        }
         pollfd descriptor{.fd = connection_.fileDescriptor(), .events = POLLIN, .revents = 0};
         ::poll(&descriptor, 1, static_cast<int>(remaining.count()));
     }

@@ -39,7 +39,7 @@ std::optional<QColor> foregroundIn(const Words& colors) {
 } // namespace
 
 TrayHost::TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log)
-    : connection_(connection), logger_(log, "menu-bar") {
+    : connection_(connection), pump_(pump), logger_(log, "menu-bar") {
     const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection_.screenNumber());
     const std::array<std::string_view, NameCount> names{selection,
                                                         "MANAGER",
@@ -56,6 +56,7 @@ TrayHost::TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log)
     // Before the first look, so that a tray that comes meanwhile is not missed.
     const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK, &mask);
+    earlyEvents_ = pump.addEarlyHandler([this](const auto& event) { noteChange(event); });
     events_ = pump.addHandler([this](const auto& event) { handle(event); });
 }
 
@@ -81,6 +82,10 @@ std::optional<std::vector<std::uint32_t>> TrayHost::dockedWindows() const {
                                                      XCB_ATOM_WINDOW));
 }
 
+std::optional<std::uint64_t> TrayHost::changesOf(xcb_window_t owner) const {
+    return pump_.fetch() && tray_ && tray_->owner == owner ? std::optional(changes_) : std::nullopt;
+}
+
 void TrayHost::requestDock(xcb_window_t window) const {
     if (!tray_) {
         return;
@@ -99,6 +104,32 @@ void TrayHost::requestDock(xcb_window_t window) const {
 
 SubscriptionPtr TrayHost::observe(std::function<void(Change)> handler) {
     return observers_.add(std::move(handler));
+}
+
+void TrayHost::noteChange(const xcb_generic_event_t& event) {
+    // The first type that is no event of the core protocol: RandR's among others.
+    constexpr int firstOfExtensions = 64;
+    const auto isOfTray = [this](xcb_window_t window) { return tray_ && window == tray_->owner; };
+    const int type = x11::typeOf(event);
+    bool isChange = type >= firstOfExtensions;
+    switch (type) {
+    case XCB_PROPERTY_NOTIFY:
+        isChange = isOfTray(x11::eventAs<xcb_property_notify_event_t>(event).window);
+        break;
+    case XCB_DESTROY_NOTIFY:
+        isChange = isOfTray(x11::eventAs<xcb_destroy_notify_event_t>(event).window);
+        break;
+    case XCB_CONFIGURE_NOTIFY:
+        isChange = x11::eventAs<xcb_configure_notify_event_t>(event).window == connection_.root();
+        break;
+    case XCB_CLIENT_MESSAGE:
+        // It may announce another tray.
+        isChange = x11::eventAs<xcb_client_message_event_t>(event).window == connection_.root();
+        break;
+    default:
+        break;
+    }
+    changes_ += isChange ? 1 : 0;
 }
 
 void TrayHost::handle(const xcb_generic_event_t& event) {

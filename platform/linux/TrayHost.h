@@ -54,6 +54,10 @@ public:
     [[nodiscard]] double scale() const;
     // The windows that our menu bar has docked, asked afresh; empty under any other tray.
     [[nodiscard]] std::optional<std::vector<std::uint32_t>> dockedWindows() const;
+    // How often that owner, or what its place depends on, has changed since it is the tray, as far
+    // as the server has said until now; empty when its changes are not heard (yet), or when the
+    // server says too much at once. Two equal answers: nothing has changed in between.
+    [[nodiscard]] std::optional<std::uint64_t> changesOf(xcb_window_t owner) const;
     // Asks the tray to take the window.
     void requestDock(xcb_window_t window) const;
 
@@ -75,6 +79,7 @@ private:
         NameCount
     };
 
+    void noteChange(const xcb_generic_event_t& event);
     void handle(const xcb_generic_event_t& event);
     void handleMessage(const xcb_client_message_event_t& message);
     void look();
@@ -83,10 +88,13 @@ private:
     void describeBar(Tray& tray) const;
 
     x11::Connection& connection_;
+    EventPump& pump_;
     Logger logger_;
     std::array<xcb_atom_t, NameCount> atoms_{};
     std::optional<Tray> tray_;
+    std::uint64_t changes_ = 0;
     HandlerList<Change> observers_;
+    SubscriptionPtr earlyEvents_;
     SubscriptionPtr events_;
 };
 

@@ -127,8 +127,10 @@ struct TrayLook::IconRequest {
     x11::PropertyRequest wmClass;
 };
 
-TrayLook::TrayLook(const x11::Connection& connection)
-    : connection_(&connection), replies_(connection), hostName_(ownHostName()) {
+TrayLook::TrayLook(const x11::Connection& connection, ChangesHeard changesHeard,
+                   std::chrono::milliseconds longestTrust)
+    : connection_(&connection), changesHeard_(std::move(changesHeard)), longestTrust_(longestTrust),
+      replies_(connection), hostName_(ownHostName()) {
     const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection.screenNumber());
     const std::array<std::string_view, static_cast<std::size_t>(Name::Count)> names{
         selection,
@@ -234,9 +236,19 @@ std::optional<std::uint32_t> TrayLook::takeSerial(x11::PropertyRequest request) 
     return words.empty() ? std::nullopt : std::optional(words.front());
 }
 
-bool TrayLook::isKnown(const Tray& tray) const {
-    return known_ && tray.owner == known_->view.owner && tray.serial == known_->serial &&
-           tray.primaryMonitor == known_->primaryMonitor;
+bool TrayLook::isOf(const Known& known, const Tray& tray) {
+    return tray.owner == known.view.owner && tray.serial == known.serial &&
+           tray.primaryMonitor == known.primaryMonitor;
+}
+
+std::optional<std::uint64_t> TrayLook::changesOf(WindowId owner) const {
+    return changesHeard_ && owner != XCB_NONE ? changesHeard_(owner) : std::nullopt;
+}
+
+bool TrayLook::isTrue(const Known& known) const {
+    const auto age = std::chrono::steady_clock::now() - known.confirmed;
+    return age < oneMoment ||
+           (age < longestTrust_ && known.changes && changesOf(known.view.owner) == known.changes);
 }
 
 void TrayLook::readOwner(Tray& tray) {
@@ -419,16 +431,18 @@ void TrayLook::complete(std::vector<TrayIcon>& icons) {
 }
 
 std::optional<TrayView> TrayLook::look() {
-    const auto now = std::chrono::steady_clock::now();
-    if (known_ && now - known_->confirmed < oneMoment) {
+    if (known_ && isTrue(*known_)) {
         known_->view.roundTrips = 0;
         return known_->view;
     }
     if (!replies_.begin(patience)) {
         return std::nullopt;
     }
+    // Counted before the questions: what comes after it is a change to their answers.
+    const auto changes = known_ ? changesOf(known_->view.owner) : std::nullopt;
     Tray tray = findTray();
-    if (isKnown(tray) && !replies_.failed()) {
+    if (known_ && isOf(*known_, tray) && !replies_.failed()) {
+        known_->changes = changes;
         known_->confirmed = std::chrono::steady_clock::now();
         known_->view.roundTrips = replies_.roundTrips();
         return known_->view;
@@ -458,7 +472,8 @@ std::optional<TrayView> TrayLook::look() {
         known_ = Known{.view = view,
                        .serial = *tray.serial,
                        .primaryMonitor = tray.primaryMonitor,
-                       .confirmed = std::chrono::steady_clock::now()};
+                       .confirmed = std::chrono::steady_clock::now(),
+                       .changes = std::nullopt};
     }
     return view;
 }

@@ -11,6 +11,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,8 +52,9 @@ struct TrayView {
 // any other tray the embedded windows are found among the children of the tray's own windows and
 // ordered by their place. A look sends its requests in batches, so that it waits for the server a
 // fixed number of times whatever the number of icons: at most mostRoundTrips. Our own bar counts
-// the changes, so a look at an unchanged bar waits once and asks about no icon. A window that goes
-// away during a look is missing in it, nothing else.
+// the changes, so a look at an unchanged bar waits once and asks about no icon; with somebody who
+// hears of changes it need not even wait. A window that goes away during a look is missing in it,
+// nothing else.
 class TrayLook {
 public:
     static constexpr int mostRoundTrips = 6;
@@ -60,9 +62,18 @@ public:
     // server that does not answer for so long is grabbed or stopped.
     static constexpr std::chrono::milliseconds patience{1000};
 
+    // For how long looks may rest on what others have heard, without asking the server: there are
+    // servers that do not tell of everything.
+    static constexpr std::chrono::milliseconds usualTrust{10'000};
+
+    // How many changes of the tray with that owner, and of what its place depends on, have been
+    // heard of until now; empty when they are not heard.
+    using ChangesHeard = std::function<std::optional<std::uint64_t>(WindowId owner)>;
+
     // Asks the server once for what does not change while it runs. The connection must outlive this
     // object, and nobody else waits on it meanwhile.
-    explicit TrayLook(const x11::Connection& connection);
+    explicit TrayLook(const x11::Connection& connection, ChangesHeard changesHeard = {},
+                      std::chrono::milliseconds longestTrust = usualTrust);
 
     // Empty when the server did not answer in time or the tray went away during the look.
     [[nodiscard]] std::optional<TrayView> look();
@@ -94,6 +105,8 @@ private:
         std::uint32_t serial = 0;
         RootRect primaryMonitor;
         std::chrono::steady_clock::time_point confirmed;
+        // What had been heard of when the server was asked.
+        std::optional<std::uint64_t> changes;
     };
     struct FrameRequest;
     struct IconRequest;
@@ -107,8 +120,11 @@ private:
     [[nodiscard]] std::string takeText(x11::PropertyRequest request);
     [[nodiscard]] Tray findTray();
     void readOwner(Tray& tray);
+    [[nodiscard]] std::optional<std::uint64_t> changesOf(WindowId owner) const;
+    // Whether what is known is true without a question.
+    [[nodiscard]] bool isTrue(const Known& known) const;
     // Whether what is known is what another whole look would show.
-    [[nodiscard]] bool isKnown(const Tray& tray) const;
+    [[nodiscard]] static bool isOf(const Known& known, const Tray& tray);
     [[nodiscard]] std::optional<std::uint32_t> takeSerial(x11::PropertyRequest request);
     [[nodiscard]] std::vector<WindowId> embeddedWindows(const Tray& tray);
     [[nodiscard]] std::vector<WindowId> windowsOfClient(std::uint32_t client);
@@ -122,6 +138,8 @@ private:
     void complete(std::vector<TrayIcon>& icons);
 
     const x11::Connection* connection_;
+    ChangesHeard changesHeard_;
+    std::chrono::milliseconds longestTrust_;
     x11::Replies replies_;
     std::array<xcb_atom_t, static_cast<std::size_t>(Name::Count)> atoms_{};
     std::string hostName_;

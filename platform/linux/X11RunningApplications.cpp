@@ -2,9 +2,9 @@
 
 #include "platform/linux/QtImages.h"
 #include "platform/linux/X11RunningApplicationsLauncher.h"
-#include "platform/linux/X11RunningApplicationsProcess.h"
 #include "platform/linux/X11RunningApplicationsWindows.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QGuiApplication>
@@ -17,6 +17,9 @@ namespace {
 
 // Processes come and go; what is known of more than this many is thrown away and found again.
 constexpr std::size_t mostKnown = 4096;
+
+// A descriptor each, of which a program has about a thousand. Trays with more programs are rare.
+constexpr std::ptrdiff_t mostHeld = 64;
 
 // A list of a thousand icons of one program asks for that program a thousand times in a row.
 constexpr std::chrono::milliseconds oneMoment{20};
@@ -86,7 +89,12 @@ RunningApplicationPtr X11RunningApplications::runningApplication(ProcessId proce
 }
 
 std::vector<ProcessId> X11RunningApplications::processIdentifiers() {
-    return runningProcesses();
+    std::vector<ProcessId> processes = listedProcesses();
+    std::erase_if(processes, [this](ProcessId process) {
+        const auto known = known_.find(process);
+        return known != known_.end() && !known->second.isStill(process);
+    });
+    return processes;
 }
 
 bool X11RunningApplications::open(const FileUrl& url) {
@@ -112,34 +120,67 @@ std::optional<std::string> X11RunningApplications::ownerName(const TrayIcon& ico
     return known == nullptr || known->name.empty() ? std::nullopt : std::optional(known->name);
 }
 
+bool X11RunningApplications::Known::isStill(ProcessId process) const {
+    return hold.holds() ? hold.runs() : startTimeOf(process) == startTime;
+}
+
 const X11RunningApplications::Known* X11RunningApplications::lookUp(ProcessId process) {
+    const auto known = known_.find(process);
+    if (known == known_.end()) {
+        return meet(process);
+    }
     const auto now = std::chrono::steady_clock::now();
-    if (const auto recent = known_.find(process);
-        recent != known_.end() && now - recent->second.checked < oneMoment) {
-        return &recent->second;
+    if (now - known->second.checked < oneMoment) {
+        return &known->second;
     }
-    auto startTime = startTimeOf(process);
-    if (!startTime) {
-        known_.erase(process);
+    if (!known->second.isStill(process)) {
+        // The id may belong to another process now.
+        known_.erase(known);
         classes_.erase(process);
-        return nullptr;
+        return meet(process);
     }
+    known->second.checked = now;
+    return &known->second;
+}
+
+const X11RunningApplications::Known* X11RunningApplications::meet(ProcessId process) {
+    forgetEnded();
     if (known_.size() > mostKnown) {
         known_.clear();
     }
-    Known& known = known_[process];
-    if (known.startTime != *startTime) {
-        if (!known.startTime.empty()) {
-            // The id belongs to another process now.
+    // Held before anything is read, so that all of it is about the same process.
+    ProcessHold hold(mayHoldAnother() ? process : 0);
+    auto startTime = startTimeOf(process);
+    if (!startTime) {
+        classes_.erase(process);
+        return nullptr;
+    }
+    const ProcessFacts facts = factsOf(process);
+    DesktopEntryPtr entry = findEntry(process, facts);
+    std::string name = entry ? entry->name : facts.displayName();
+    return &known_
+                .emplace(process, Known{.hold = std::move(hold),
+                                        .startTime = std::move(startTime),
+                                        .name = std::move(name),
+                                        .entry = std::move(entry),
+                                        .checked = std::chrono::steady_clock::now()})
+                .first->second;
+}
+
+void X11RunningApplications::forgetEnded() {
+    std::erase_if(known_, [this](const auto& known) {
+        const auto& [process, what] = known;
+        const bool hasEnded = what.hold.holds() && !what.hold.runs();
+        if (hasEnded) {
             classes_.erase(process);
         }
-        const ProcessFacts facts = factsOf(process);
-        known.startTime = *std::move(startTime);
-        known.entry = findEntry(process, facts);
-        known.name = known.entry ? known.entry->name : facts.displayName();
-    }
-    known.checked = now;
-    return &known;
+        return hasEnded;
+    });
+}
+
+bool X11RunningApplications::mayHoldAnother() const {
+    return std::ranges::count_if(
+               known_, [](const auto& known) { return known.second.hold.holds(); }) < mostHeld;
 }
 
 DesktopEntryPtr X11RunningApplications::findEntry(ProcessId process, const ProcessFacts& facts) {

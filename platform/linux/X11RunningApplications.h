@@ -3,16 +3,16 @@
 #include "platform/RunningApplications.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/TrayLook.h"
+#include "platform/linux/X11RunningApplicationsProcess.h"
 
 #include <chrono>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
 namespace pelistra::desktop {
-
-struct ProcessFacts;
 
 // Running applications on Linux: every process is one, and its desktop entry, where one is found,
 // gives it the name in the user's language, the icon and the identifier (the desktop id).
@@ -35,6 +35,8 @@ public:
 
     // The application must not be used after this object has died.
     [[nodiscard]] RunningApplicationPtr runningApplication(ProcessId processIdentifier) override;
+    // Of processes that nobody has asked about, those that have ended and wait for their parent are
+    // listed as well.
     [[nodiscard]] std::vector<ProcessId> processIdentifiers() override;
     // Launches the desktop entry that the URL names; any other URL is refused.
     [[nodiscard]] bool open(const FileUrl& url) override;
@@ -47,11 +49,16 @@ private:
     class Application;
     // What is known of one process; outlived by the process or thrown away.
     struct Known {
-        std::string startTime;
+        ProcessHold hold;
+        // What tells it from others where it could not be held.
+        std::optional<std::string> startTime;
         std::string name;
         DesktopEntryPtr entry;
         // When it was last seen to be the same process.
         std::chrono::steady_clock::time_point checked;
+
+        // Whether the id is still that process, and it runs.
+        [[nodiscard]] bool isStill(ProcessId process) const;
     };
     struct WindowClass {
         std::string instanceName;
@@ -59,6 +66,11 @@ private:
     };
 
     [[nodiscard]] const Known* lookUp(ProcessId process);
+    // Null when there is no such process.
+    [[nodiscard]] const Known* meet(ProcessId process);
+    // Gives back the descriptors of those that have ended.
+    void forgetEnded();
+    [[nodiscard]] bool mayHoldAnother() const;
     [[nodiscard]] DesktopEntryPtr findEntry(ProcessId process, const ProcessFacts& facts);
     [[nodiscard]] ImagePtr icon(const std::string& name);
     [[nodiscard]] bool activate(ProcessId process);

@@ -7,8 +7,11 @@
 #include <charconv>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace pelistra::desktop {
@@ -175,10 +178,6 @@ std::optional<std::string> startTimeOf(ProcessId process) {
     return std::string(field(fields, startTimeField));
 }
 
-bool processRuns(ProcessId process) {
-    return startTimeOf(process).has_value();
-}
-
 ProcessFacts factsOf(ProcessId process) {
     const auto folder = folderOf(process);
     std::string shortName = contentOf(folder / "comm");
@@ -190,20 +189,44 @@ ProcessFacts factsOf(ProcessId process) {
             .snapId = snapIdIn(contentOf(folder / "cgroup"))};
 }
 
-std::vector<ProcessId> runningProcesses() {
+std::vector<ProcessId> listedProcesses() {
     std::vector<ProcessId> processes;
     std::error_code error;
     for (std::filesystem::directory_iterator entry("/proc", error), end; !error && entry != end;
          entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        const char* const last = name.data() + name.size();
+        const std::string& path = entry->path().native();
+        const char* const last = path.data() + path.size();
         ProcessId process = 0;
-        const auto [rest, failure] = std::from_chars(name.data(), last, process);
-        if (failure == std::errc() && rest == last && processRuns(process)) {
+        const auto [rest, failure] =
+            std::from_chars(path.data() + path.rfind('/') + 1, last, process);
+        if (failure == std::errc() && rest == last) {
             processes.push_back(process);
         }
     }
     return processes;
+}
+
+// Not every C library that has the call in its headers can be linked to it from C++.
+ProcessHold::ProcessHold(ProcessId process)
+    : descriptor_(process < 1 ? -1 : static_cast<int>(::syscall(SYS_pidfd_open, process, 0))) {}
+
+ProcessHold::ProcessHold(ProcessHold&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+ProcessHold& ProcessHold::operator=(ProcessHold&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+}
+
+ProcessHold::~ProcessHold() {
+    if (holds()) {
+        ::close(descriptor_);
+    }
+}
+
+bool ProcessHold::runs() const {
+    pollfd ended{.fd = descriptor_, .events = POLLIN, .revents = 0};
+    return ::poll(&ended, 1, 0) == 0;
 }
 
 } // namespace pelistra::desktop

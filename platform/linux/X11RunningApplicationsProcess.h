@@ -26,14 +26,34 @@ struct ProcessFacts {
     [[nodiscard]] std::string displayName() const;
 };
 
-// Whether such a process runs; one that has ended and waits for its parent does not.
-[[nodiscard]] bool processRuns(ProcessId process);
 [[nodiscard]] ProcessFacts factsOf(ProcessId process);
 // When the process started, in the kernel's ticks since boot: with the id it names one process,
-// even when ids are used again. Empty when no such process runs.
+// even when ids are used again. Empty when no such process runs; one that has ended and waits for
+// its parent does not.
 [[nodiscard]] std::optional<std::string> startTimeOf(ProcessId process);
-// Every process that runs.
-[[nodiscard]] std::vector<ProcessId> runningProcesses();
+// Every process there is, also those that have ended and wait for their parent: a list of names,
+// and nothing is asked about each.
+[[nodiscard]] std::vector<ProcessId> listedProcesses();
+
+// Holds on to one process: another one that gets its id later is never taken for it, and asking
+// whether it runs costs next to nothing. Takes a file descriptor.
+class ProcessHold {
+public:
+    // Holds nothing when there is no such process, or no descriptor for it.
+    explicit ProcessHold(ProcessId process);
+    ProcessHold(const ProcessHold&) = delete;
+    ProcessHold& operator=(const ProcessHold&) = delete;
+    ProcessHold(ProcessHold&& other) noexcept;
+    ProcessHold& operator=(ProcessHold&& other) noexcept;
+    ~ProcessHold();
+
+    [[nodiscard]] bool holds() const { return descriptor_ >= 0; }
+    // Of a process that is held; one that has ended and waits for its parent does not run.
+    [[nodiscard]] bool runs() const;
+
+private:
+    int descriptor_;
+};
 
 // Pure halves of the above.
 // The desktop id of a snap in the text of a process's cgroup file; empty for any other process.

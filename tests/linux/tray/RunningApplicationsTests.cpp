@@ -6,11 +6,15 @@
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/tray/TestTray.h"
 
+#include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -20,7 +24,6 @@
 namespace pelistra::testing {
 namespace {
 
-using desktop::DesktopEntryPlaces;
 using desktop::TrayIcon;
 using desktop::X11RunningApplications;
 using ::testing::Contains;
@@ -65,10 +68,81 @@ TEST_F(RunningApplicationsTest, KnowsWhichProcessesRun) {
     }
     siginfo_t info{};
     ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(ended), &info, WEXITED | WNOWAIT), 0);
-    EXPECT_FALSE(desktop::processRuns(ended)) << "a process that has ended and was not reaped";
-    EXPECT_THAT(all.processIdentifiers(), Not(Contains(ended)));
+    EXPECT_EQ(desktop::startTimeOf(ended), std::nullopt)
+        << "a process that has ended and was not reaped";
+    EXPECT_EQ(all.runningApplication(ended), nullptr);
     ASSERT_EQ(::waitpid(ended, nullptr, 0), ended);
     EXPECT_EQ(all.runningApplication(ended), nullptr);
+    EXPECT_THAT(all.processIdentifiers(), Not(Contains(ended)));
+}
+
+// Processes that wait until they are told to end.
+class WaitingProcesses {
+public:
+    explicit WaitingProcesses(int count) {
+        for (int i = 0; i < count; ++i) {
+            const pid_t process = ::fork();
+            if (process == 0) {
+                ::pause();
+                ::_exit(0);
+            }
+            all_.push_back(process);
+        }
+    }
+    WaitingProcesses(const WaitingProcesses&) = delete;
+    WaitingProcesses& operator=(const WaitingProcesses&) = delete;
+    ~WaitingProcesses() {
+        end();
+        for (const pid_t process : all_) {
+            ::waitpid(process, nullptr, 0);
+        }
+    }
+
+    [[nodiscard]] const std::vector<pid_t>& all() const { return all_; }
+    // They stay behind as processes that nobody has asked how they ended.
+    void end() const {
+        for (const pid_t process : all_) {
+            ::kill(process, SIGKILL);
+            siginfo_t info{};
+            ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOWAIT);
+        }
+    }
+
+private:
+    std::vector<pid_t> all_;
+};
+
+std::ptrdiff_t heldProcesses() {
+    return std::ranges::count_if(
+        std::filesystem::directory_iterator("/proc/self/fd"), [](const auto& file) {
+            std::error_code error;
+            return std::filesystem::read_symlink(file.path(), error) == "anon_inode:[pidfd]";
+        });
+}
+
+TEST_F(RunningApplicationsTest, SeesManyProcessesEndAndHoldsOnToSomeOfThem) {
+    constexpr int many = 100;
+    constexpr std::ptrdiff_t mostHeld = 64;
+    // Longer than an answer about a process is good for.
+    constexpr std::chrono::milliseconds moment{25};
+    auto all = applications();
+    ASSERT_EQ(heldProcesses(), 0);
+    for (int round = 0; round < 2; ++round) {
+        const WaitingProcesses processes(many);
+        for (const pid_t process : processes.all()) {
+            EXPECT_NE(all.runningApplication(process), nullptr);
+        }
+        EXPECT_EQ(heldProcesses(), mostHeld);
+        EXPECT_THAT(all.processIdentifiers(), ::testing::IsSupersetOf(processes.all()));
+        processes.end();
+        std::this_thread::sleep_for(moment);
+        const auto left = all.processIdentifiers();
+        for (const pid_t process : processes.all()) {
+            EXPECT_THAT(left, Not(Contains(process)));
+            EXPECT_EQ(all.runningApplication(process), nullptr);
+        }
+        EXPECT_EQ(heldProcesses(), 0);
+    }
 }
 
 TEST_F(RunningApplicationsTest, AProcessWithoutAnEntryIsCalledByItsProgram) {

@@ -215,6 +215,55 @@ TEST_F(TrayLookTest, AsksAboutNoIconWhileTheBarSaysThatNothingHasChanged) {
     EXPECT_THAT(changed.icons, ElementsAre(Field(&TrayIcon::name, "renamed")));
 }
 
+TEST_F(TrayLookTest, DoesNotEvenAskWhileSomebodyListensAndHearsOfNoChange) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    tray.setSerial(1);
+    IconClient client(display.name());
+    const xcb_window_t icon = client.makeWindow(24, 24);
+    tray.embed(icon, 100, 24, 24);
+    std::optional<std::uint64_t> heard = 7;
+    TrayLook listening(*connection, [&](WindowId owner) {
+        EXPECT_EQ(owner, tray.owner());
+        return heard;
+    });
+    const auto roundTrips = [&] {
+        letTheMomentPass();
+        const auto seen = listening.look();
+        EXPECT_THAT(seen.value_or(TrayView{}).icons, SizeIs(1));
+        return seen ? seen->roundTrips : -1;
+    };
+    EXPECT_GT(roundTrips(), 1);
+    EXPECT_EQ(roundTrips(), 1) << "what was heard before the first look proves nothing";
+    EXPECT_EQ(roundTrips(), 0);
+    EXPECT_EQ(roundTrips(), 0);
+    heard = 8;
+    EXPECT_EQ(roundTrips(), 1);
+    EXPECT_EQ(roundTrips(), 0);
+    heard = std::nullopt;
+    EXPECT_EQ(roundTrips(), 1);
+    EXPECT_EQ(roundTrips(), 1) << "nobody hears";
+    heard = 9;
+    EXPECT_EQ(roundTrips(), 1);
+    client.setText(icon, "_NET_WM_NAME", "UTF8_STRING", "renamed");
+    tray.setSerial(2);
+    heard = 10;
+    EXPECT_GT(roundTrips(), 1);
+    EXPECT_THAT(listening.look().value_or(TrayView{}).icons,
+                ElementsAre(Field(&TrayIcon::name, "renamed")));
+}
+
+TEST_F(TrayLookTest, AsksNowAndThenWhateverIsHeard) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    tray.setSerial(1);
+    IconClient client(display.name());
+    tray.embed(client.makeWindow(24, 24), 100, 24, 24);
+    TrayLook listening(*connection, [](WindowId) { return 7; }, std::chrono::milliseconds(0));
+    for (int i = 0; i < 3; ++i) {
+        letTheMomentPass();
+        EXPECT_GT(listening.look().value_or(TrayView{}).roundTrips, 0);
+    }
+}
+
 TEST_F(TrayLookTest, LooksAgainAtABarThatDoesNotCountItsChanges) {
     TestTray tray(display.name(), TestTray::Kind::Ours);
     IconClient client(display.name());
@@ -319,7 +368,7 @@ TEST_F(TrayLookTest, ATrayThatDiesLeavesAnEmptyView) {
 }
 
 TEST_F(TrayLookTest, AStoppedServerCostsABoundedTimeOnceAndNothingAfterwards) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
+    const TestTray tray(display.name(), TestTray::Kind::Ours);
     const auto timed = [&](auto operation) {
         const auto start = std::chrono::steady_clock::now();
         operation();

@@ -1,0 +1,124 @@
+#include "platform/linux/TrayHost.h"
+
+#include "platform/x11/Properties.h"
+#include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/linux/shell/RespondingTray.h"
+#include "tests/platform/FakeLogSink.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <QCoreApplication>
+#include <gmock/gmock.h>
+
+namespace pelistra::testing {
+
+namespace {
+
+using ::testing::Optional;
+
+class TrayChangesTest : public ::testing::Test {
+protected:
+    [[nodiscard]] std::unique_ptr<x11::Connection> connect() const {
+        x11::Connection::Failure failure;
+        auto connection = x11::Connection::open(display_.name(), failure);
+        EXPECT_NE(connection, nullptr) << failure.message;
+        return connection;
+    }
+    // The count while nothing happens.
+    [[nodiscard]] std::optional<std::uint64_t> count() {
+        const auto changes = host_.changesOf(tray_->owner());
+        EXPECT_TRUE(changes.has_value());
+        EXPECT_EQ(host_.changesOf(tray_->owner()), changes);
+        return changes;
+    }
+    // Whether what has been done is counted, however long the server takes to tell.
+    [[nodiscard]] bool isCountedAfter(std::optional<std::uint64_t> before) {
+        return waitFor([&] { return host_.changesOf(tray_->owner()) != before; });
+    }
+
+    int count_ = 1;
+    std::string name_ = "test";
+    std::array<char*, 2> arguments_{name_.data(), nullptr};
+    QCoreApplication application_{count_, arguments_.data()};
+    PrivateDisplay display_;
+    Journal journal_;
+    FakeLogSink log_{journal_};
+    std::unique_ptr<x11::Connection> connection_ = connect();
+    desktop::EventPump pump_{*connection_, log_};
+    desktop::TrayHost host_{*connection_, pump_, log_};
+    std::optional<RespondingTray> tray_;
+};
+
+TEST_F(TrayChangesTest, AreHeardOnlyOfTheTrayThatIsThere) {
+    EXPECT_EQ(host_.changesOf(0), std::nullopt);
+    tray_.emplace(display_.name());
+    EXPECT_EQ(host_.changesOf(tray_->owner()), std::nullopt) << "nobody has looked yet";
+    host_.start();
+    EXPECT_TRUE(host_.changesOf(tray_->owner()).has_value());
+    EXPECT_EQ(host_.changesOf(tray_->owner() + 1), std::nullopt);
+}
+
+TEST_F(TrayChangesTest, AreCountedBeforeAnythingIsDispatched) {
+    tray_.emplace(display_.name());
+    host_.start();
+    for (const std::string property : {"_PELISTRA_MENUBAR_SERIAL", "_PELISTRA_MENUBAR_SCALE"}) {
+        const auto before = count();
+        x11::setWords(tray_->x().connection(), tray_->owner(), tray_->x().atom(property),
+                      XCB_ATOM_CARDINAL, std::array<std::uint32_t, 1>{200});
+        tray_->x().sync();
+        EXPECT_TRUE(isCountedAfter(before)) << property;
+        EXPECT_THAT(host_.scale(), 1) << "described anew in its turn only";
+    }
+    pump_.drain();
+    EXPECT_EQ(host_.scale(), 2);
+}
+
+TEST_F(TrayChangesTest, IncludeItsEndAndItsSuccessor) {
+    tray_.emplace(display_.name());
+    host_.start();
+    const auto before = count();
+    const xcb_window_t first = tray_->owner();
+    tray_.reset();
+    EXPECT_TRUE(waitFor([&] { return host_.changesOf(first) != before; }));
+    EXPECT_TRUE(waitFor([&] {
+        pump_.drain();
+        return !host_.tray();
+    }));
+    EXPECT_EQ(host_.changesOf(first), std::nullopt);
+    tray_.emplace(display_.name());
+    EXPECT_TRUE(waitFor([&] {
+        pump_.drain();
+        return host_.changesOf(tray_->owner()).has_value();
+    }));
+}
+
+TEST_F(TrayChangesTest, IncludeTheMonitors) {
+    tray_.emplace(display_.name());
+    host_.start();
+    const auto before = count();
+    const auto xrandr =
+        display_.start({"xrandr", "--setmonitor", "*Left", "640/100x800/100+0+0", "screen"});
+    EXPECT_THAT(xrandr->waitForExit(), Optional(ExitStatus{.status = 0}));
+    EXPECT_TRUE(isCountedAfter(before));
+}
+
+TEST_F(TrayChangesTest, AreNotHeardInAFlood) {
+    tray_.emplace(display_.name());
+    host_.start();
+    const auto before = count();
+    for (int i = 0; i <= desktop::EventPump::mostOfOneRound; ++i) {
+        x11::setWords(tray_->x().connection(), tray_->owner(),
+                      tray_->x().atom("_PELISTRA_MENUBAR_SERIAL"), XCB_ATOM_CARDINAL,
+                      std::array{static_cast<std::uint32_t>(i)});
+    }
+    tray_->x().sync();
+    EXPECT_EQ(host_.changesOf(tray_->owner()), std::nullopt);
+    EXPECT_TRUE(isCountedAfter(before));
+}
+
+} // namespace
+
+} // namespace pelistra::testing
