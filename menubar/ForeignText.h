@@ -6,9 +6,9 @@
 
 namespace pelistra::menubar {
 
-// Text that a foreign program chose, made fit to be shown and logged: valid UTF-8 (broken bytes
-// become U+FFFD), no control characters, no characters that turn the direction of what follows, at
-// most `characterLimit` characters.
+// Text that a foreign program chose, made fit to be shown and logged: valid UTF-8 (a broken
+// sequence becomes U+FFFD), no control characters, no characters that turn the direction of what
+// follows, at most `characterLimit` characters.
 [[nodiscard]] std::string cleanText(std::string_view foreign, std::size_t characterLimit);
 
 // The same for a text in ISO 8859-1, as properties of type STRING hold it.

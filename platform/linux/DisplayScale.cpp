@@ -13,7 +13,6 @@ namespace pelistra::desktop {
 
 namespace {
 
-constexpr double unscaledDpi = 96;
 constexpr auto factorVariable = "QT_SCALE_FACTOR";
 
 } // namespace
@@ -21,8 +20,7 @@ constexpr auto factorVariable = "QT_SCALE_FACTOR";
 std::optional<double> resourceScale(const x11::Connection& connection) {
     const auto resources = x11::readProperty(
         connection, x11::requestProperty(connection, connection.root(), XCB_ATOM_RESOURCE_MANAGER));
-    const auto dpi = resources ? dpiIn(resources->text()) : std::nullopt;
-    return dpi ? std::optional(*dpi / unscaledDpi) : std::nullopt;
+    return resources ? resourceScaleIn(resources->text()) : std::nullopt;
 }
 
 std::optional<double> trayScale(const x11::Connection& connection) {

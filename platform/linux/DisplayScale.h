@@ -6,8 +6,8 @@
 
 namespace pelistra::desktop {
 
-// Device pixels per point by the user's resource database (Xft.dpi; 96 dpi = 1); empty when it says
-// nothing sensible.
+// What resourceScaleIn() reads in the resource database that the root window holds now; one round
+// trip. Empty when there is none, too.
 [[nodiscard]] std::optional<double> resourceScale(const x11::Connection& connection);
 
 // What the tray that owns the selection at the moment publishes as its scale; empty when there is

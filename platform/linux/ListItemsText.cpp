@@ -1,5 +1,7 @@
 #include "platform/linux/ListItemsText.h"
 
+#include "platform/x11/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <iomanip>
@@ -105,20 +107,10 @@ void writeRow(std::ostream& out, const Row& row, const std::array<int, columnCou
 
 int columnsOf(const std::string& utf8) {
     int columns = 0;
-    char32_t character = 0;
-    int following = 0;
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (following > 0) {
-            character = (character << 6U) | (byte & 0x3FU);
-            --following;
-        } else if (byte < 0x80) {
-            character = byte;
-        } else {
-            following = byte >= 0xF0 ? 3 : (byte >= 0xE0 ? 2 : 1);
-            character = byte & (0x3FU >> static_cast<unsigned>(following));
-        }
-        columns += following == 0 ? columnsOfCharacter(character) : 0;
+    for (std::string_view rest = utf8; !rest.empty();) {
+        const x11::Decoded next = x11::firstCharacter(rest);
+        columns += columnsOfCharacter(next.character);
+        rest.remove_prefix(next.length);
     }
     return columns;
 }
@@ -149,9 +141,8 @@ void writeJson(std::ostream& out, const std::vector<ListedItem>& items) {
             << ", \"frame\": {\"x\": " << number(item.frame.origin.x)
             << ", \"y\": " << number(item.frame.origin.y)
             << ", \"width\": " << number(item.frame.size.width)
-            << ", \"height\": " << number(item.frame.size.height)
-            << "}, \"hidden\": " << (item.hidden ? "true" : "false")
-            << ", \"displayName\": " << quoted(item.displayName)
+            << ", \"height\": " << number(item.frame.size.height) << R"(}, "hidden": )"
+            << (item.hidden ? "true" : "false") << ", \"displayName\": " << quoted(item.displayName)
             << ", \"fallbackSymbol\": " << quoted(item.fallbackSymbol) << '}';
     }
     out << (items.empty() ? "]\n" : "\n]\n");

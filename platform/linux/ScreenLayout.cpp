@@ -1,10 +1,9 @@
 #include "platform/linux/ScreenLayout.h"
 
+#include "platform/x11/Resources.h"
+
 #include <algorithm>
-#include <charconv>
 #include <iterator>
-#include <string>
-#include <system_error>
 
 namespace pelistra::desktop {
 
@@ -111,21 +110,14 @@ std::vector<Screen> screensFrom(const ScreenFacts& facts) {
     return screens;
 }
 
-std::optional<double> dpiIn(std::string_view resources) {
-    constexpr std::string_view name = "Xft.dpi:";
+std::optional<double> resourceScaleIn(std::string_view resources) {
     constexpr double least = 24;
     constexpr double most = 960;
-    const std::string lines = '\n' + std::string(resources);
-    const auto found = lines.find('\n' + std::string(name));
-    if (found == std::string::npos) {
+    const auto resolution = x11::textResolutionIn(resources);
+    if (!resolution || *resolution < least || *resolution > most) {
         return std::nullopt;
     }
-    std::string_view rest = std::string_view(lines).substr(found + 1 + name.size());
-    rest.remove_prefix(std::min(rest.find_first_not_of(" \t"), rest.size()));
-    double dpi = 0;
-    const auto parsed = std::from_chars(rest.data(), rest.data() + rest.size(), dpi);
-    return parsed.ec == std::errc{} && dpi >= least && dpi <= most ? std::optional(dpi)
-                                                                   : std::nullopt;
+    return *resolution / x11::unscaledResolution;
 }
 
 std::optional<RootRect> rootRectIn(std::span<const std::uint32_t> words) {

@@ -42,9 +42,9 @@ struct ScreenFacts {
 // The spaces that the screens are placed in. Without any monitor, the root takes its place.
 [[nodiscard]] Coordinates coordinatesFrom(const ScreenFacts& facts);
 
-// The number in the Xft.dpi line of the resource database; empty when there is none or it is no
-// sensible density (24 to 960).
-[[nodiscard]] std::optional<double> dpiIn(std::string_view resources);
+// Device pixels per point by the user's resource database (Xft.dpi; 96 dpi = 1); empty when it says
+// nothing or no sensible density (24 to 960 dpi).
+[[nodiscard]] std::optional<double> resourceScaleIn(std::string_view resources);
 
 // The rectangle that four words of a property describe: x, y, width and height in root pixels.
 // Empty for another number of words, and for numbers that no place on an X screen has.

@@ -11,7 +11,7 @@ namespace pelistra::desktop {
 inline constexpr std::size_t presentableTextByteLimit = 256;
 
 // A foreign text made fit to be shown and logged: valid UTF-8 of at most `byteLimit` bytes, cut
-// between characters. What is no UTF-8 becomes U+FFFD; control characters (line breaks
+// between characters. A broken sequence becomes U+FFFD; control characters (line breaks
 // included) become spaces; the invisible characters that reorder the text around them are dropped.
 // Letters of right-to-left scripts stay as they are.
 [[nodiscard]] std::string presentableText(std::string_view utf8,

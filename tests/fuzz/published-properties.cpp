@@ -70,15 +70,13 @@ void checkScreens(const desktop::ScreenFacts& facts) {
 }
 
 void checkResources(const std::string& text) {
-    const auto dpi = desktop::dpiIn(text);
-    check(!dpi || (*dpi >= 24 && *dpi <= 960));
-    const double scale = menubar::scaleFromResources(text);
-    check(scale >= menubar::leastScale && scale <= menubar::greatestScale);
+    const auto organiser = desktop::resourceScaleIn(text);
+    check(!organiser || (*organiser >= 0.25 && *organiser <= 10));
+    const double bar = menubar::scaleFromResources(text);
+    check(bar >= menubar::leastScale && bar <= menubar::greatestScale);
     // Where both believe the number, they understand the same.
-    constexpr double wholeResolution = 96;
-    check(!dpi || *dpi / wholeResolution < menubar::leastScale ||
-          *dpi / wholeResolution > menubar::greatestScale ||
-          std::abs(*dpi / wholeResolution - scale) < 1e-9);
+    check(!organiser || *organiser < menubar::leastScale || *organiser > menubar::greatestScale ||
+          std::abs(*organiser - bar) < 1e-9);
 }
 
 } // namespace

@@ -153,15 +153,13 @@ TEST(ScreenLayout, AreasOutsideEveryScreenAreNone) {
     EXPECT_EQ(desktop::screensFrom(facts)[0].auxiliaryTopRightArea, std::nullopt);
 }
 
-TEST(Resources, TheResolutionIsFoundInItsLineOnly) {
-    EXPECT_THAT(desktop::dpiIn("Xft.dpi:\t144\nXcursor.size:\t24\n"), Optional(144.0));
-    EXPECT_THAT(desktop::dpiIn("*background: white\nXft.dpi: 120.5"), Optional(120.5));
-    EXPECT_EQ(desktop::dpiIn("MyXft.dpi: 144"), std::nullopt);
-    EXPECT_EQ(desktop::dpiIn("Xft.dpi: much"), std::nullopt);
-    EXPECT_EQ(desktop::dpiIn("Xft.dpi: 0"), std::nullopt);
-    EXPECT_EQ(desktop::dpiIn("Xft.dpi: 1e9"), std::nullopt);
-    EXPECT_EQ(desktop::dpiIn("Xft.dpi: nan"), std::nullopt);
-    EXPECT_EQ(desktop::dpiIn(""), std::nullopt);
+TEST(Resources, TheScaleIsThatOfASensibleDensity) {
+    EXPECT_THAT(desktop::resourceScaleIn("Xft.dpi:\t144\nXcursor.size:\t24\n"), Optional(1.5));
+    EXPECT_THAT(desktop::resourceScaleIn("Xft.dpi: 24"), Optional(0.25));
+    EXPECT_THAT(desktop::resourceScaleIn("Xft.dpi: 960"), Optional(10.0));
+    EXPECT_EQ(desktop::resourceScaleIn("Xft.dpi: 23.9"), std::nullopt);
+    EXPECT_EQ(desktop::resourceScaleIn("Xft.dpi: 1e9"), std::nullopt);
+    EXPECT_EQ(desktop::resourceScaleIn(""), std::nullopt);
 }
 
 TEST(Resources, ARectangleIsFourSensibleNumbers) {
