@@ -1,27 +1,55 @@
 #include "tests/faults/Bench.h"
 
 #include <algorithm>
-#include <csignal>
 #include <stdexcept>
 #include <string>
+
+#include <sys/shm.h>
 
 namespace pelistra::testing {
 
 namespace {
 
-constexpr std::array programs{"parcellite", "volumeicon", "pnmixer", "qlipper", "qmidinet"};
 constexpr const char* settingsTitle = "Pelistra Settings";
 constexpr const char* onboardingTitle = "Welcome to Pelistra";
 // Where nothing is.
 constexpr RootPoint outside{.x = 300, .y = 700};
-constexpr int calmingAttempts = 4;
-constexpr std::chrono::seconds calmingTime{6};
+// A click may do no more than close a menu: the next one comes soon.
+constexpr int calmingAttempts = 16;
+constexpr std::chrono::milliseconds calmingTime{1500};
+constexpr std::chrono::seconds collapsingTime{6};
 // A click that follows another one sooner would not count.
 constexpr std::chrono::milliseconds restTime{450};
 
 void demand(bool reached, const std::string& what) {
     if (!reached) {
         throw std::runtime_error(what);
+    }
+}
+
+// A nested screen must be low enough to be turned.
+Desktop::Size sizeFor(PrivateDisplay::Server server) {
+    Desktop::Size size;
+    size.server = server;
+    if (server == PrivateDisplay::Server::Nested) {
+        constexpr int width = 1200;
+        size.width = width;
+    }
+    return size;
+}
+
+// System V shared memory outlives its maker. Some programs take what they left in a crash for
+// another one of themselves that runs, and do not start again until the next login.
+void removeSharedMemoryOf(pid_t maker) {
+    shmid_ds segment{};
+    shm_info all{};
+    // NOLINTNEXTLINE(*-reinterpret-cast): the call's own way.
+    const int last = shmctl(0, SHM_INFO, reinterpret_cast<shmid_ds*>(&all));
+    for (int index = 0; index <= last; ++index) {
+        const int id = shmctl(index, SHM_STAT, &segment);
+        if (id >= 0 && segment.shm_cpid == maker && segment.shm_nattch == 0) {
+            shmctl(id, IPC_RMID, nullptr);
+        }
     }
 }
 
@@ -45,10 +73,11 @@ const char* nameOf(Situation situation) {
     return "";
 }
 
-Bench::Bench() : tree_(desktop_.display()) {
+Bench::Bench(PrivateDisplay::Server server)
+    : server_(server), desktop_(sizeFor(server)), tree_(desktop_.display()) {
     AccessibleTree::letProgramsSpeak(desktop_.display());
     desktop_.startBar();
-    for (const char* program : programs) {
+    for (const std::string& program : programs()) {
         desktop_.startProgram(program);
     }
     desktop_.startOrganiser();
@@ -69,7 +98,7 @@ void Bench::bringInto(Situation situation) {
         openRow();
         break;
     case Situation::Revealed:
-        reveal();
+        openMenu();
         break;
     case Situation::SettingsOpen:
         openWindow("--show-settings", settingsTitle);
@@ -85,7 +114,7 @@ void Bench::collapse() {
     constexpr int attempts = 2;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         SecondRowUnderTest::letTheArrowRest();
-        if (desktop_.clickControl() && desktop_.waitUntilCollapsed(calmingTime)) {
+        if (desktop_.clickControl() && desktop_.waitUntilCollapsed(collapsingTime)) {
             return;
         }
     }
@@ -98,22 +127,46 @@ void Bench::openRow() {
     }
 }
 
-void Bench::reveal() {
+void Bench::reveal(const std::string& className) {
+    demand(calm(), "the section cannot be expanded");
     collapse();
     openRow();
-    const auto icon = row_.icon("Parcellite");
-    demand(icon.has_value(), "the row lacks an icon");
-    const std::size_t before = desktop_.x().shownTopLevels().size();
-    desktop_.input().click(centre(icon->frame), UserInput::Button::Right);
+    desktop_.input().click(centre(rowIcon(className).frame), UserInput::Button::Right);
     demand(waitFor([&] {
-               const auto item = desktop_.item("Parcellite");
+               const auto item = desktop_.item(className);
                return item && item->frame.x >= 0;
            }),
            "the icon is not revealed");
-    // The row goes, the menu comes.
-    demand(
-        waitFor([&] { return !row_.isOpen() && desktop_.x().shownTopLevels().size() >= before; }),
-        "no menu opens");
+}
+
+SecondRowUnderTest::Icon Bench::rowIcon(const std::string& className) {
+    // The row shows the hidden items in the bar's order.
+    const auto hidden = desktop_.hiddenSection();
+    const auto icons = row_.icons();
+    const auto place = std::ranges::find(hidden, className, &Desktop::Item::className);
+    demand(place != hidden.end() && icons.size() == hidden.size(),
+           "the row lacks the icon of " + className);
+    return icons[static_cast<std::size_t>(place - hidden.begin())];
+}
+
+void Bench::openMenu() {
+    constexpr std::size_t rowAlone = 1;
+    const std::size_t before = desktop_.x().shownTopLevels().size();
+    reveal("Parcellite");
+    // The row has gone, the menu comes.
+    demand(waitFor([&] {
+               return !row_.isOpen() && desktop_.x().shownTopLevels().size() >= before + rowAlone;
+           }),
+           "no menu opens");
+}
+
+void Bench::awaitRest(Situation situation) {
+    const bool isExpanded = situation == Situation::Expanded ||
+                            situation == Situation::SettingsOpen ||
+                            situation == Situation::OnboardingOpen;
+    if (!(isExpanded ? desktop_.waitUntilExpanded() : desktop_.waitUntilCollapsed())) {
+        throw std::runtime_error("the section does not come to rest: " + description());
+    }
 }
 
 void Bench::openWindow(const std::string& option, const char* title) {
@@ -158,7 +211,9 @@ void Bench::restartOrganiser() {
 }
 
 void Bench::killProgram(const std::string& program) {
-    desktop_.program(program).kill();
+    ChildProcess& process = desktop_.program(program);
+    process.kill();
+    removeSharedMemoryOf(process.pid());
 }
 
 void Bench::restartProgram(const std::string& program) {
@@ -182,9 +237,15 @@ std::string Bench::description() {
            log.substr(log.size() > length ? log.size() - length : 0);
 }
 
+const std::vector<std::string>& Bench::programs() {
+    static const std::vector<std::string> all{"parcellite", "volumeicon", "pnmixer", "qlipper",
+                                              "qmidinet"};
+    return all;
+}
+
 std::vector<std::string> Bench::classNames() {
     std::vector<std::string> names;
-    for (const char* program : programs) {
+    for (const std::string& program : programs()) {
         names.push_back(realTrayProgram(program).className);
     }
     return names;

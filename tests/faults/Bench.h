@@ -31,13 +31,23 @@ inline constexpr std::array allSituations{Situation::Expanded,     Situation::Co
 class Bench {
 public:
     // Throws std::runtime_error when the desktop does not come up.
-    Bench();
+    explicit Bench(PrivateDisplay::Server server = PrivateDisplay::Server::Virtual);
+
+    [[nodiscard]] PrivateDisplay::Server server() const { return server_; }
 
     [[nodiscard]] Desktop& desktop() { return desktop_; }
     [[nodiscard]] SecondRowUnderTest& row() { return row_; }
 
     // Goes there as a user would; throws std::runtime_error when it cannot be reached.
     void bringInto(Situation situation);
+    // Goes to the open row and clicks the icon of that class there for its own menu; returns once
+    // it stands on the screen.
+    void reveal(const std::string& className);
+    // The icon of that class in the open row; throws std::runtime_error when the row lacks it.
+    [[nodiscard]] SecondRowUnderTest::Icon rowIcon(const std::string& className);
+    // What a user sees when everything that was under way is over: expanded with all on the screen,
+    // or collapsed; throws std::runtime_error when neither comes.
+    void awaitRest(Situation situation);
     // Back to expanded, with no menu, row or window of the organiser open; false when that fails.
     [[nodiscard]] bool calm();
 
@@ -50,7 +60,8 @@ public:
     // How things stand, for whoever looks for the reason of a failure.
     [[nodiscard]] std::string description();
 
-    // The tray programs that run here, by the classes of their icons.
+    // The tray programs that run here, and the classes of their icons.
+    [[nodiscard]] static const std::vector<std::string>& programs();
     [[nodiscard]] static std::vector<std::string> classNames();
     // The classes of the foreign icons, left to right.
     [[nodiscard]] std::vector<std::string> foreignOrder();
@@ -60,10 +71,11 @@ public:
 private:
     void collapse();
     void openRow();
-    void reveal();
+    void openMenu();
     void openWindow(const std::string& option, const char* title);
     [[nodiscard]] bool isCalm();
 
+    PrivateDisplay::Server server_;
     Desktop desktop_;
     AccessibleTree tree_;
     SecondRowUnderTest row_{desktop_, tree_};

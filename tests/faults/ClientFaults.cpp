@@ -1,8 +1,7 @@
 #include "tests/desktop/harness/TrayClient.h"
 #include "tests/faults/Suite.h"
 
-#include <algorithm>
-#include <csignal>
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 
@@ -13,7 +12,6 @@ namespace {
 // An X server serves 256 clients at most.
 constexpr int batch = 100;
 constexpr int batches = 10;
-constexpr std::chrono::seconds stopTime{3};
 
 void dockAndDie(Bench& bench, int rounds) {
     for (int round = 0; round < rounds; ++round) {
@@ -64,26 +62,34 @@ Fault realOnesThatDie() {
             }};
 }
 
-// Whatever is asked about its window is answered by the server; its own answers do not come.
-Fault stopped(Situation situation) {
-    return {.name = std::string("a tray program is stopped for a while, ") + nameOf(situation),
-            .isInShortForm = situation == Situation::Collapsed,
-            .happen = [situation](Bench& bench) {
-                bench.bringInto(situation);
-                ChildProcess& process = bench.desktop().program("parcellite");
-                process.signal(SIGSTOP);
-                const bool works = staysTrue(
-                    [&] {
-                        return bench.desktop().organiser().process().isRunning() &&
-                               bench.desktop().bar().process().isRunning();
-                    },
-                    stopTime);
-                const bool calms = bench.calm();
-                process.signal(SIGCONT);
-                if (!works || !calms) {
-                    throw std::runtime_error("the organiser depends on a stopped program");
+// Each a process of its own, so that the system ends it and not a test.
+Fault processesThatDie() {
+    return {
+        .name = "1,000 tray programs dock and are killed, collapsed", .happen = [](Bench& bench) {
+            constexpr int atOnce = 50;
+            constexpr int rounds = 20;
+            bench.bringInto(Situation::Collapsed);
+            const auto own = std::filesystem::read_symlink("/proc/self/exe").string();
+            for (int round = 0; round < rounds; ++round) {
+                std::vector<std::unique_ptr<ChildProcess>> processes;
+                for (int number = 0; number < atOnce; ++number) {
+                    processes.push_back(bench.desktop().display().start(
+                        {own, "--icon", "Process" + std::to_string(number)}));
                 }
-            }};
+                // The others are on their way.
+                if (!waitFor([&] {
+                        return bench.desktop().items().size() >=
+                               bench.firstOrder().size() + atOnce / 2;
+                    })) {
+                    throw std::runtime_error("they do not dock: " + processes.front()->output());
+                }
+            }
+            if (!waitFor([&] {
+                    return bench.desktop().items().size() == bench.firstOrder().size() + 2;
+                })) {
+                throw std::runtime_error("icons of killed programs stay");
+            }
+        }};
 }
 
 Fault neverAnswers() {
@@ -96,15 +102,8 @@ Fault neverAnswers() {
                     throw std::runtime_error("it is not docked");
                 }
                 bench.bringInto(Situation::RowOpen);
-                // The row shows the hidden items in the bar's order.
-                const auto hidden = bench.desktop().hiddenSection();
-                const auto icons = bench.row().icons();
-                const auto place = std::ranges::find(hidden, "Silent", &Desktop::Item::className);
-                if (place == hidden.end() || icons.size() != hidden.size()) {
-                    throw std::runtime_error("the row lacks it");
-                }
-                const auto& icon = icons[static_cast<std::size_t>(place - hidden.begin())];
-                bench.desktop().input().click(centre(icon.frame), UserInput::Button::Right);
+                bench.desktop().input().click(centre(bench.rowIcon("Silent").frame),
+                                              UserInput::Button::Right);
                 if (!waitFor([&] { return !bench.row().isOpen(); }) || !bench.calm()) {
                     throw std::runtime_error("the organiser waits for it");
                 }
@@ -120,9 +119,7 @@ std::vector<Fault> clientFaults() {
             manyThatDie(Situation::Collapsed),
             manyThatDie(Situation::RowOpen),
             realOnesThatDie(),
-            stopped(Situation::Collapsed),
-            stopped(Situation::RowOpen),
-            stopped(Situation::Revealed)};
+            processesThatDie()};
 }
 
 } // namespace pelistra::testing

@@ -12,8 +12,9 @@ namespace pelistra::testing {
 void Suite::tryOut(const std::vector<Fault>& faults) {
     for (const Fault& fault : faults) {
         tryAlone(fault.name, [&]() -> std::vector<std::string> {
-            if (!bench_) {
-                bench_ = std::make_unique<Bench>();
+            if (!bench_ || bench_->server() != fault.server) {
+                bench_.reset();
+                bench_ = std::make_unique<Bench>(fault.server);
             }
             std::vector<std::string> complaints;
             try {

@@ -14,6 +14,8 @@ struct Fault {
     std::string name;
     // Part of the short form too.
     bool isInShortForm = false;
+    // What it needs of the display.
+    PrivateDisplay::Server server = PrivateDisplay::Server::Virtual;
     // Makes it go wrong and puts right what a user or a session manager would; throws
     // std::runtime_error when the product fails meanwhile.
     std::function<void(Bench& bench)> happen;
@@ -21,6 +23,7 @@ struct Fault {
 
 [[nodiscard]] std::vector<Fault> killFaults();
 [[nodiscard]] std::vector<Fault> clientFaults();
+[[nodiscard]] std::vector<Fault> stopFaults();
 [[nodiscard]] std::vector<Fault> clickFaults();
 [[nodiscard]] std::vector<Fault> screenFaults();
 [[nodiscard]] std::vector<Fault> fileFaults();
@@ -31,6 +34,8 @@ struct Fault {
 class Suite {
 public:
     void tryOut(const std::vector<Fault>& faults);
+    // Ends the desktop that is there.
+    void clear() { bench_.reset(); }
     // What needs a desktop of its own; returns what is wrong afterwards.
     void tryAlone(const std::string& name,
                   const std::function<std::vector<std::string>()>& happenAndCheck);
@@ -45,7 +50,12 @@ private:
     int notPossible_ = 0;
 };
 
-// The X server ends under the collapsed bar.
-[[nodiscard]] std::vector<std::string> endServer();
+// The X server ends; for tryAlone().
+struct ServerEnd {
+    std::string name;
+    bool isInShortForm = false;
+    std::function<std::vector<std::string>()> happenAndCheck;
+};
+[[nodiscard]] std::vector<ServerEnd> serverEnds();
 
 } // namespace pelistra::testing

@@ -1,3 +1,4 @@
+#include "tests/desktop/harness/TrayClient.h"
 #include "tests/faults/Mounts.h"
 #include "tests/faults/Suite.h"
 
@@ -5,12 +6,14 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace {
 
-constexpr const char* usage = R"(Usage: pelistra-faults --short | --soak | --only TEXT
+constexpr const char* usage = R"(Usage: pelistra-faults --short | --soak | --only TEXT | --icon NAME
 Let things go wrong on a private X server, on purpose, and check after each that nothing is lost.
 Ends with status 1 when something was.
 
@@ -18,6 +21,8 @@ Ends with status 1 when something was.
   --soak   all of them
   --only TEXT
            those whose name contains it
+  --icon NAME
+           be one of the tray programs to which it happens
 )";
 constexpr int wrongUsage = 2;
 
@@ -25,18 +30,34 @@ constexpr int wrongUsage = 2;
 bool tryAll(bool isShort, std::string_view text) {
     using namespace pelistra::testing;
     Suite suite;
-    for (auto faults : {killFaults(), clientFaults(), clickFaults(), screenFaults(), fileFaults(),
-                        diskFaults(), clockFaults()}) {
+    // What needs a server of its own kind comes last.
+    for (auto faults : {killFaults(), clientFaults(), stopFaults(), clickFaults(), fileFaults(),
+                        diskFaults(), clockFaults(), screenFaults()}) {
         std::erase_if(faults, [&](const Fault& fault) {
             return (isShort && !fault.isInShortForm) || fault.name.find(text) == std::string::npos;
         });
         suite.tryOut(faults);
     }
-    constexpr std::string_view serverEnds = "the X server ends, collapsed";
-    if (serverEnds.find(text) != std::string_view::npos) {
-        suite.tryAlone(std::string(serverEnds), endServer);
+    suite.clear();
+    for (const ServerEnd& end : serverEnds()) {
+        if ((end.isInShortForm || !isShort) && end.name.find(text) != std::string::npos) {
+            suite.tryAlone(end.name, end.happenAndCheck);
+        }
     }
     return suite.finish();
+}
+
+// A tray program of one icon, until somebody kills it.
+int beIcon(const std::string& name) {
+    pelistra::testing::TrayClient icon("", {.name = name});
+    if (!icon.requestDock()) {
+        return EXIT_FAILURE;
+    }
+    while (icon.x().connection().isAlive()) {
+        icon.handleEvents();
+        std::this_thread::sleep_for(pelistra::testing::lookInterval);
+    }
+    return EXIT_SUCCESS;
 }
 
 } // namespace
@@ -49,12 +70,16 @@ int main(int argc, char** argv) {
         std::cout << usage;
         return EXIT_SUCCESS;
     }
-    if (!isOnly && arguments != std::vector<std::string_view>{"--short"} &&
+    const bool isIcon = arguments.size() == 2 && arguments[0] == "--icon";
+    if (!isOnly && !isIcon && arguments != std::vector<std::string_view>{"--short"} &&
         arguments != std::vector<std::string_view>{"--soak"}) {
         std::cerr << usage;
         return wrongUsage;
     }
     try {
+        if (isIcon) {
+            return beIcon(std::string(arguments[1]));
+        }
         pelistra::testing::enterPrivateMounts();
         const bool survived = tryAll(arguments[0] == "--short", isOnly ? arguments[1] : "");
         return survived ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -214,6 +214,30 @@ void Desktop::setScreenSize(int width, int height) {
     }
 }
 
+void Desktop::turnScreen(bool left) {
+    const WindowFrame before = client_.rootFrame();
+    runXrandr({"--output", "default", "--rotate", left ? "left" : "normal"});
+    const WindowFrame turned{.width = before.height, .height = before.width};
+    if (!waitFor([&] { return client_.rootFrame() == turned; })) {
+        throw std::runtime_error("the screen does not turn");
+    }
+}
+
+void Desktop::connectOutput(int width, int height) {
+    const WindowFrame before = client_.rootFrame();
+    const std::string mode = std::to_string(width) + "x" + std::to_string(height);
+    runXrandr({"--output", "DUMMY0", "--primary"});
+    runXrandr({"--addmode", "DUMMY1", mode});
+    runXrandr({"--output", "DUMMY1", "--mode", mode, "--right-of", "DUMMY0"});
+    if (!waitFor([&] { return client_.rootFrame().width == before.width + width; })) {
+        throw std::runtime_error("the second output does not come on");
+    }
+}
+
+void Desktop::disconnectOutput() {
+    runXrandr({"--output", "DUMMY1", "--off"});
+}
+
 void Desktop::setMonitors(const std::vector<int>& widths) {
     const int height = client_.rootFrame().height;
     int x = 0;

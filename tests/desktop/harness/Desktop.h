@@ -76,9 +76,15 @@ public:
     // Puts an item between the divider and the arrow.
     [[nodiscard]] bool dragIntoVisibleSection(const std::string& className);
 
-    // Gives the only output a mode of that size, at most the size the display was started with;
-    // throws std::runtime_error when the server refuses.
+    // On a Virtual server: gives the only output a mode of that size, at most the size the display
+    // was started with; throws std::runtime_error when the server refuses.
     void setScreenSize(int width, int height);
+    // On a Nested server: turns the screen to the left, and back.
+    void turnScreen(bool left);
+    // On a server with Outputs: switches the second one on right of the first, which stays the
+    // primary one, and off. Throw std::runtime_error when the server refuses, as all of these do.
+    void connectOutput(int width, int height);
+    void disconnectOutput();
     // Divides the screen into monitors side by side; the first is the primary one. Their widths
     // must add up to the screen's.
     void setMonitors(const std::vector<int>& widths);

@@ -3,10 +3,13 @@
 #include "tests/desktop/harness/XClient.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace pelistra::testing {
 
@@ -14,7 +17,7 @@ namespace {
 
 // What a program needs of the environment that the tests run in. All else would let the user's
 // session leak in.
-constexpr const char* inherited[] = {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
+constexpr std::array inherited{"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"};
 
 constexpr std::chrono::seconds serverEndTime{5};
 
@@ -47,6 +50,35 @@ std::string answerIn(const ChildProcess& program, bool (*isAnswer)(const std::st
     }
     return {};
 }
+
+std::string sizeOf(const PrivateDisplay::Options& options) {
+    return std::to_string(options.width) + "x" + std::to_string(options.height);
+}
+
+// Without a graphics card and without anybody's keyboard; the sizes are still to be named.
+constexpr const char* withoutCard = R"(Section "ServerFlags"
+  Option "AutoAddDevices" "false"
+  Option "AutoEnableDevices" "false"
+  Option "DontVTSwitch" "true"
+EndSection
+Section "Device"
+  Identifier "None"
+  Driver "dummy"
+  VideoRam 65536
+EndSection
+Section "Monitor"
+  Identifier "Any"
+  HorizSync 5-1000
+  VertRefresh 5-200
+EndSection
+Section "Screen"
+  Identifier "Screen"
+  Device "None"
+  Monitor "Any"
+  DefaultDepth 24
+  SubSection "Display"
+    Depth 24
+)";
 
 std::string waitForAnswer(ChildProcess& program, bool (*isAnswer)(const std::string&)) {
     std::string answer;
@@ -104,6 +136,9 @@ PrivateDisplay::~PrivateDisplay() {
         // Asked to end, it removes its lock and its socket.
         server_->terminate(serverEndTime);
     }
+    if (host_) {
+        host_->terminate(serverEndTime);
+    }
 }
 
 void PrivateDisplay::setEnvironment(const std::string& variable, const std::string& value) {
@@ -125,7 +160,7 @@ std::unique_ptr<ChildProcess> PrivateDisplay::start(const std::vector<std::strin
 }
 
 void PrivateDisplay::makeFolders() {
-    const std::pair<const char*, const char*> folders[] = {
+    constexpr std::array<std::pair<const char*, const char*>, 7> folders{{
         {"HOME", "home"},
         {"XDG_CONFIG_HOME", "config"},
         {"XDG_STATE_HOME", "state"},
@@ -133,7 +168,7 @@ void PrivateDisplay::makeFolders() {
         {"XDG_DATA_HOME", "data"},
         {"XDG_RUNTIME_DIR", "runtime"},
         {"TMPDIR", "tmp"},
-    };
+    }};
     for (const auto& [variable, name] : folders) {
         const std::filesystem::path path = folder() / name;
         std::filesystem::create_directory(path);
@@ -143,15 +178,45 @@ void PrivateDisplay::makeFolders() {
 }
 
 void PrivateDisplay::startServer(const Options& options) {
-    // The server picks a free display by itself and writes its number to its standard output.
-    const std::string screen =
-        std::to_string(options.width) + "x" + std::to_string(options.height) + "x24";
-    server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-dpi",
-                     std::to_string(options.dpi), "-nolisten", "tcp", "-noreset", "+extension",
-                     "RANDR", "+extension", "Composite"});
-    name_ = ":";
-    name_ += waitForAnswer(*server_, isDisplayNumber);
+    switch (options.server) {
+    case Server::Virtual:
+        server_ = startVirtual(options);
+        break;
+    case Server::Nested:
+        server_ = startNested(options);
+        break;
+    case Server::Outputs:
+        server_ = startWithOutputs(options);
+        break;
+    }
+    name_ = ":" + waitForAnswer(*server_, isDisplayNumber);
     environment_["DISPLAY"] = name_;
+}
+
+// Each server picks a free display by itself and writes its number to its standard output.
+
+std::unique_ptr<ChildProcess> PrivateDisplay::startVirtual(const Options& options) {
+    return start({"Xvfb", "-displayfd", "1", "-screen", "0", sizeOf(options) + "x24", "-dpi",
+                  std::to_string(options.dpi), "-nolisten", "tcp", "-noreset", "+extension",
+                  "RANDR", "+extension", "Composite"});
+}
+
+std::unique_ptr<ChildProcess> PrivateDisplay::startNested(const Options& options) {
+    constexpr int largest = 1200;
+    host_ = startVirtual({.width = largest, .height = largest});
+    const std::string host = ":" + waitForAnswer(*host_, isDisplayNumber);
+    return start({"Xephyr", "-displayfd", "1", "-screen", sizeOf(options), "-resizeable", "-dpi",
+                  std::to_string(options.dpi), "-nolisten", "tcp", "-noreset"},
+                 {{"DISPLAY", host}});
+}
+
+std::unique_ptr<ChildProcess> PrivateDisplay::startWithOutputs(const Options& options) {
+    const std::filesystem::path settings = folder() / "xorg.conf";
+    std::ofstream(settings) << withoutCard << "    Modes \"" << sizeOf(options)
+                            << "\"\n  EndSubSection\nEndSection\n";
+    return start({"/usr/lib/xorg/Xorg", "-displayfd", "1", "-config", settings.string(), "-logfile",
+                  (folder() / "xorg.log").string(), "-dpi", std::to_string(options.dpi),
+                  "-nolisten", "tcp", "-noreset", "-novtswitch", "-sharevts", "-keeptty"});
 }
 
 void PrivateDisplay::startSessionBus() {

@@ -3,6 +3,7 @@
 #include "tests/desktop/harness/ChildProcess.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -10,10 +11,19 @@
 
 namespace pelistra::testing {
 
-// An X server (Xvfb) on a free display, a session bus, and a home of their own for the programs
-// that run on it. Everything ends with this object, or with this process.
+// An X server on a free display, a session bus, and a home of their own for the programs that run
+// on it. Everything ends with this object, or with this process.
 class PrivateDisplay {
 public:
+    enum class Server : std::uint8_t {
+        // Xvfb: one output, named "screen", that takes any size up to the first one.
+        Virtual,
+        // Xephyr in a window of an Xvfb: its output, named "default", can be turned. 1200 x 1200 at
+        // most.
+        Nested,
+        // Xorg without a graphics card: outputs "DUMMY0" (on), "DUMMY1", ... that come and go.
+        Outputs,
+    };
     struct Options {
         int width = 1280;
         int height = 800;
@@ -21,6 +31,7 @@ public:
         // Start openbox, the window manager of the desktop tests.
         bool windowManager = false;
         bool sessionBus = false;
+        Server server = Server::Virtual;
     };
 
     // Throws std::runtime_error when a server does not come up in time.
@@ -48,11 +59,16 @@ public:
     void killServer() { server_->kill(); }
     // Kills the window manager as a crash would, and starts it again; the display must have one.
     void restartWindowManager();
+    // The display must have one.
+    [[nodiscard]] pid_t windowManagerPid() const { return windowManager_->pid(); }
     [[nodiscard]] pid_t serverPid() const { return server_->pid(); }
 
 private:
     void makeFolders();
     void startServer(const Options& options);
+    [[nodiscard]] std::unique_ptr<ChildProcess> startVirtual(const Options& options);
+    [[nodiscard]] std::unique_ptr<ChildProcess> startNested(const Options& options);
+    [[nodiscard]] std::unique_ptr<ChildProcess> startWithOutputs(const Options& options);
     void startSessionBus();
     void startWindowManager();
 
@@ -61,6 +77,8 @@ private:
     Environment environment_;
     std::string name_;
     int startedPrograms_ = 0;
+    // The server in whose window a nested one shows itself.
+    std::unique_ptr<ChildProcess> host_;
     std::unique_ptr<ChildProcess> server_;
     std::unique_ptr<ChildProcess> sessionBus_;
     std::unique_ptr<ChildProcess> windowManager_;
