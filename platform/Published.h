@@ -1,12 +1,9 @@
 #pragma once
 
+#include "platform/HandlerList.h"
 #include "platform/Subscription.h"
 
-#include <algorithm>
-#include <functional>
-#include <memory>
 #include <utility>
-#include <vector>
 
 namespace pelistra {
 
@@ -15,7 +12,8 @@ namespace pelistra {
 template <class T>
 class Published {
 public:
-    using Observer = std::function<void(const T& newValue)>;
+    // Is handed the new value.
+    using Observer = typename HandlerList<const T&>::Handler;
 
     explicit Published(T initial = T()) : value_(std::move(initial)) {}
     Published(const Published&) = delete;
@@ -26,7 +24,7 @@ public:
 
     // One publication, whether or not the value differs.
     void set(T newValue) {
-        announce(newValue);
+        observers_.call(newValue);
         value_ = std::move(newValue);
     }
 
@@ -41,32 +39,12 @@ public:
     // Tells the observer of every publication until the token dies. The token may outlive the
     // property, and may be dropped while observers are being told.
     [[nodiscard]] SubscriptionPtr observe(Observer observer) {
-        auto entry = std::make_shared<Observer>(std::move(observer));
-        observers_.push_back(entry);
-        return std::make_unique<Token>(std::move(entry));
+        return observers_.add(std::move(observer));
     }
 
 private:
-    class Token final : public Subscription {
-    public:
-        explicit Token(std::shared_ptr<Observer> entry) : entry_(std::move(entry)) {}
-
-    private:
-        std::shared_ptr<Observer> entry_;
-    };
-
-    void announce(const T& newValue) {
-        std::erase_if(observers_, [](const auto& entry) { return entry.expired(); });
-        const auto told = observers_;
-        for (const auto& entry : told) {
-            if (const auto observer = entry.lock()) {
-                (*observer)(newValue);
-            }
-        }
-    }
-
     T value_;
-    std::vector<std::weak_ptr<Observer>> observers_;
+    HandlerList<const T&> observers_;
 };
 
 } // namespace pelistra

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/HandlerList.h"
 #include "platform/Logger.h"
-#include "platform/linux/HandlerList.h"
 #include "platform/x11/Connection.h"
 
 #include <chrono>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/HandlerList.h"
 #include "platform/Logger.h"
 #include "platform/linux/Coordinates.h"
 #include "platform/linux/EventPump.h"
-#include "platform/linux/HandlerList.h"
 #include "platform/linux/ScreenLayout.h"
 #include "platform/x11/Connection.h"
 

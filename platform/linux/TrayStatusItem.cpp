@@ -99,8 +99,8 @@ void TrayStatusItem::dock() {
     }
     const auto position = services_.defaults.numberForKey(positionKey());
     constexpr double mostItems = 100000;
-    width_ = pixelLength();
-    height_ = pixelHeight();
+    width_ = askedWidth_ = pixelLength();
+    height_ = askedHeight_ = pixelHeight();
     window_ = std::make_unique<TrayIconWindow>(
         services_.connection, services_.atoms,
         TrayIconWindow::Traits{
@@ -136,10 +136,21 @@ void TrayStatusItem::refreshLook() {
 }
 
 void TrayStatusItem::requestLength() {
-    if (window_ != nullptr) {
-        window_->requestSize(pixelLength(), pixelHeight());
+    const int width = pixelLength();
+    const int height = pixelHeight();
+    // What it has not got, the tray has refused or not yet seen: then it asks again.
+    const bool isAsked = askedWidth_ == width && askedHeight_ == height;
+    const bool isGranted = width_ == width && height_ == height;
+    if (window_ != nullptr && !(isAsked && isGranted)) {
+        requestSize(width, height);
         services_.connection.flush();
     }
+}
+
+void TrayStatusItem::requestSize(int width, int height) {
+    askedWidth_ = width;
+    askedHeight_ = height;
+    window_->requestSize(width, height);
 }
 
 void TrayStatusItem::handle(const xcb_generic_event_t& event) {
@@ -215,8 +226,9 @@ void TrayStatusItem::handleConfigure(const xcb_configure_notify_event_t& event) 
     width_ = event.width;
     height_ = event.height;
     // Under a tray that decides the height itself, a square item follows it.
-    if (isSquare && isHigher && !services_.trayHost.tray()->barHeight) {
-        window_->requestSize(height_, height_);
+    const std::optional<Tray>& tray = services_.trayHost.tray();
+    if (isSquare && isHigher && tray && !tray->barHeight) {
+        requestSize(height_, height_);
     }
     redraw();
 }

@@ -2,7 +2,6 @@
 
 #include "platform/MainQueue.h"
 #include "platform/StatusBar.h"
-#include "platform/linux/HandlerList.h"
 #include "platform/linux/StatusItemPicture.h"
 #include "platform/linux/TrayIconWindow.h"
 #include "platform/linux/TrayStatusButton.h"
@@ -81,6 +80,7 @@ private:
     void trigger(EventType type, std::uint16_t state);
     void savePosition();
     void requestLength();
+    void requestSize(int width, int height);
     void redraw();
     [[nodiscard]] QColor foreground() const;
     [[nodiscard]] int pixelHeight() const;
@@ -101,6 +101,9 @@ private:
     // What the tray has given it, in device pixels.
     int width_ = 0;
     int height_ = 0;
+    // What it has asked for last, in device pixels.
+    int askedWidth_ = 0;
+    int askedHeight_ = 0;
     bool hovered_ = false;
     // The button that went down on the item and is still down; 0 for none.
     xcb_button_t pressed_ = 0;

@@ -119,6 +119,7 @@ private:
             x11::PropertyRequest type;
         };
         std::vector<Request> requests;
+        requests.reserve(windows.size());
         for (const WindowId window : windows) {
             requests.push_back(
                 {.window = window,
@@ -160,6 +161,7 @@ private:
             return processes;
         }
         std::vector<xcb_res_client_id_spec_t> specs;
+        specs.reserve(windows.size());
         for (const WindowId window : windows) {
             specs.push_back({.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
         }

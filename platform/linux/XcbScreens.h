@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/HandlerList.h"
 #include "platform/Lifetime.h"
 #include "platform/MainQueue.h"
 #include "platform/Screens.h"

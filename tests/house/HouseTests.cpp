@@ -32,7 +32,7 @@ struct Ended {
 
 Ended runToEnd(const std::vector<std::string>& command) {
     const TemporaryFolder folder;
-    Environment environment{{"PATH", "/usr/local/bin:/usr/bin:/bin"}, {"LANG", "C.UTF-8"}};
+    const Environment environment{{"PATH", "/usr/local/bin:/usr/bin:/bin"}, {"LANG", "C.UTF-8"}};
     ChildProcess process(command, environment, folder.path() / "output");
     const auto status = process.waitForExit(wholeTree);
     return {.status = status, .output = process.output()};

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/HandlerList.h"
 #include "platform/Screens.h"
-#include "tests/platform/FakeObservers.h"
 #include "tests/platform/Journal.h"
 
 #include <optional>
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] std::optional<Screen> main() const override { return mainScreen; }
     [[nodiscard]] SubscriptionPtr observeParameterChanges(std::function<void()> handler) override;
 
-    void announceChange() { observers_.tell(); }
+    void announceChange() { observers_.call(); }
     [[nodiscard]] std::size_t observers() const { return observers_.count(); }
 
     std::vector<Screen> list{plainScreen(0, 1512)};
@@ -29,7 +29,7 @@ public:
 
 private:
     Journal& journal_;
-    FakeObservers<> observers_;
+    HandlerList<> observers_;
 };
 
 } // namespace pelistra::testing

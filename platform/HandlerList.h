@@ -2,15 +2,18 @@
 
 #include "platform/Subscription.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
 
-namespace pelistra::desktop {
+namespace pelistra {
 
-// Handlers that are called until their tokens die. A handler may add and drop handlers, itself
-// included, and may bring about a nested call.
+// Handlers that are called, in the order in which they came, until their tokens die. A token may
+// outlive the list. A handler may add and drop handlers, itself included, and may bring about a
+// nested call; one that is added during a call is called from the next one on.
 template <class... Arguments>
 class HandlerList {
 public:
@@ -32,6 +35,12 @@ public:
         }
     }
 
+    // How many handlers there are.
+    [[nodiscard]] std::size_t count() const {
+        return static_cast<std::size_t>(
+            std::ranges::count_if(entries_, [](const auto& entry) { return !entry.expired(); }));
+    }
+
 private:
     class Token final : public Subscription {
     public:
@@ -44,4 +53,4 @@ private:
     std::vector<std::weak_ptr<Handler>> entries_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra
