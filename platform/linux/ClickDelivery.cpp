@@ -279,10 +279,10 @@ void ClickDelivery::lookForMenu(WindowId icon, std::size_t attempt) {
 }
 
 void ClickDelivery::beginWatching(WindowId icon) {
-    menu_ = Menu{};
-    menu_->icon = icon;
+    Menu& menu = menu_.emplace(Menu{});
+    menu.icon = icon;
     selectRawPresses(true);
-    grabUserKeyboard();
+    menu.keyboardIsGrabbed = grabUserKeyboard();
     connection_->flush();
 }
 
@@ -312,16 +312,17 @@ void ClickDelivery::selectRawPresses(bool on) const {
 
 // The keyboard is grabbed synchronously: it waits at each key for what we decide, so that a key
 // that comes after the menu has closed goes where it would have gone without us.
-void ClickDelivery::grabUserKeyboard() {
+bool ClickDelivery::grabUserKeyboard() {
     const std::uint32_t keys =
         XCB_INPUT_XI_EVENT_MASK_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_KEY_RELEASE;
     const auto reply = replies_.take<xcb_input_xi_grab_device_reply_t>(xcb_input_xi_grab_device(
         connection_->get(), connection_->root(), XCB_CURRENT_TIME, XCB_NONE, device_.userKeyboard(),
         XCB_INPUT_GRAB_MODE_22_SYNC, XCB_INPUT_GRAB_MODE_22_ASYNC, 0, 1, &keys));
-    menu_->keyboardIsGrabbed = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
-    if (menu_->keyboardIsGrabbed) {
+    const bool isGrabbed = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    if (isGrabbed) {
         allowKey(XCB_INPUT_EVENT_MODE_SYNC_DEVICE);
     }
+    return isGrabbed;
 }
 
 void ClickDelivery::allowKey(std::uint8_t mode) const {
@@ -375,7 +376,7 @@ void ClickDelivery::handleKey(const xcb_input_key_press_event_t& event, bool pre
 }
 
 void ClickDelivery::handlePress(xcb_input_device_id_t device) {
-    if (device_.isOwn(device) || !replies_.begin(patience)) {
+    if (!menu_ || device_.isOwn(device) || !replies_.begin(patience)) {
         return;
     }
     const auto place = placeOf(device);

@@ -97,7 +97,8 @@ private:
     [[nodiscard]] std::optional<RootPlace> placeOf(xcb_input_device_id_t device);
     void clickOutside(RootPlace place);
     void selectRawPresses(bool on) const;
-    void grabUserKeyboard();
+    // Whether the server let us.
+    [[nodiscard]] bool grabUserKeyboard();
     void allowKey(std::uint8_t mode) const;
     [[nodiscard]] std::uint32_t clientOf(WindowId window) const;
     void ignoreErrorOf(xcb_void_cookie_t request) const;
