@@ -10,6 +10,7 @@ namespace pelistra::menubar {
 // with its height reserved.
 class BarWindow {
 public:
+    // Makes the window, unmapped, with no place yet.
     explicit BarWindow(const Server& server);
 
     [[nodiscard]] xcb_window_t id() const { return window_.id(); }
@@ -17,6 +18,7 @@ public:
 
     // Moves the bar there and reserves its space, if `reserve`; nothing happens when it is there.
     void place(const PixelRect& frame, bool reserve);
+    // Maps the window; it is made unmapped.
     void show() const;
 
 private:

@@ -12,11 +12,13 @@ namespace pelistra::menubar {
 class Complaints {
 public:
     using Clock = std::chrono::steady_clock;
+    // From one line to the next. Long enough for a log that stays readable.
     static constexpr std::chrono::seconds pause{10};
 
+    // Logs the complaint, or holds it back.
     void add(std::string_view text);
 
-    // The line to log for a complaint at `now`; empty when it is held back.
+    // What add() does at a time of the caller's choice: the line to log for a complaint at `now`; empty when it is held back.
     [[nodiscard]] std::optional<std::string> lineFor(std::string_view text, Clock::time_point now);
 
 private:

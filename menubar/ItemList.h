@@ -32,9 +32,11 @@ public:
     // The lowest ordinal that no docked item of that window class has.
     [[nodiscard]] int freeOrdinal(const std::string& instance, const std::string& className) const;
 
+    // Puts the item at that index among all items; the number of items puts it at the right end.
     void insert(std::size_t index, std::unique_ptr<DockedItem> item);
     // Takes the item out; null when it is not docked.
     std::unique_ptr<DockedItem> take(xcb_window_t client);
+    // Where it stands among all items; the number of items when it is none of them.
     [[nodiscard]] std::size_t indexOf(const DockedItem& item) const;
     // Moves the item so that it stands at `index` among the items that have a slot.
     void moveAmongShown(const DockedItem& item, std::size_t index);

@@ -42,11 +42,13 @@ public:
 
     [[nodiscard]] const std::vector<ItemIdentity>& order() const { return order_; }
 
-    // One line per item; see parse().
+    // The order as a text: a line that names this form and its version, then a line per item with
+    // instance, class and ordinal, tabs between them.
     [[nodiscard]] std::string text() const;
 
     struct Parsed;
-    // Reads what text() wrote. Lines that make no sense, and repeated identities, are left out.
+    // Reads what text() wrote, or what somebody made of it: lines that make no sense, repeated
+    // identities and those beyond the capacity are left out and counted.
     [[nodiscard]] static Parsed parse(std::string_view text);
 
     bool operator==(const OrderMemory&) const = default;

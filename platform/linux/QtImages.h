@@ -22,6 +22,7 @@ public:
 // end).
 [[nodiscard]] QImage rendered(const Image& image, double scale, const QColor& label);
 
+// Pictures drawn by Qt; symbols are the project's own (Symbols.h).
 class QtImages final : public Images {
 public:
     [[nodiscard]] std::shared_ptr<Image>

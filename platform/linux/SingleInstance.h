@@ -33,6 +33,7 @@ public:
     SingleInstance& operator=(const SingleInstance&) = delete;
     ~SingleInstance();
 
+    // Takes the selection, unless another organiser owns it; a few round trips.
     [[nodiscard]] Claim claim();
     // Hands a request to the running organiser; whether it took it in time. Drops other events that
     // come meanwhile.
@@ -40,6 +41,7 @@ public:
 
     // What to do with the requests of later starts.
     void setRequestHandler(std::function<void(Request)> handler);
+    // To be called for every event of the connection, by the process that claimed it.
     void handle(const xcb_generic_event_t& event);
 
 private:

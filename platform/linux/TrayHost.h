@@ -61,6 +61,7 @@ public:
     // Asks the tray to take the window.
     void requestDock(xcb_window_t window) const;
 
+    // Calls the handler after each change, with tray() as it is then, until the token dies.
     [[nodiscard]] SubscriptionPtr observe(std::function<void(Change)> handler);
 
 private:

@@ -6,6 +6,7 @@
 
 namespace pelistra::appkit {
 
+// The event's raw type and modifier flags, as AppKit numbers them.
 [[nodiscard]] Event eventOf(NSEvent* event);
 
 // The running application, by NSApplication, NSProcessInfo and the main bundle. The shared

@@ -22,6 +22,7 @@ private:
 // The picture with its attributes set, ready to be handed to a control; nil for null.
 [[nodiscard]] NSImage* nativeImage(const ImagePtr& image);
 
+// Pictures by NSImage; symbols are the system's own.
 class AppKitImages final : public Images {
 public:
     [[nodiscard]] std::shared_ptr<Image>

@@ -4,6 +4,7 @@
 
 namespace pelistra::appkit {
 
+// The screens, by NSScreen.
 class AppKitScreens final : public Screens {
 public:
     [[nodiscard]] std::vector<Screen> screens() const override;

@@ -4,6 +4,7 @@
 
 namespace pelistra::appkit {
 
+// Events by CGEvent.
 class CoreGraphicsEventPosting final : public EventPosting {
 public:
     [[nodiscard]] std::unique_ptr<EventSource> source(EventSourceState state) override;

@@ -4,6 +4,8 @@
 
 namespace pelistra::appkit {
 
+// Pictures of windows, by CoreGraphics. Without the function for that, which newer systems may no
+// longer have, every picture is refused.
 class CoreGraphicsScreenCapture final : public ScreenCapture {
 public:
     [[nodiscard]] bool preflightAccess() override;

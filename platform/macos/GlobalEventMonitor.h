@@ -4,6 +4,7 @@
 
 namespace pelistra::appkit {
 
+// What happens in other applications, by a global monitor of NSEvent.
 class GlobalEventMonitor final : public GlobalClicks {
 public:
     [[nodiscard]] SubscriptionPtr addMonitor(EventMask matching,
