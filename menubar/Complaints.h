@@ -18,7 +18,8 @@ public:
     // Logs the complaint, or holds it back.
     void add(std::string_view text);
 
-    // What add() does at a time of the caller's choice: the line to log for a complaint at `now`; empty when it is held back.
+    // What add() does at a time of the caller's choice: the line to log for a complaint at `now`;
+    // empty when it is held back.
     [[nodiscard]] std::optional<std::string> lineFor(std::string_view text, Clock::time_point now);
 
 private:
