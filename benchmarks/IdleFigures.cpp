@@ -127,7 +127,7 @@ void watchExpanded(Desktop& desktop, const std::vector<Program>& programs, const
                                    .unit = "",
                                    .limit = atMost(0)});
         section.figures.push_back({.what = "proportional memory of the " + program.name,
-                                   .spread = spreadOf({memoryOf(program.pid)}),
+                                   .spread = spreadOf({memoryOf(program.pid).proportional}),
                                    .unit = "MiB",
                                    .limit = atMost(program.mostMemory)});
     }

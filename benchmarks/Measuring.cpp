@@ -2,6 +2,7 @@
 
 #include "tests/desktop/harness/ChildProcess.h"
 
+#include <cmath>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -47,6 +48,10 @@ double processorTimeOf(pid_t pid) {
     return nanoseconds / nanosecondsOfMillisecond;
 }
 
+double mebibytes(long kibibytes) {
+    return static_cast<double>(kibibytes) / kibibytesOfMebibyte;
+}
+
 } // namespace
 
 Effort Effort::quick() {
@@ -73,29 +78,35 @@ Cost costOfGroup(pid_t group) {
     return cost;
 }
 
-double memoryOfGroup(pid_t group) {
-    double memory = 0;
+Memory memoryOfGroup(pid_t group) {
+    Memory memory;
     for (const pid_t pid : processesOfGroup(group)) {
-        memory += static_cast<double>(proportionalMemory(pid).value_or(0)) / kibibytesOfMebibyte;
+        memory.proportional += mebibytes(proportionalMemory(pid).value_or(0));
+        memory.own += mebibytes(ownMemory(pid).value_or(0));
     }
     return memory;
 }
 
-double memoryOf(pid_t pid) {
-    const auto memory = proportionalMemory(pid);
-    require(memory.has_value(), "the process whose memory is asked for is gone");
-    return static_cast<double>(*memory) / kibibytesOfMebibyte;
+Memory memoryOf(pid_t pid) {
+    constexpr long unknown = -1;
+    const long proportional = proportionalMemory(pid).value_or(unknown);
+    const long own = ownMemory(pid).value_or(unknown);
+    require(proportional >= 0 && own >= 0, "the process whose memory is asked for is gone");
+    return {.proportional = mebibytes(proportional), .own = mebibytes(own)};
 }
 
-double settledMemoryOf(pid_t pid) {
+Memory settledMemoryOf(pid_t pid) {
+    // Programs give back what they no longer need a while after its use.
+    constexpr std::chrono::seconds whileAfterUse{4};
+    std::this_thread::sleep_for(whileAfterUse);
     constexpr int mostLooks = 20;
     constexpr std::chrono::milliseconds between{500};
     constexpr double unchanged = 0.05;
-    double before = memoryOf(pid);
+    Memory before = memoryOf(pid);
     for (int look = 0; look < mostLooks; ++look) {
         std::this_thread::sleep_for(between);
-        const double now = memoryOf(pid);
-        if (now > before - unchanged && now < before + unchanged) {
+        const Memory now = memoryOf(pid);
+        if (std::abs(now.own - before.own) < unchanged) {
             return now;
         }
         before = now;

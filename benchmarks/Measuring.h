@@ -42,13 +42,22 @@ struct Cost {
 
 // Of a program and everything it has started in its process group.
 [[nodiscard]] Cost costOfGroup(pid_t group);
-[[nodiscard]] double memoryOfGroup(pid_t group);
 
-// MiB. Throws std::runtime_error when the process is gone.
-[[nodiscard]] double memoryOf(pid_t pid);
+// MiB.
+struct Memory {
+    // With its part of what it shares.
+    double proportional = 0;
+    // What only this process has, and no file.
+    double own = 0;
+};
 
-// The memory of a process once it no longer changes.
-[[nodiscard]] double settledMemoryOf(pid_t pid);
+[[nodiscard]] Memory memoryOfGroup(pid_t group);
+
+// Throws std::runtime_error when the process is gone.
+[[nodiscard]] Memory memoryOf(pid_t pid);
+
+// The memory of a process once its own no longer changes.
+[[nodiscard]] Memory settledMemoryOf(pid_t pid);
 
 // The time that the calling thread has spent on a processor.
 [[nodiscard]] Milliseconds ownProcessorTime();

@@ -161,10 +161,12 @@ std::vector<pid_t> RunningProduct::groups() {
     return {process_->pid()};
 }
 
-double RunningProduct::memory() {
-    double sum = 0;
+Memory RunningProduct::memory() {
+    Memory sum;
     for (const pid_t group : groups()) {
-        sum += memoryOfGroup(group);
+        const Memory memory = memoryOfGroup(group);
+        sum.proportional += memory.proportional;
+        sum.own += memory.own;
     }
     return sum;
 }

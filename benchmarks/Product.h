@@ -1,5 +1,6 @@
 #pragma once
 
+#include "benchmarks/Measuring.h"
 #include "tests/desktop/harness/Desktop.h"
 
 #include <memory>
@@ -44,7 +45,7 @@ public:
 
     // The process groups that belong to it.
     [[nodiscard]] std::vector<pid_t> groups();
-    [[nodiscard]] double memory();
+    [[nodiscard]] Memory memory();
     // What its processes have cost so far, wake-ups and milliseconds.
     [[nodiscard]] double wakeUps();
     [[nodiscard]] double processorMilliseconds();

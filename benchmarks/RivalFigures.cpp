@@ -21,6 +21,8 @@ constexpr std::size_t icons = 50;
 // A product that takes longer has lost anyway.
 constexpr std::chrono::seconds longestWait{20};
 constexpr std::chrono::milliseconds rest{700};
+// What was needed for a moment only is given back by then, where a product does so.
+constexpr std::chrono::seconds restForMemory{4};
 
 // The values of one product for each row.
 class Values {
@@ -122,7 +124,10 @@ void dockMany(const Product& product, std::size_t count, const std::string& name
     values.add("dock " + name, Milliseconds(Clock::now() - begin).count());
     std::this_thread::sleep_for(rest);
     values.add("processor " + name, running.processorMilliseconds() - processorBefore);
-    values.add("memory " + name, running.memory());
+    std::this_thread::sleep_for(restForMemory);
+    const Memory memory = running.memory();
+    values.add("memory " + name, memory.proportional);
+    values.add("own memory " + name, memory.own);
 }
 
 // Where the icon furthest to the right ends, whoever it belongs to.
@@ -178,7 +183,10 @@ void hideAndShow(const Product& product, const Effort& effort, Values& values) {
         values.add("show", timeToToggle(desktop, running, many.windows(), false));
     }
     static_cast<void>(timeToToggle(desktop, running, many.windows(), true));
-    values.add("memory hidden", running.memory());
+    std::this_thread::sleep_for(restForMemory);
+    const Memory memory = running.memory();
+    values.add("memory hidden", memory.proportional);
+    values.add("own memory hidden", memory.own);
 }
 
 void idle(const Effort& effort, const std::string& how, RunningProduct& running, Values& values) {
@@ -263,9 +271,11 @@ std::vector<RowName> rowNames(const Effort& effort) {
          .what = "processor time in " + seconds + ", hidden",
          .unit = "ms"},
         {.key = "memory 50", .what = "proportional memory with 50 icons, shown", .unit = "MiB"},
+        {.key = "own memory 50", .what = "own memory with 50 icons, shown", .unit = "MiB"},
         {.key = "memory hidden",
          .what = "proportional memory with 50 icons, hidden",
          .unit = "MiB"},
+        {.key = "own memory hidden", .what = "own memory with 50 icons, hidden", .unit = "MiB"},
     };
     for (const int count : effort.iconCounts) {
         const std::string number = std::to_string(count);
@@ -275,6 +285,9 @@ std::vector<RowName> rowNames(const Effort& effort) {
                         .unit = "ms"});
         rows.push_back({.key = "memory " + number,
                         .what = "proportional memory with " + number + " icons",
+                        .unit = "MiB"});
+        rows.push_back({.key = "own memory " + number,
+                        .what = "own memory with " + number + " icons",
                         .unit = "MiB"});
     }
     return rows;

@@ -149,16 +149,16 @@ Section rowMemoryFigures(const Effort& effort) {
     constexpr int firstUse = 20;
     openAndClose(firstUse);
     const pid_t organiser = desktop.organiser().process().pid();
-    const double before = settledMemoryOf(organiser);
+    const Memory before = settledMemoryOf(organiser);
     openAndClose(effort.openings);
-    const double after = settledMemoryOf(organiser);
+    const Memory after = settledMemoryOf(organiser);
     constexpr double noise = 0.5;
     return {.title = "The second row's memory",
-            .figures = {{.what = "memory of the organiser after 20 openings",
-                         .spread = spreadOf({before}),
+            .figures = {{.what = "own memory of the organiser after 20 openings",
+                         .spread = spreadOf({before.own}),
                          .unit = "MiB"},
                         {.what = "growth by " + std::to_string(effort.openings) + " more",
-                         .spread = spreadOf({after - before}),
+                         .spread = spreadOf({after.own - before.own}),
                          .unit = "MiB",
                          .limit = atMost(noise)}}};
 }

@@ -41,7 +41,8 @@ std::optional<Choice> parse(const std::vector<std::string>& arguments) {
         const std::string& argument = arguments[index];
         if (argument == "--quick") {
             choice.effort = Effort::quick();
-        } else if (argument == "--core" || argument == "--desktop" || argument == "--rivals") {
+        } else if (argument == "--core" || argument == "--desktop" || argument == "--memory" ||
+                   argument == "--rivals") {
             choice.parts.insert(argument.substr(2));
         } else if (argument == "--write" && index + 2 < arguments.size()) {
             choice.page = arguments[++index];
@@ -51,7 +52,7 @@ std::optional<Choice> parse(const std::vector<std::string>& arguments) {
         }
     }
     if (choice.parts.empty()) {
-        choice.parts = {"core", "desktop", "rivals"};
+        choice.parts = {"core", "desktop", "memory", "rivals"};
     }
     return choice;
 }
@@ -73,6 +74,7 @@ public:
 private:
     template <class Measure>
     void add(const std::string& name, Measure measure);
+    void measureAtTheSameTime();
     void print(const Section& section);
     void print(const Comparison& comparison);
 
@@ -103,6 +105,24 @@ void Run::print(const Comparison& comparison) {
     page_ += markdown(comparison);
 }
 
+// What does not depend on how fast the machine is meanwhile, each on a display of its own.
+void Run::measureAtTheSameTime() {
+    const Effort& effort = choice_.effort;
+    std::future<Section> row;
+    std::future<Section> windows;
+    if (choice_.parts.contains("memory")) {
+        row = std::async(std::launch::async, [&effort] { return rowMemoryFigures(effort); });
+        windows = std::async(std::launch::async, [&effort] { return windowMemoryFigures(effort); });
+    }
+    if (choice_.parts.contains("desktop")) {
+        add("idling", [&] { return idleFigures(effort); });
+    }
+    if (choice_.parts.contains("memory")) {
+        add("window memory", [&] { return windows.get(); });
+        add("row memory", [&] { return row.get(); });
+    }
+}
+
 void Run::measure() {
     const Effort& effort = choice_.effort;
     const std::string machine = describeMachine();
@@ -115,12 +135,8 @@ void Run::measure() {
         add("section", [&] { return sectionFigures(effort); });
         add("row", [&] { return rowFigures(effort); });
         add("windows", [&] { return windowFigures(effort); });
-        // Neither depends on how fast the machine is meanwhile.
-        auto memory =
-            std::async(std::launch::async, [&effort] { return rowMemoryFigures(effort); });
-        add("idling", [&] { return idleFigures(effort); });
-        add("row memory", [&] { return memory.get(); });
     }
+    measureAtTheSameTime();
     if (choice_.parts.contains("rivals")) {
         add("other trays", [&] { return rivalFigures(effort); });
     }
@@ -141,8 +157,8 @@ void Run::writePage() const {
 int main(int argc, char* argv[]) {
     const auto choice = parse({argv + 1, argv + argc});
     if (!choice) {
-        std::cerr << "Usage: pelistra-figures [--quick] [--core] [--desktop] [--rivals] "
-                     "[--write PAGE NOTES]\n";
+        std::cerr << "Usage: pelistra-figures [--quick] [--core] [--desktop] [--memory] "
+                     "[--rivals] [--write PAGE NOTES]\n";
         return usageStatus;
     }
     Run run(*choice);

@@ -18,8 +18,9 @@ namespace {
 class QtWindow final : public Window {
 public:
     QtWindow(Size contentSize, std::uint32_t styleMask, ViewServices services,
-             const x11::Connection& connection)
+             const x11::Connection& connection, UnusedMemory& unusedMemory)
         : services_(std::move(services)), frame_(contentSize, styleMask, connection) {
+        frame_.setPutAwayHandler([&unusedMemory] { unusedMemory.giveBackAfterWindow(); });
         applyLook(services_.look.get());
         lookChanges_ = services_.look.observe([this](const Look& look) { applyLook(look); });
     }
@@ -74,7 +75,8 @@ private:
 } // namespace
 
 std::unique_ptr<Window> QtWindows::window(Size contentSize, std::uint32_t styleMask) {
-    return std::make_unique<QtWindow>(contentSize, styleMask, services_, connection_);
+    return std::make_unique<QtWindow>(contentSize, styleMask, services_, connection_,
+                                      unusedMemory_);
 }
 
 } // namespace pelistra::desktop

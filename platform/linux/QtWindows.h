@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Window.h"
+#include "platform/linux/UnusedMemory.h"
 #include "platform/linux/views/ViewServices.h"
 #include "platform/x11/Connection.h"
 
@@ -13,7 +14,10 @@ class QtWindows final : public Windows {
 public:
     // What the services name outlives the windows, and so does the connection.
     QtWindows(ViewServices services, const x11::Connection& connection)
-        : services_(std::move(services)), connection_(connection) {}
+        : services_(std::move(services)), connection_(connection),
+          unusedMemory_(services_.mainQueue) {
+        unusedMemory_.giveBackAfterStart();
+    }
 
     [[nodiscard]] std::unique_ptr<Window> window(Size contentSize,
                                                  std::uint32_t styleMask) override;
@@ -21,6 +25,7 @@ public:
 private:
     ViewServices services_;
     const x11::Connection& connection_;
+    UnusedMemory unusedMemory_;
 };
 
 } // namespace pelistra::desktop

@@ -143,6 +143,13 @@ void WindowFrame::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
 }
 
+void WindowFrame::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!event->spontaneous() && putAway_) {
+        putAway_();
+    }
+}
+
 // Qt keeps the states that it finds there and adds its own. Window managers take them away from a
 // window that is hidden, so they are needed at every showing.
 void WindowFrame::stayOutOfTaskbars() {

@@ -4,8 +4,10 @@
 #include "platform/x11/Connection.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include <QPointer>
 #include <QWidget>
@@ -29,6 +31,8 @@ public:
     void setTitleHidden(bool hidden);
     void setTitlebarTransparent(bool transparent);
     void setMovableByBackground(bool movable) { movable_ = movable; }
+    // Called whenever the window has been put away, by whomever; not for minimising.
+    void setPutAwayHandler(std::function<void()> handler) { putAway_ = std::move(handler); }
     void setContentMinimum(Size size);
     // Shows the widget over the whole window, instead of what it showed before.
     void setContentWidget(std::unique_ptr<QWidget> content);
@@ -39,6 +43,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -56,6 +61,7 @@ private:
     bool titleHidden_ = false;
     bool titlebarTransparent_ = false;
     bool movable_ = false;
+    std::function<void()> putAway_;
     // Child widgets; Qt's parent owns them.
     QPointer<QWidget> content_;
     QPointer<QAbstractButton> closeButton_;

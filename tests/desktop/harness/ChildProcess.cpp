@@ -169,6 +169,11 @@ std::optional<long> proportionalMemory(pid_t pid) {
                        "Pss:");
 }
 
+std::optional<long> ownMemory(pid_t pid) {
+    return numberAfter(std::filesystem::path("/proc") / std::to_string(pid) / "smaps_rollup",
+                       "Anonymous:");
+}
+
 std::optional<long> wakeUps(pid_t pid) {
     std::error_code failure;
     const std::filesystem::directory_iterator tasks(

@@ -69,6 +69,11 @@ private:
 // The proportional memory of a process in KiB; empty when it is gone.
 [[nodiscard]] std::optional<long> proportionalMemory(pid_t pid);
 
+// The memory in KiB that a process has for itself alone and that no file could give back: heap,
+// stacks, changed pages of libraries. Unlike the proportional memory it does not depend on what
+// else runs. Empty when the process is gone.
+[[nodiscard]] std::optional<long> ownMemory(pid_t pid);
+
 // How often the threads of a process have gone to sleep and been woken since it started. An idle
 // process that makes no system call at all leaves it unchanged.
 [[nodiscard]] std::optional<long> wakeUps(pid_t pid);
