@@ -1,9 +1,9 @@
 #include "menubar/OrderFile.h"
 
 #include "menubar/Log.h"
+#include "platform/posix/Environment.h"
 #include "platform/posix/PrivateFile.h"
 
-#include <cstdlib>
 #include <optional>
 
 namespace pelistra::menubar {
@@ -15,19 +15,12 @@ namespace {
 constexpr std::size_t mostBytesPerLine = (std::size_t{2} * 4 * identityCharacterLimit) + 16;
 constexpr std::size_t byteLimit = (OrderMemory::capacity + 1) * mostBytesPerLine;
 
-std::filesystem::path absoluteFrom(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    const std::filesystem::path path = value != nullptr ? value : "";
-    // The XDG rules: a relative path is as good as none.
-    return path.is_absolute() ? path : std::filesystem::path();
-}
-
 } // namespace
 
 std::filesystem::path OrderFile::defaultPath() {
-    std::filesystem::path state = absoluteFrom("XDG_STATE_HOME");
+    std::filesystem::path state = posix::environmentPath("XDG_STATE_HOME");
     if (state.empty()) {
-        const std::filesystem::path home = absoluteFrom("HOME");
+        const std::filesystem::path home = posix::environmentPath("HOME");
         if (home.empty()) {
             return {};
         }

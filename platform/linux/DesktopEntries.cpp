@@ -1,9 +1,9 @@
 #include "platform/linux/DesktopEntries.h"
 
+#include "platform/posix/Environment.h"
 #include "platform/posix/PrivateFile.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace pelistra::desktop {
 
@@ -11,11 +11,6 @@ namespace {
 
 // How long a change of the folders may stay unnoticed.
 constexpr std::chrono::seconds checkInterval{2};
-
-std::string environment(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    return value == nullptr ? "" : value;
-}
 
 std::string lower(std::string_view text) {
     std::string result(text);
@@ -35,9 +30,9 @@ DesktopEntryPlaces DesktopEntryPlaces::ofEnvironment() {
             places.folders.emplace_back(std::filesystem::path(folder) / "applications");
         }
     };
-    const std::string home = environment("XDG_DATA_HOME");
-    add(home.empty() ? environment("HOME") + "/.local/share" : home);
-    const std::string folders = environment("XDG_DATA_DIRS");
+    const std::string home = posix::environmentText("XDG_DATA_HOME");
+    add(home.empty() ? posix::environmentText("HOME") + "/.local/share" : home);
+    const std::string folders = posix::environmentText("XDG_DATA_DIRS");
     std::string_view rest =
         folders.empty() ? "/usr/local/share:/usr/share" : std::string_view(folders);
     while (!rest.empty()) {
@@ -46,7 +41,7 @@ DesktopEntryPlaces DesktopEntryPlaces::ofEnvironment() {
         rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
     }
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        if (const std::string locale = environment(name); !locale.empty()) {
+        if (const std::string locale = posix::environmentText(name); !locale.empty()) {
             places.locales = localeKeys(locale);
             break;
         }

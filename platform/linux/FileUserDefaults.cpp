@@ -1,10 +1,10 @@
 #include "platform/linux/FileUserDefaults.h"
 
+#include "platform/posix/Environment.h"
 #include "platform/posix/PrivateFile.h"
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -15,14 +15,8 @@ namespace pelistra::desktop {
 
 namespace {
 
-std::filesystem::path absolutePathIn(const char* variable) {
-    const char* text = std::getenv(variable); // NOLINT(concurrency-mt-unsafe)
-    const std::filesystem::path path = text != nullptr ? text : "";
-    return path.is_absolute() ? path : std::filesystem::path();
-}
-
 std::filesystem::path homeFolder() {
-    if (auto home = absolutePathIn("HOME"); !home.empty()) {
+    if (auto home = posix::environmentPath("HOME"); !home.empty()) {
         return home;
     }
     constexpr std::size_t bufferSize = 4096;
@@ -55,7 +49,7 @@ std::string describeDamage(const std::filesystem::path& path,
 } // namespace
 
 std::filesystem::path defaultsPath() {
-    auto folder = absolutePathIn("XDG_CONFIG_HOME");
+    auto folder = posix::environmentPath("XDG_CONFIG_HOME");
     if (folder.empty()) {
         folder = homeFolder() / ".config";
     }

@@ -16,8 +16,8 @@ namespace {
 constexpr double fieldMargin = 2;
 constexpr double fieldSideMargin = 1;
 constexpr double fieldRadius = 5;
-constexpr double hoveredStrength = 0.10;
-constexpr double pressedStrength = 0.22;
+constexpr double hoveredOpacity = 0.10;
+constexpr double pressedOpacity = 0.22;
 
 int pixelsOf(double points, double scale) {
     return static_cast<int>(std::lround(points * scale));
@@ -28,7 +28,7 @@ void drawField(QPainter& painter, const StatusItemLook& look, const QRect& area)
     const int margin = pixelsOf(fieldMargin, look.scale);
     QColor colour = look.foreground;
     colour.setAlphaF(static_cast<float>(
-        look.feedback == StatusItemLook::Feedback::Pressed ? pressedStrength : hoveredStrength));
+        look.feedback == StatusItemLook::Feedback::Pressed ? pressedOpacity : hoveredOpacity));
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour);
     const double radius = fieldRadius * look.scale;

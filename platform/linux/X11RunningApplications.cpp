@@ -22,7 +22,7 @@ constexpr std::size_t mostKnown = 4096;
 constexpr std::ptrdiff_t mostHeld = 64;
 
 // A list of a thousand icons of one program asks for that program a thousand times in a row.
-constexpr std::chrono::milliseconds oneMoment{20};
+constexpr std::chrono::milliseconds checkHolds{20};
 
 // An application's icon, drawn at whatever scale is asked for.
 class ThemeImage final : public QtImage {
@@ -130,7 +130,7 @@ const X11RunningApplications::Known* X11RunningApplications::lookUp(ProcessId pr
         return meet(process);
     }
     const auto now = std::chrono::steady_clock::now();
-    if (now - known->second.checked < oneMoment) {
+    if (now - known->second.checked < checkHolds) {
         return &known->second;
     }
     if (!known->second.isStill(process)) {

@@ -1,10 +1,11 @@
 #include "platform/linux/X11RunningApplicationsLauncher.h"
 
+#include "platform/posix/Environment.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <memory>
 #include <string_view>
 
@@ -18,11 +19,6 @@ namespace pelistra::desktop {
 namespace {
 
 constexpr const char* terminalProgram = "x-terminal-emulator";
-
-std::string environment(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    return value == nullptr ? "" : value;
-}
 
 bool isExecutable(const std::filesystem::path& file) {
     std::error_code error;
@@ -159,7 +155,7 @@ std::optional<std::filesystem::path> findProgram(const std::string& program) {
                    ? std::optional(std::filesystem::path(program))
                    : std::nullopt;
     }
-    const std::string path = environment("PATH");
+    const std::string path = posix::environmentText("PATH");
     std::string_view rest = path.empty() ? "/usr/local/bin:/usr/bin:/bin" : std::string_view(path);
     while (!rest.empty()) {
         const std::size_t colon = rest.find(':');
@@ -198,7 +194,7 @@ bool startDetached(const std::vector<std::string>& command, const std::filesyste
         return false;
     }
     std::vector<std::string> texts = command;
-    const std::string home = environment("HOME");
+    const std::string home = posix::environmentText("HOME");
     const std::string start = !folder.empty() ? folder.string() : (home.empty() ? "/" : home);
     Start program{.arguments = {}, .folder = start.c_str(), .failurePipe = pipe.writeEnd()};
     for (std::string& text : texts) {

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace pelistra::posix {
+
+// The environment as it is now. Only the main thread changes it.
+
+// The value of a variable; empty when it is unset.
+[[nodiscard]] inline std::string environmentText(const char* name) {
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    return value != nullptr ? value : "";
+}
+
+// The path in a variable; empty when it is unset or no absolute path, which the XDG rules take for
+// unset.
+[[nodiscard]] inline std::filesystem::path environmentPath(const char* name) {
+    const std::filesystem::path path = environmentText(name);
+    return path.is_absolute() ? path : std::filesystem::path();
+}
+
+} // namespace pelistra::posix
