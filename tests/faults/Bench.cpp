@@ -1,10 +1,10 @@
 #include "tests/faults/Bench.h"
 
+#include "tests/desktop/harness/SharedMemory.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <string>
-
-#include <sys/shm.h>
 
 namespace pelistra::testing {
 
@@ -14,10 +14,9 @@ constexpr const char* settingsTitle = "Pelistra Settings";
 constexpr const char* onboardingTitle = "Welcome to Pelistra";
 // Where nothing is.
 constexpr RootPoint outside{.x = 300, .y = 700};
-// A click may do no more than close a menu: the next one comes soon.
-constexpr int calmingAttempts = 16;
-constexpr std::chrono::milliseconds calmingTime{1500};
-constexpr std::chrono::seconds collapsingTime{6};
+// A click may do no more than close a menu that has come late: the next one comes soon.
+constexpr int attempts = 16;
+constexpr std::chrono::milliseconds attemptTime{1500};
 // A click that follows another one sooner would not count.
 constexpr std::chrono::milliseconds restTime{450};
 
@@ -36,21 +35,6 @@ Desktop::Size sizeFor(PrivateDisplay::Server server) {
         size.width = width;
     }
     return size;
-}
-
-// System V shared memory outlives its maker. Some programs take what they left in a crash for
-// another one of themselves that runs, and do not start again until the next login.
-void removeSharedMemoryOf(pid_t maker) {
-    shmid_ds segment{};
-    shm_info all{};
-    // NOLINTNEXTLINE(*-reinterpret-cast): the call's own way.
-    const int last = shmctl(0, SHM_INFO, reinterpret_cast<shmid_ds*>(&all));
-    for (int index = 0; index <= last; ++index) {
-        const int id = shmctl(index, SHM_STAT, &segment);
-        if (id >= 0 && segment.shm_cpid == maker && segment.shm_nattch == 0) {
-            shmctl(id, IPC_RMID, nullptr);
-        }
-    }
 }
 
 } // namespace
@@ -110,11 +94,9 @@ void Bench::bringInto(Situation situation) {
 }
 
 void Bench::collapse() {
-    // The first click may do no more than close a menu that has come late.
-    constexpr int attempts = 2;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         SecondRowUnderTest::letTheArrowRest();
-        if (desktop_.clickControl() && desktop_.waitUntilCollapsed(collapsingTime)) {
+        if (desktop_.clickControl() && desktop_.waitUntilCollapsed(attemptTime)) {
             return;
         }
     }
@@ -184,7 +166,7 @@ bool Bench::isCalm() {
 bool Bench::calm() {
     // A window or a menu may be on its way.
     const auto staysCalm = [this] { return staysTrue([this] { return isCalm(); }, restTime); };
-    for (int attempt = 0; attempt < calmingAttempts; ++attempt) {
+    for (int attempt = 0; attempt < attempts; ++attempt) {
         if (staysCalm()) {
             return true;
         }
@@ -197,7 +179,7 @@ bool Bench::calm() {
             continue;
         }
         static_cast<void>(desktop_.clickControl(UserInput::Button::Left, {keys::alt}));
-        static_cast<void>(waitFor([this] { return isCalm(); }, calmingTime));
+        static_cast<void>(waitFor([this] { return isCalm(); }, attemptTime));
     }
     return staysCalm();
 }

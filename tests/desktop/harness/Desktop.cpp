@@ -1,5 +1,7 @@
 #include "tests/desktop/harness/Desktop.h"
 
+#include "tests/desktop/harness/SharedMemory.h"
+
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -45,6 +47,7 @@ void Desktop::endPrograms() {
     }
     for (const RunningProgram& program : programs_) {
         program.process->terminate(programEndTime);
+        removeSharedMemoryOf(program.process->pid());
     }
     programs_.clear();
 }
@@ -95,7 +98,9 @@ ChildProcess& Desktop::program(const std::string& name) {
 }
 
 void Desktop::endProgram(const std::string& name) {
-    program(name).terminate(programEndTime);
+    ChildProcess& process = program(name);
+    process.terminate(programEndTime);
+    removeSharedMemoryOf(process.pid());
     std::erase_if(programs_, [&](const RunningProgram& running) { return running.name == name; });
 }
 
