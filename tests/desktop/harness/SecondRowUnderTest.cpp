@@ -46,6 +46,14 @@ std::vector<SecondRowUnderTest::Icon> SecondRowUnderTest::icons() {
     return result;
 }
 
+std::string SecondRowUnderTest::heardNames() {
+    std::string text;
+    for (const Icon& icon : icons()) {
+        text += (text.empty() ? "" : " | ") + icon.name;
+    }
+    return text;
+}
+
 std::optional<SecondRowUnderTest::Icon> SecondRowUnderTest::icon(const std::string& name) {
     const auto all = icons();
     const auto found =

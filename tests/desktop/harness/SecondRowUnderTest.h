@@ -29,6 +29,8 @@ public:
     [[nodiscard]] std::optional<WindowFrame> frame();
     // Left to right; empty while it is closed.
     [[nodiscard]] std::vector<Icon> icons();
+    // Their names in one line, for reports.
+    [[nodiscard]] std::string heardNames();
     // The icon whose name begins so.
     [[nodiscard]] std::optional<Icon> icon(const std::string& name);
     // The button that expands the section.

@@ -85,14 +85,6 @@ Seen savePictures(Tour& tour) {
     return {.ok = ok, .text = text + "; in " + folder.string()};
 }
 
-std::string heard(SecondRowUnderTest& row) {
-    std::string text;
-    for (const SecondRowUnderTest::Icon& icon : row.icons()) {
-        text += (text.empty() ? "" : " | ") + icon.name;
-    }
-    return text;
-}
-
 // The organiser's own list, as the open row says it, follows a program that comes or goes.
 Seen followProgram(Tour& tour, std::size_t expected, const std::string& name, bool isThere) {
     const auto begin = std::chrono::steady_clock::now();
@@ -103,7 +95,8 @@ Seen followProgram(Tour& tour, std::size_t expected, const std::string& name, bo
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
         std::chrono::steady_clock::now() - begin);
     return {.ok = followed && tour.desktop().organiser().isCollapsed(),
-            .text = "after " + std::to_string(time.count()) + " ms the row says " + heard(row)};
+            .text =
+                "after " + std::to_string(time.count()) + " ms the row says " + row.heardNames()};
 }
 
 Seen endProgram(Tour& tour, const RealTrayProgram& program, const std::string& name) {

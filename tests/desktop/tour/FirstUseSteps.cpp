@@ -12,10 +12,10 @@ namespace {
 
 constexpr const char* loginSwitch = "登录时启动 Pelistra";
 constexpr const char* stepsText = "第 ";
-constexpr int stepCount = 4;
 
 // What the caption of each step ends with.
-constexpr std::array<const char*, stepCount> stepNames{"欢迎", "认识分隔线", "摆放图标", "完成"};
+constexpr std::array<const char*, introductionSteps> stepNames{"欢迎", "认识分隔线", "摆放图标",
+                                                               "完成"};
 
 std::string contentOf(const std::filesystem::path& file) {
     std::ifstream stream(file);
@@ -183,7 +183,7 @@ Seen FirstUse::closeUnfinished() {
 
 Seen FirstUse::finishByKeys() {
     bool ok = true;
-    for (int step = 1; step <= stepCount; ++step) {
+    for (int step = 1; step <= introductionSteps; ++step) {
         ok = ok && atStep(step, "").ok;
         desktop_.input().tapKey(keys::enter);
     }

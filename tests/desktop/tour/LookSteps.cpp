@@ -8,7 +8,6 @@ namespace pelistra::testing {
 
 namespace {
 
-constexpr int stepCount = 4;
 // Between black and white.
 constexpr double middleGrey = 127;
 
@@ -78,7 +77,7 @@ void Looks::walk(bool isDark) {
             return Seen{.ok = changeLook(isDark), .text = "bar and settings have changed"};
         });
     }
-    for (int step = 1; step <= stepCount; ++step) {
+    for (int step = 1; step <= introductionSteps; ++step) {
         tour_.step("Step " + std::to_string(step) + " of the guide (" + look() + ")",
                    [&] { return onboardingStep(step); });
     }

@@ -29,14 +29,6 @@ bool isNotBlank(const Picture& picture) {
     return picture.colours() >= leastColours;
 }
 
-std::string heard(SecondRowUnderTest& row) {
-    std::string text;
-    for (const SecondRowUnderTest::Icon& icon : row.icons()) {
-        text += (text.empty() ? "" : " | ") + icon.name;
-    }
-    return text;
-}
-
 // The row's names are those of the hidden items, in the order of the bar.
 bool saysTheHiddenItems(Tour& tour) {
     std::vector<ListedIcon> hidden = listItems(tour.desktop());
@@ -81,7 +73,7 @@ Seen openRow(Tour& tour) {
                     (everyIcon ? ", no picture blank" : ", blank pictures") +
                     (sameNames ? "" : ", other names than the list") +
                     (stayed ? ", focus and pointer as before" : ", focus or pointer moved") + ": " +
-                    heard(row)};
+                    row.heardNames()};
 }
 
 Seen showHelp(Tour& tour) {

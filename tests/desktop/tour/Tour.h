@@ -13,6 +13,9 @@
 
 namespace pelistra::testing {
 
+// How many steps the introduction has.
+inline constexpr int introductionSteps = 4;
+
 // What was seen after a step, read back from outside, and whether it is what should be.
 struct Seen {
     bool ok = false;
