@@ -26,6 +26,7 @@ struct ProcessFacts {
     [[nodiscard]] std::string displayName() const;
 };
 
+// Reads them now; all are empty for a process that is not there.
 [[nodiscard]] ProcessFacts factsOf(ProcessId process);
 // When the process started, in the kernel's ticks since boot: with the id it names one process,
 // even when ids are used again. Empty when no such process runs; one that has ended and waits for

@@ -12,11 +12,11 @@ using menubar::DropPlace;
 using menubar::Gap;
 using menubar::nearestPlace;
 
-constexpr int barWidth = 1000;
+constexpr int widthOfBar = 1000;
 
 DropPlace place(const std::vector<int>& others, int width, int wantedX,
                 std::optional<Gap> housing = {}) {
-    return nearestPlace(others, width, wantedX, barWidth, housing);
+    return nearestPlace(others, width, wantedX, widthOfBar, housing);
 }
 
 TEST(DragTests, TheNearestPlaceWins) {
@@ -59,12 +59,12 @@ TEST(DragTests, PlacesBeyondTheHousingAreReached) {
 }
 
 TEST(DragTests, ADraggedItemStaysInTheBar) {
-    EXPECT_EQ(boundedDragX(-5, 28, barWidth), 0);
-    EXPECT_EQ(boundedDragX(990, 28, barWidth), 972);
-    EXPECT_EQ(boundedDragX(500, 28, barWidth), 500);
+    EXPECT_EQ(boundedDragX(-5, 28, widthOfBar), 0);
+    EXPECT_EQ(boundedDragX(990, 28, widthOfBar), 972);
+    EXPECT_EQ(boundedDragX(500, 28, widthOfBar), 500);
     // One wider than the bar covers it all the time.
-    EXPECT_EQ(boundedDragX(5, 3000, barWidth), 0);
-    EXPECT_EQ(boundedDragX(-2500, 3000, barWidth), -2000);
+    EXPECT_EQ(boundedDragX(5, 3000, widthOfBar), 0);
+    EXPECT_EQ(boundedDragX(-2500, 3000, widthOfBar), -2000);
 }
 
 } // namespace

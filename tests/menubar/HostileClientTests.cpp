@@ -29,7 +29,7 @@ protected:
 
 TEST_F(HostileClientTests, TheBarsOwnWindowsAreNotDocked) {
     startBar();
-    TrayClient& victim = dockNamed("victim");
+    const TrayClient& victim = dockNamed("victim");
     const xcb_window_t container = x_.parent(victim.window());
     const WindowFrame place = frameOf(victim);
     TrayClient hostile(display_.name(), {.name = "hostile"});
@@ -79,7 +79,7 @@ TEST_F(HostileClientTests, NamesStartNoLineInTheLogOrInTheOrderFile) {
 
 TEST_F(HostileClientTests, AClientDrawsInItsOwnPlaceOnly) {
     startBar();
-    TrayClient& neighbour = dockNamed("neighbour");
+    const TrayClient& neighbour = dockNamed("neighbour");
     TrayClient hostile(display_.name(), {.name = "hostile", .colour = 0xff00ff});
     // Resize requests of such a window are nobody's to refuse.
     const std::uint32_t unmanaged = 1;

@@ -10,8 +10,8 @@ namespace pelistra::desktop {
 // The children of a container, kept from one body to the next as ui::continuedFrom says.
 class ChildList {
 public:
-    // Brings the children to the views. `make` gives a new child for a view; a child that goes
-    // during an animated change, and says how, stays until the change has ended.
+    // Brings the children to the views: updates those that continue, makes the new ones. A child
+    // that goes during an animated change, and says how, stays until the change has ended.
     void update(Scene& scene, Element& owner, const std::vector<ui::View>& views,
                 const Surroundings& surroundings);
 
