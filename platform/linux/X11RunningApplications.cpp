@@ -1,7 +1,6 @@
 #include "platform/linux/X11RunningApplications.h"
 
 #include "platform/linux/QtImages.h"
-#include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/linux/X11RunningApplicationsWindows.h"
 
 #include <algorithm>
@@ -100,7 +99,7 @@ std::vector<ProcessId> X11RunningApplications::processIdentifiers() {
 bool X11RunningApplications::open(const FileUrl& url) {
     // Only what is installed, whoever asks: a path alone makes no application.
     const auto entry = entries_.withFile(url.path);
-    return entry && launch(*entry);
+    return entry && launcher_.launch(*entry);
 }
 
 std::optional<std::string> X11RunningApplications::ownerName(const TrayIcon& icon) {
@@ -239,7 +238,7 @@ bool X11RunningApplications::activate(ProcessId process) {
         return true;
     }
     // An entry that is kept out of the menus starts no window of its own.
-    return entry && !entry->noDisplay && launch(*entry);
+    return entry && !entry->noDisplay && launcher_.launch(*entry);
 }
 
 } // namespace pelistra::desktop

@@ -3,6 +3,7 @@
 #include "platform/RunningApplications.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/TrayLook.h"
+#include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/linux/X11RunningApplicationsProcess.h"
 
 #include <chrono>
@@ -80,6 +81,7 @@ private:
     std::unordered_map<ProcessId, Known> known_;
     std::unordered_map<ProcessId, WindowClass> classes_;
     std::map<std::string, ImagePtr> icons_;
+    Launcher launcher_;
 };
 
 } // namespace pelistra::desktop

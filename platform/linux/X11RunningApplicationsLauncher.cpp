@@ -8,6 +8,7 @@
 #include <csignal>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -25,34 +26,19 @@ bool isExecutable(const std::filesystem::path& file) {
     return std::filesystem::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0;
 }
 
-struct BusCloser {
-    void operator()(sd_bus* bus) const { sd_bus_flush_close_unref(bus); }
-};
-using Bus = std::unique_ptr<sd_bus, BusCloser>;
-
 struct MessageReleaser {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
 using Message = std::unique_ptr<sd_bus_message, MessageReleaser>;
 
-Bus openSessionBus() {
-    constexpr std::uint64_t patienceInMicroseconds = 1'000'000;
-    sd_bus* bus = nullptr;
-    if (sd_bus_open_user(&bus) < 0) {
-        return nullptr;
-    }
-    Bus owned(bus);
-    return sd_bus_set_method_call_timeout(bus, patienceInMicroseconds) < 0 ? nullptr
-                                                                           : std::move(owned);
-}
-
-bool isListed(sd_bus& bus, const char* method, const std::string& name) {
+// Empty when the bus does not answer.
+std::optional<bool> isListed(sd_bus& bus, const char* method, const std::string& name) {
     sd_bus_message* raw = nullptr;
     const int result = sd_bus_call_method(&bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                                           "org.freedesktop.DBus", method, nullptr, &raw, "");
     const Message message(raw);
     if (result < 0 || sd_bus_message_enter_container(raw, 'a', "s") < 0) {
-        return false;
+        return std::nullopt;
     }
     const char* listed = nullptr;
     while (sd_bus_message_read_basic(raw, 's', static_cast<void*>(&listed)) > 0) {
@@ -63,22 +49,23 @@ bool isListed(sd_bus& bus, const char* method, const std::string& name) {
     return false;
 }
 
-bool activateOnBus(const std::string& id) {
-    const std::string path = busPathOf(id);
-    const Bus bus = path.empty() ? nullptr : openSessionBus();
-    if (!bus || (!isListed(*bus, "ListActivatableNames", id) && !isListed(*bus, "ListNames", id))) {
-        return false;
-    }
+// Whether a message to that name would reach a program; empty when the bus does not answer.
+std::optional<bool> reaches(sd_bus& bus, const std::string& name) {
+    const auto startable = isListed(bus, "ListActivatableNames", name);
+    return startable == false ? isListed(bus, "ListNames", name) : startable;
+}
+
+bool sendActivate(sd_bus& bus, const std::string& id, const std::string& path) {
     // The answer comes when the program is up; nobody waits for that.
     sd_bus_message* raw = nullptr;
-    if (sd_bus_message_new_method_call(bus.get(), &raw, id.c_str(), path.c_str(),
+    if (sd_bus_message_new_method_call(&bus, &raw, id.c_str(), path.c_str(),
                                        "org.freedesktop.Application", "Activate") < 0) {
         return false;
     }
     const Message message(raw);
     return sd_bus_message_append(raw, "a{sv}", 0) >= 0 &&
-           sd_bus_message_set_expect_reply(raw, 0) >= 0 &&
-           sd_bus_send(bus.get(), raw, nullptr) >= 0;
+           sd_bus_message_set_expect_reply(raw, 0) >= 0 && sd_bus_send(&bus, raw, nullptr) >= 0 &&
+           sd_bus_flush(&bus) >= 0;
 }
 
 // Everything that the new process needs, made before it exists: between fork and exec only a few
@@ -215,7 +202,43 @@ bool startDetached(const std::vector<std::string>& command, const std::filesyste
     return forked && !pipe.saysFailed();
 }
 
-bool launch(const DesktopEntry& entry) {
+void Launcher::BusCloser::operator()(sd_bus* bus) const {
+    sd_bus_flush_close_unref(bus);
+}
+
+Launcher::Bus Launcher::openSessionBus() {
+    constexpr std::uint64_t patienceInMicroseconds = 1'000'000;
+    sd_bus* bus = nullptr;
+    if (sd_bus_open_user(&bus) < 0) {
+        return nullptr;
+    }
+    Bus owned(bus);
+    return sd_bus_set_method_call_timeout(bus, patienceInMicroseconds) < 0 ? nullptr
+                                                                           : std::move(owned);
+}
+
+bool Launcher::activateOnBus(const std::string& id) {
+    const std::string path = busPathOf(id);
+    if (path.empty()) {
+        return false;
+    }
+    const bool isKept = bus_ != nullptr;
+    if (!isKept) {
+        bus_ = openSessionBus();
+    }
+    auto reached = bus_ ? reaches(*bus_, id) : std::nullopt;
+    if (!reached && isKept) {
+        // The bus has been started anew.
+        bus_ = openSessionBus();
+        reached = bus_ ? reaches(*bus_, id) : std::nullopt;
+    }
+    if (!reached) {
+        bus_.reset();
+    }
+    return reached == true && sendActivate(*bus_, id, path);
+}
+
+bool Launcher::launch(const DesktopEntry& entry) {
     if (entry.hidden) {
         return false;
     }

@@ -3,9 +3,12 @@
 #include "platform/linux/DesktopEntry.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+struct sd_bus;
 
 namespace pelistra::desktop {
 
@@ -24,9 +27,26 @@ namespace pelistra::desktop {
 [[nodiscard]] bool startDetached(const std::vector<std::string>& command,
                                  const std::filesystem::path& folder);
 
-// Opens an entry's application: through the session bus where the entry says so and the bus can
-// start it, else by its command. True when that was accepted.
-[[nodiscard]] bool launch(const DesktopEntry& entry);
+// Opens applications by their entries.
+class Launcher {
+public:
+    // Through the session bus where the entry says so and the bus can start it, else by its
+    // command. True when that was accepted.
+    [[nodiscard]] bool launch(const DesktopEntry& entry);
+
+private:
+    struct BusCloser {
+        void operator()(sd_bus* bus) const;
+    };
+    using Bus = std::unique_ptr<sd_bus, BusCloser>;
+
+    [[nodiscard]] static Bus openSessionBus();
+    [[nodiscard]] bool activateOnBus(const std::string& id);
+
+    // Kept from the first need on: the bus forgets what a caller has asked of a program that is
+    // still starting when the caller leaves.
+    Bus bus_;
+};
 
 // The object path under which an application with that id listens on the session bus; empty when
 // the id is no name for the bus.

@@ -1,7 +1,7 @@
 #include "menubar/OrderFile.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
+#include "tests/desktop/harness/Variable.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -113,33 +113,6 @@ TEST_F(OrderFileTests, WithoutAHomeNothingIsKept) {
     file.write(twoItems());
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
-
-// Puts the environment back at the end.
-class Variable {
-public:
-    Variable(const char* name, const char* value) : name_(name) {
-        const char* old = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-        if (old != nullptr) {
-            old_ = old;
-        }
-        set(value);
-    }
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() { set(old_ ? old_->c_str() : nullptr); }
-
-private:
-    void set(const char* value) const {
-        if (value != nullptr) {
-            ::setenv(name_, value, 1); // NOLINT(concurrency-mt-unsafe)
-        } else {
-            ::unsetenv(name_); // NOLINT(concurrency-mt-unsafe)
-        }
-    }
-
-    const char* name_;
-    std::optional<std::string> old_;
-};
 
 TEST(OrderFilePathTests, FollowsTheStateFolder) {
     const Variable home("HOME", "/home/someone");
