@@ -57,13 +57,17 @@ const RealTrayProgram& realTrayProgram(const std::string& program) {
     return *found;
 }
 
-std::unique_ptr<ChildProcess> startTrayProgram(PrivateDisplay& display,
-                                               const RealTrayProgram& program) {
-    for (const SettingsFile& file : program.settings) {
+void writeSettings(const PrivateDisplay& display, const std::vector<SettingsFile>& files) {
+    for (const SettingsFile& file : files) {
         const std::filesystem::path path = display.folder() / file.path;
         std::filesystem::create_directories(path.parent_path());
         std::ofstream(path) << file.content;
     }
+}
+
+std::unique_ptr<ChildProcess> startTrayProgram(PrivateDisplay& display,
+                                               const RealTrayProgram& program) {
+    writeSettings(display, program.settings);
     std::vector<std::string> command{program.program};
     command.insert(command.end(), program.arguments.begin(), program.arguments.end());
     return display.start(command);

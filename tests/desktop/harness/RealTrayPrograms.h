@@ -31,6 +31,8 @@ struct RealTrayProgram {
     std::string className;
 };
 
+void writeSettings(const PrivateDisplay& display, const std::vector<SettingsFile>& files);
+
 void PrintTo(const RealTrayProgram& program, std::ostream* stream);
 
 // All that are known to run on a bare Xvfb with a session bus: at least one of every toolkit.

@@ -1,9 +1,12 @@
 #include "platform/linux/ClickDelivery.h"
 
+#include "platform/linux/ListItems.h"
 #include "platform/linux/TrayLook.h"
 #include "platform/linux/X11EventPosting.h"
+#include "platform/linux/X11RunningApplications.h"
 #include "platform/linux/X11ScreenCapture.h"
 #include "tests/desktop/harness/MasterPointers.h"
+#include "tests/desktop/harness/OtherTrays.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/ProgramsUnderTest.h"
 #include "tests/desktop/harness/RealTrayPrograms.h"
@@ -12,8 +15,10 @@
 #include "tests/linux/tray/RealTimeQueue.h"
 #include "tests/linux/tray/TestTray.h"
 
+#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -29,10 +34,12 @@ using desktop::PointerDevice;
 using desktop::RootPlace;
 using desktop::TrayIcon;
 using desktop::TrayLook;
+using desktop::TrayView;
 using desktop::X11EventPosting;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class StandardErrorLog final : public LogSink {
 public:
@@ -61,6 +68,17 @@ std::vector<xcb_window_t> popups(XClient& client) {
     return result;
 }
 
+bool hasSeveralColours(const QImage& picture) {
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixel(x, y) != picture.pixel(0, 0)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 class ClickDeliveryTest : public ::testing::Test {
 protected:
     void runLoop() {
@@ -81,8 +99,11 @@ protected:
     }
     bool post(const TrayIcon& icon) {
         const auto source = posting->source(EventSourceState::Private);
-        const Rect frame = look->frameOf(icon.window).value();
-        const Point centre{.x = frame.midX(), .y = frame.midY()};
+        const auto frame = look->frameOf(icon.window);
+        if (!frame) {
+            return false;
+        }
+        const Point centre{.x = frame->midX(), .y = frame->midY()};
         const auto event = [&](EventType type) {
             auto made = posting->mouseEvent(*source, type, centre, MouseButton::Left);
             made->setIntegerValueField(event_field::targetUnixProcessId, icon.pid);
@@ -247,7 +268,14 @@ struct MenuProgram {
     std::string className = {};
     std::string interpreter = {};
     std::string script = {};
+    // Settings beside those that it starts with anyway.
+    std::vector<SettingsFile> settings = {};
 };
+
+// Qt 5: by itself it shows its window.
+const SettingsFile copyqMenu{.path = "config/copyq/copyq.conf",
+                             .content = "[Options]\ntray_menu_open_on_left_click=true\n"
+                                        "native_tray_menu=false\n"};
 
 void PrintTo(const MenuProgram& program, std::ostream* stream) {
     *stream << program.name;
@@ -287,12 +315,8 @@ class MenuProgramTest : public ClickDeliveryTest,
 protected:
     void SetUp() override {
         bar = std::make_unique<BarUnderTest>(display, client);
-        const std::string className = startProgram();
-        ASSERT_TRUE(waitWhileRunning([&] {
-            const auto found = iconOf(className);
-            icon = found.value_or(TrayIcon{});
-            return found.has_value() && client.isViewable(found->window);
-        })) << program->output();
+        className = startProgram();
+        ASSERT_TRUE(waitWhileRunning([&] { return findIcon(); })) << program->output();
         // Programs show their icon before they are ready for clicks.
         ASSERT_TRUE(waitWhileRunning([&] { return popups(client).size() == ownPopups(); }));
         user.moveTo(resting);
@@ -300,10 +324,18 @@ protected:
         focus = client.focus();
     }
 
+    // Some programs make their icon a second time while they start.
+    bool findIcon() {
+        const auto found = iconOf(className);
+        icon = found.value_or(TrayIcon{});
+        return found.has_value() && client.isViewable(found->window);
+    }
+
     // Returns the class of its icon.
     std::string startProgram() {
         if (GetParam().script.empty()) {
             const RealTrayProgram& wanted = realTrayProgram(GetParam().name);
+            writeSettings(display, GetParam().settings);
             program = startTrayProgram(display, wanted);
             return wanted.className;
         }
@@ -328,9 +360,9 @@ protected:
         ASSERT_EQ(delivery->wayOf(icon.window, icon.pid, centreOfIcon()), GetParam().way);
         // A program that has just docked may still miss its first click.
         ASSERT_TRUE(waitWhileRunning([&] {
-            return menu().has_value() ||
-                   (post(icon) && waitWhileRunning([&] { return menu().has_value(); },
-                                                   std::chrono::milliseconds{1500}));
+            return menu().has_value() || (findIcon() && post(icon) &&
+                                          waitWhileRunning([&] { return menu().has_value(); },
+                                                           std::chrono::milliseconds{1500}));
         })) << "no menu opened";
         ASSERT_TRUE(GetParam().way == ClickDelivery::Way::Sent ||
                     waitWhileRunning([&] { return delivery->watchesMenu(); }));
@@ -349,6 +381,7 @@ protected:
     static constexpr RootPoint outside{.x = 30, .y = 780};
     std::unique_ptr<BarUnderTest> bar;
     std::unique_ptr<ChildProcess> program;
+    std::string className;
     TrayIcon icon;
     PointerState pointer;
     xcb_window_t focus = 0;
@@ -408,6 +441,10 @@ INSTANTIATE_TEST_SUITE_P(Programs, MenuProgramTest,
                                                        .opensAtPointer = true},
                                            MenuProgram{.name = "xfce4-clipman",
                                                        .way = ClickDelivery::Way::SecondPointer},
+                                           MenuProgram{.name = "copyq",
+                                                       .way = ClickDelivery::Way::Sent,
+                                                       .opensAtPointer = true,
+                                                       .settings = {copyqMenu}},
                                            MenuProgram{.name = "tktray",
                                                        .way = ClickDelivery::Way::Sent,
                                                        .closesOnEscape = false,
@@ -426,56 +463,124 @@ INSTANTIATE_TEST_SUITE_P(Programs, MenuProgramTest,
                          });
 
 // Under a tray that is not ours, everything but the growing divider works as well.
-class ForeignTrayTest : public ClickDeliveryTest,
-                        public ::testing::WithParamInterface<std::vector<std::string>> {};
+class OtherTrayTest : public ClickDeliveryTest, public ::testing::WithParamInterface<OtherTray> {
+protected:
+    void SetUp() override {
+        tray = startOtherTray(display, GetParam());
+        ASSERT_TRUE(waitFor([&] { return client.trayOwner() != XCB_WINDOW_NONE; }))
+            << tray->output();
+        clipman = startTrayProgram(display, realTrayProgram("xfce4-clipman"));
+        parcellite = startTrayProgram(display, realTrayProgram("parcellite"));
+        ASSERT_TRUE(waitWhileRunning([&] { return isInPlace(listening) && isInPlace(sending); }))
+            << tray->output() << clipman->output() << parcellite->output();
+    }
 
-TEST_P(ForeignTrayTest, FindsPicturesAndOpensItsIcons) {
-    const auto tray = display.start(GetParam());
-    ASSERT_TRUE(waitFor([&] { return client.trayOwner() != XCB_WINDOW_NONE; })) << tray->output();
-    const RealTrayProgram& first = realTrayProgram("xfce4-clipman");
-    const RealTrayProgram& second = realTrayProgram("parcellite");
-    const auto clipman = startTrayProgram(display, first);
-    const auto parcellite = startTrayProgram(display, second);
-    ASSERT_TRUE(waitWhileRunning([&] {
-        return iconOf(first.className).has_value() && iconOf(second.className).has_value() &&
-               client.isViewable(iconOf(first.className)->window);
-    })) << clipman->output()
-        << parcellite->output();
+    [[nodiscard]] std::vector<TrayIcon> icons() { return look->look().value_or(TrayView{}).icons; }
+    [[nodiscard]] bool isInPlace(const std::string& className) {
+        const auto icon = iconOf(className);
+        return icon && client.isViewable(icon->window);
+    }
+    // Whether a click on the icon shows a menu; a program that has just docked may miss its first.
+    [[nodiscard]] bool opensMenu(const std::string& className, std::size_t windowsBefore) {
+        return waitWhileRunning([&] {
+            return post(iconOf(className).value()) &&
+                   waitWhileRunning([&] { return popups(client).size() > windowsBefore; },
+                                    std::chrono::milliseconds{1500});
+        });
+    }
+    [[nodiscard]] std::string list(bool json) const {
+        std::ostringstream out;
+        std::ostringstream err;
+        EXPECT_EQ(desktop::listItems(out, err, json, display.name()), 0);
+        EXPECT_EQ(err.str(), "");
+        return out.str();
+    }
+
+    // A program that takes clicks of pointers only, and one that takes sent clicks.
+    const std::string listening = realTrayProgram("xfce4-clipman").className;
+    const std::string sending = realTrayProgram("parcellite").className;
+    std::unique_ptr<ChildProcess> tray;
+    std::unique_ptr<ChildProcess> clipman;
+    std::unique_ptr<ChildProcess> parcellite;
+};
+
+TEST_P(OtherTrayTest, ListsItsIcons) {
     const auto view = look->look().value();
     EXPECT_FALSE(view.isMenuBar);
     EXPECT_EQ(view.icons.size(), 2U);
     EXPECT_LE(view.roundTrips, TrayLook::mostRoundTrips);
-    EXPECT_EQ(iconOf(first.className)->pid, clipman->pid());
-    EXPECT_EQ(iconOf(second.className)->pid, parcellite->pid());
+    EXPECT_EQ(iconOf(listening)->pid, clipman->pid());
+    EXPECT_EQ(iconOf(sending)->pid, parcellite->pid());
 
+    for (const bool json : {true, false}) {
+        const std::string text = list(json);
+        for (const TrayIcon& icon : icons()) {
+            const auto frame = client.frame(icon.window).value();
+            EXPECT_EQ(icon.frame.x, frame.x);
+            EXPECT_EQ(icon.frame.width, frame.width);
+            EXPECT_THAT(text, HasSubstr(std::to_string(icon.pid)));
+        }
+        EXPECT_THAT(text, HasSubstr(json ? "\"hidden\": false" : "shown"));
+        EXPECT_THAT(text, Not(HasSubstr(json ? "\"hidden\": true" : "hidden")));
+    }
+    EXPECT_THAT(list(true), HasSubstr("{\"id\": " + std::to_string(iconOf(sending)->window) +
+                                      ", \"process\": " + std::to_string(parcellite->pid())));
+}
+
+TEST_P(OtherTrayTest, TakesPicturesOfItsIcons) {
     desktop::X11ScreenCapture capture(*lookConnection);
-    for (const TrayIcon& icon : view.icons) {
-        // The tray may still be resizing it.
+    for (const TrayIcon& icon : icons()) {
+        // The tray may still be resizing it, and the program has to paint it first.
         EXPECT_TRUE(waitWhileRunning([&] {
             const auto frame = client.frame(icon.window).value();
-            return capture.pixelsOf(icon.window).size() == QSize(frame.width, frame.height);
-        }));
+            const QImage pixels = capture.pixelsOf(icon.window);
+            return pixels.size() == QSize(frame.width, frame.height) && hasSeveralColours(pixels);
+        })) << icon.className;
     }
+}
 
+TEST_P(OtherTrayTest, ClicksItsIconsAndMovesNothing) {
     user.moveTo({.x = 640, .y = 300});
     const PointerState pointer = client.pointer();
     const std::size_t before = popups(client).size();
-    ASSERT_TRUE(waitWhileRunning([&] {
-        return post(iconOf(first.className).value()) &&
-               waitWhileRunning([&] { return popups(client).size() > before; },
-                                std::chrono::milliseconds{1500});
-    }));
-    EXPECT_EQ(client.pointer(), pointer);
-    ASSERT_TRUE(waitWhileRunning([&] { return delivery->watchesMenu(); }));
-    user.tapKey(keys::escape);
-    EXPECT_TRUE(waitWhileRunning([&] { return popups(client).size() == before; }));
+    for (const std::string& className : {listening, sending}) {
+        ASSERT_TRUE(opensMenu(className, before)) << className;
+        ASSERT_TRUE(className == sending ||
+                    waitWhileRunning([&] { return delivery->watchesMenu(); }));
+        EXPECT_EQ(client.pointer(), pointer);
+        user.tapKey(keys::escape);
+        EXPECT_TRUE(waitWhileRunning([&] { return popups(client).size() == before; })) << className;
+        EXPECT_TRUE(waitWhileRunning([&] { return !delivery->watchesMenu(); })) << className;
+    }
+    EXPECT_TRUE(clipman->isRunning());
+    EXPECT_TRUE(parcellite->isRunning());
+    delivery.reset();
+    EXPECT_EQ(masterPointers(client).size(), 1U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Trays, ForeignTrayTest,
-                         ::testing::Values(std::vector<std::string>{
-                             "trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel",
-                             "--width", "400"}),
-                         [](const auto& tested) { return tested.param.front(); });
+TEST_P(OtherTrayTest, OpensTheApplicationBehindAnIcon) {
+    const TrayIcon icon = iconOf(listening).value();
+    // It has no window, so its entry is launched.
+    const auto marker = display.folder() / "opened";
+    const auto entries = display.folder() / "entries";
+    std::filesystem::create_directories(entries);
+    std::ofstream(entries / "clipman.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Clipman\nStartupWMClass=" << icon.className
+        << "\nExec=/bin/touch " << marker.string() << "\n";
+    desktop::X11RunningApplications own(display.name(), {.folders = {entries}, .locales = {}});
+    EXPECT_EQ(own.ownerName(icon), "Clipman");
+    const auto application = own.runningApplication(icon.pid);
+    ASSERT_NE(application, nullptr);
+    EXPECT_TRUE(application->activate(activateAllWindows));
+    EXPECT_TRUE(waitFor([&] { return std::filesystem::exists(marker); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Trays, OtherTrayTest, ::testing::ValuesIn(otherTrays()),
+                         [](const auto& tested) {
+                             std::string name = tested.param.name;
+                             std::erase(name, '-');
+                             return name;
+                         });
 
 // Programs that show something else than a menu: a window, or nothing without their hardware. The
 // click must reach them all the same.
