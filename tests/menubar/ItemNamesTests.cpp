@@ -32,7 +32,7 @@ TEST(ItemNamesTests, AWindowWithoutAClassIsKnownByItsTitle) {
 }
 
 TEST(ItemNamesTests, HoldNothingThatCouldStartALineOrEndAField) {
-    const auto names = namesOf(text({"a\tb\nc\0d\x1b[2J\r\0", 14}), std::nullopt);
+    const auto names = namesOf(text({"a\tb\nc\0d\x1b[2J\r\0", 13}), std::nullopt);
     EXPECT_EQ(names.instance, "abc");
     EXPECT_EQ(names.className, "d[2J");
 }

@@ -51,7 +51,7 @@ protected:
     }
     void moveIcon(std::size_t index, int x) {
         const auto container = tray.x().parent(icons[index]);
-        const std::uint32_t value = static_cast<std::uint32_t>(x);
+        const auto value = static_cast<std::uint32_t>(x);
         xcb_configure_window(tray.x().get(), container, XCB_CONFIG_WINDOW_X, &value);
         tray.x().sync();
     }
