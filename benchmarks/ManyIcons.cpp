@@ -42,6 +42,10 @@ void ManyIcons::make(std::size_t index) {
     x11::setText(x_.connection(), window, x_.atom("WM_CLASS"), x_.atom("STRING"), name + name);
     const std::array<std::uint32_t, 2> info{0, 1};
     x11::setWords(x_.connection(), window, x_.atom("_XEMBED_INFO"), x_.atom("_XEMBED_INFO"), info);
+    // WM_NORMAL_HINTS with a least size: some trays take an icon without one for an empty one.
+    constexpr std::uint32_t hasLeastSize = 1U << 4;
+    const std::array<std::uint32_t, 18> hints{hasLeastSize, 0, 0, 0, 0, iconSize, iconSize};
+    x11::setWords(x_.connection(), window, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, hints);
     windows_.push_back(window);
 }
 

@@ -145,7 +145,9 @@ RunningProduct::RunningProduct(Desktop& desktop, const Product& product, Purpose
     : desktop_(desktop), product_(product) {
     if (product.isOurs()) {
         desktop.startBar();
-        desktop.startOrganiser();
+        desktop.startOrganiser({}, purpose == Purpose::Start
+                                       ? OrganiserUnderTest::WaitForItems::No
+                                       : OrganiserUnderTest::WaitForItems::Yes);
         return;
     }
     write(desktop, purpose == Purpose::Hide ? product.settingsForHiding : product.settings);

@@ -37,7 +37,13 @@ struct Product {
 // A product at work on a desktop.
 class RunningProduct {
 public:
-    enum class Purpose { Show, Hide };
+    enum class Purpose {
+        Show,
+        // With its settings for hiding.
+        Hide,
+        // Like Show, without waiting for what it puts into the tray itself.
+        Start
+    };
 
     // Starts it and waits until somebody owns the tray; throws std::runtime_error otherwise. The
     // desktop must outlive this object.

@@ -79,6 +79,14 @@ std::vector<xcb_window_t> windowsInTray(desktop::TrayLook& look) {
     return windows;
 }
 
+// Those of them that are not the organiser's own.
+std::size_t thirdPartyIcons(desktop::TrayLook& look) {
+    const auto view = look.look();
+    return view ? std::ranges::count_if(
+                      view->icons, [](const auto& icon) { return icon.className != "Pelistra"; })
+                : 0;
+}
+
 // The time from the start of the product until the icons of programs that run already are docked.
 void dockPrograms(const Product& product, const Effort& effort, Values& values) {
     Desktop desktop(screen);
@@ -92,14 +100,13 @@ void dockPrograms(const Product& product, const Effort& effort, Values& values) 
     std::this_thread::sleep_for(std::chrono::seconds(2));
     const auto connection = connect(desktop);
     desktop::TrayLook look(*connection);
-    const std::size_t wanted = programs.size() + (product.isOurs() ? 2 : 0);
     constexpr int fewer = 4;
     for (int round = 0; round < std::max(3, effort.starts / fewer); ++round) {
         const auto begin = Clock::now();
-        RunningProduct running(desktop, product);
-        if (!waitFor([&] { return windowsInTray(look).size() >= wanted; }, longestWait)) {
-            std::cerr << "  " << product.name << " docks " << windowsInTray(look).size() << " of "
-                      << wanted << " programs\n";
+        RunningProduct running(desktop, product, RunningProduct::Purpose::Start);
+        if (!waitFor([&] { return thirdPartyIcons(look) >= programs.size(); }, longestWait)) {
+            std::cerr << "  " << product.name << " docks " << thirdPartyIcons(look) << " of "
+                      << programs.size() << " programs\n";
             return;
         }
         values.add("programs", Milliseconds(Clock::now() - begin).count());
