@@ -104,8 +104,9 @@ TEST_F(HarnessTests, APictureShowsWhatIsOnTheScreen) {
     plain.x().sync();
     const auto frame = client_.frame(plain.window());
     ASSERT_TRUE(frame);
-    EXPECT_TRUE(waitFor([&] { return client_.capture(*frame).pixelsOf(0x123456) == 50U * 40U; }));
-    EXPECT_EQ(before.differingPixels(client_.captureRoot()), 50U * 40U);
+    constexpr std::size_t area = std::size_t{50} * 40;
+    EXPECT_TRUE(waitFor([&] { return client_.capture(*frame).pixelsOf(0x123456) == area; }));
+    EXPECT_EQ(before.differingPixels(client_.captureRoot()), area);
     EXPECT_EQ(client_.capture(*frame).colours(), 1U);
     const std::filesystem::path file = display_.folder() / "screen.png";
     client_.captureRoot().savePng(file);

@@ -13,7 +13,6 @@
 namespace pelistra::testing {
 namespace {
 
-using menubar::ItemIdentity;
 using menubar::OrderFile;
 using menubar::OrderMemory;
 using ::testing::HasSubstr;

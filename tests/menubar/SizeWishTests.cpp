@@ -12,7 +12,6 @@ using menubar::grantedWidth;
 using menubar::Metrics;
 using menubar::PixelSize;
 using menubar::sizeFromHints;
-using menubar::SizeWish;
 using menubar::WishSource;
 
 const Metrics single{1};

@@ -129,7 +129,7 @@ std::string ChildProcess::output() const {
     return text.str();
 }
 
-bool ChildProcess::waitForOutput(const std::string& text, std::chrono::milliseconds bound) {
+bool ChildProcess::waitForOutput(const std::string& text, std::chrono::milliseconds bound) const {
     return waitFor([&] { return output().find(text) != std::string::npos; }, bound);
 }
 

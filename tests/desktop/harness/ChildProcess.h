@@ -48,7 +48,7 @@ public:
     [[nodiscard]] std::string output() const;
     // Waits until `text` occurs in the output.
     [[nodiscard]] bool waitForOutput(const std::string& text,
-                                     std::chrono::milliseconds bound = patience);
+                                     std::chrono::milliseconds bound = patience) const;
 
     // Sends a signal to the process alone.
     void signal(int number) const;
