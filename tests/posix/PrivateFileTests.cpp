@@ -63,6 +63,8 @@ std::vector<std::string> namesIn(const fs::path& folder) {
 class PrivateFileTest : public ::testing::Test {
 protected:
     PrivateFileTest() { calls() = {}; }
+    PrivateFileTest(const PrivateFileTest&) = delete;
+    PrivateFileTest& operator=(const PrivateFileTest&) = delete;
     ~PrivateFileTest() override { calls() = {}; }
 
     [[nodiscard]] std::string write(std::string_view content) const {
