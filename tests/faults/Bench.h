@@ -71,6 +71,7 @@ public:
 private:
     void collapse();
     void openRow();
+    void clickForMenu(const std::string& className);
     void openMenu();
     void openWindow(const std::string& option, const char* title);
     [[nodiscard]] bool isCalm();
