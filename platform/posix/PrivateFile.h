@@ -7,7 +7,8 @@
 
 namespace pelistra::posix {
 
-// Files that only the user may read (mode 0600) in folders that only the user may enter (0700).
+// Files that only the user may read (mode 0600) in folders that only the user may enter (0700). A
+// folder that is there already keeps the rights that somebody gave it.
 
 // The content of a file; empty when it cannot be read, is not a regular file, or is larger than
 // `byteLimit`.

@@ -104,6 +104,17 @@ TEST_F(PrivateFileTest, AFileThatOthersCouldReadBecomesPrivate) {
     EXPECT_EQ(contentOf(path_), "new");
 }
 
+TEST_F(PrivateFileTest, AFolderThatIsThereKeepsItsRightsAndTheFileIsPrivateAllTheSame) {
+    constexpr auto readableByAll = fs::perms::owner_all | fs::perms::group_read |
+                                   fs::perms::group_exec | fs::perms::others_read |
+                                   fs::perms::others_exec;
+    fs::create_directories(path_.parent_path());
+    fs::permissions(path_.parent_path(), readableByAll);
+    ASSERT_EQ(write("content"), "");
+    EXPECT_EQ(modeOf(path_.parent_path()), 0755U);
+    EXPECT_EQ(modeOf(path_), 0600U);
+}
+
 TEST_F(PrivateFileTest, TheContentIsSyncedThenRenamedThenTheFolderIsSynced) {
     fs::create_directories(path_.parent_path());
     ASSERT_EQ(write("content"), "");
