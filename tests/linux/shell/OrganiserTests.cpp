@@ -434,7 +434,8 @@ TEST_F(OrganiserTest, ItsEndTakesTheItemsOutOfTheTray) {
 TEST_F(OrganiserTest, ExpandedAndIdleItSleeps) {
     startDocked();
     input_.moveTo({.x = 400, .y = 400});
-    tray_->serve(std::chrono::milliseconds(1000));
+    // Two seconds after its start it gives back what that has needed, once.
+    tray_->serve(std::chrono::milliseconds(3000));
     const auto before = wakeUps(process_->pid());
     ASSERT_TRUE(before);
     tray_->serve(std::chrono::milliseconds(3000));
