@@ -32,11 +32,13 @@ std::vector<Cost> costsOf(const std::vector<Program>& programs) {
     return costs;
 }
 
-// What follows a start has come to rest when nobody has woken up for a second.
+// What follows a start has come to rest when nobody has woken up for three seconds: the organiser
+// tidies up two seconds after its start.
 void waitForRest(const std::vector<Program>& programs) {
+    constexpr std::chrono::seconds rest{3};
     require(waitFor([&] {
                 const std::vector<Cost> before = costsOf(programs);
-                std::this_thread::sleep_for(std::chrono::seconds(1));
+                std::this_thread::sleep_for(rest);
                 return std::ranges::equal(before, costsOf(programs), {}, &Cost::wakeUps,
                                           &Cost::wakeUps);
             }),

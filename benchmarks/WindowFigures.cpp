@@ -192,8 +192,7 @@ void weighOnboarding(const Effort& effort, Section& section) {
                                .limit = atMost(mostMemory)});
     section.figures.push_back({.what = "more proportional memory after a finished onboarding",
                                .spread = spreadOf(proportional),
-                               .unit = "MiB",
-                               .limit = atMost(mostMemory)});
+                               .unit = "MiB"});
 }
 
 void weighSettings(const Effort& effort, Section& section) {
