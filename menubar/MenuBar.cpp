@@ -4,7 +4,6 @@
 #include "menubar/Drag.h"
 #include "menubar/Log.h"
 #include "menubar/Sequence.h"
-#include "platform/posix/ProgramPages.h"
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
@@ -40,9 +39,6 @@ Event& mutableEventAs(xcb_generic_event_t& event) {
 // A disk takes longer than all the rest, so it waits until no event does; a flood of events delays
 // it for this many rounds at most.
 constexpr int mostPostponed = 8;
-
-// Nothing has happened for this long: the start, with the icons that it brings, is over.
-constexpr int quietAfterStart = 2000;
 
 // Windows come, go, or take another place.
 bool concernsStructure(int eventType) {
@@ -111,12 +107,8 @@ void MenuBar::sleep(int stopDescriptor) {
     std::array<pollfd, 2> descriptors{
         pollfd{.fd = server_->connection().fileDescriptor(), .events = POLLIN, .revents = 0},
         pollfd{.fd = stopDescriptor, .events = POLLIN, .revents = 0}};
-    const int timeout = startIsOver_ ? -1 : quietAfterStart;
-    const int ready = ::poll(descriptors.data(), descriptors.size(), timeout);
-    if (ready == 0) {
-        startIsOver_ = true;
-        posix::releaseProgramPages();
-    } else if (descriptors[1].revents != 0) {
+    ::poll(descriptors.data(), descriptors.size(), -1);
+    if (descriptors[1].revents != 0) {
         end_ = End::Stopped;
     }
 }

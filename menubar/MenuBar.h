@@ -48,8 +48,7 @@ private:
         bool lifted = false;
     };
 
-    // Sleeps until something comes. When nothing does after the start, gives back what only the
-    // start needed.
+    // Sleeps until something comes.
     void sleep(int stopDescriptor);
     // Handles what has come; returns whether anything had.
     bool drain();
@@ -108,7 +107,6 @@ private:
     std::optional<Gap> housing_;
     std::optional<Drag> drag_;
     std::optional<End> end_;
-    bool startIsOver_ = false;
 
     // What the events of one batch left to be done.
     bool monitorsStale_ = true;

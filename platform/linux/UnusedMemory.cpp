@@ -1,7 +1,6 @@
 #include "platform/linux/UnusedMemory.h"
 
 #include "platform/linux/WindowFrame.h"
-#include "platform/posix/ProgramPages.h"
 
 #include <algorithm>
 
@@ -34,10 +33,7 @@ void forgetFonts() {
 } // namespace
 
 void UnusedMemory::giveBackAfterStart() {
-    mainQueue_.asyncAfter(untilGivenBack, lifetime_.guard([] {
-        ::malloc_trim(0);
-        posix::releaseProgramPages();
-    }));
+    mainQueue_.asyncAfter(untilGivenBack, lifetime_.guard([] { ::malloc_trim(0); }));
 }
 
 void UnusedMemory::giveBackAfterWindow() {
@@ -52,7 +48,6 @@ void UnusedMemory::giveBackWindowMemory() {
     forgetFonts();
     QPixmapCache::clear();
     ::malloc_trim(0);
-    posix::releaseProgramPages();
 }
 
 } // namespace pelistra::desktop
