@@ -88,7 +88,7 @@ std::string firstLineOf(const std::string& command) {
     if (pipe == nullptr || std::fgets(line.data(), line.size(), pipe.get()) == nullptr) {
         return "";
     }
-    std::string text = line.data();
+    const std::string text = line.data();
     return text.substr(0, text.find('\n'));
 }
 

@@ -103,7 +103,7 @@ void dockPrograms(const Product& product, const Effort& effort, Values& values) 
     constexpr int fewer = 4;
     for (int round = 0; round < std::max(3, effort.starts / fewer); ++round) {
         const auto begin = Clock::now();
-        RunningProduct running(desktop, product, RunningProduct::Purpose::Start);
+        const RunningProduct running(desktop, product, RunningProduct::Purpose::Start);
         if (!waitFor([&] { return thirdPartyIcons(look) >= programs.size(); }, longestWait)) {
             std::cerr << "  " << product.name << " docks " << thirdPartyIcons(look) << " of "
                       << programs.size() << " programs\n";
