@@ -75,11 +75,11 @@ width-percent=true
 type=tray
 )";
 
-// The hide button of xfce4-panel follows the last icon; it stands alone while they are hidden.
-RootPoint xfceButton(bool iconsShow, int lastIcon) {
-    constexpr RootPoint alone{.x = 8, .y = 14};
-    constexpr int behindIcons = 10;
-    return iconsShow ? RootPoint{.x = lastIcon + behindIcons, .y = alone.y} : alone;
+// The hide button of xfce4-panel is the last thing in its tray.
+RootPoint xfceButton(int endOfTray) {
+    constexpr int fromEnd = 7;
+    constexpr int middle = 14;
+    return {.x = endOfTray - fromEnd, .y = middle};
 }
 
 std::string firstLineOf(const std::string& command) {
@@ -189,12 +189,12 @@ double RunningProduct::processorMilliseconds() {
     return sum;
 }
 
-void RunningProduct::press(bool toHide, int lastIcon) {
+void RunningProduct::press(bool toHide, int endOfTray) {
     if (product_.isOurs() && !toHide) {
         desktop_.input().pressKey(keys::alt);
     }
     desktop_.input().moveTo(product_.isOurs() ? centre(desktop_.organiser().controlFrame().value())
-                                              : xfceButton(toHide, lastIcon));
+                                              : xfceButton(endOfTray));
     desktop_.input().press();
 }
 

@@ -57,8 +57,8 @@ public:
     [[nodiscard]] double processorMilliseconds();
 
     // Points at the button that hides and shows, and presses it; the release is what counts.
-    // `lastIcon` is where the icon furthest to the right ends.
-    void press(bool toHide, int lastIcon);
+    // `endOfTray` is where a panel's part for icons ends.
+    void press(bool toHide, int endOfTray);
     void release(bool toHide);
 
 private:

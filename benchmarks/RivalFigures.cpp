@@ -69,17 +69,7 @@ std::unique_ptr<x11::Connection> connect(Desktop& desktop) {
     return connection;
 }
 
-// The windows in the tray, whoever shows it.
-std::vector<xcb_window_t> windowsInTray(desktop::TrayLook& look) {
-    std::vector<xcb_window_t> windows;
-    if (const auto view = look.look()) {
-        std::ranges::transform(view->icons, std::back_inserter(windows),
-                               &desktop::TrayIcon::window);
-    }
-    return windows;
-}
-
-// Those of them that are not the organiser's own.
+// In the tray, whoever shows it: the icons that are not the organiser's own.
 std::size_t thirdPartyIcons(desktop::TrayLook& look) {
     const auto view = look.look();
     return view ? std::ranges::count_if(
@@ -137,15 +127,10 @@ void dockMany(const Product& product, std::size_t count, const std::string& name
     values.add("own memory " + name, memory.own);
 }
 
-// Where the icon furthest to the right ends, whoever it belongs to.
-int endOfIcons(Desktop& desktop) {
-    const auto connection = connect(desktop);
-    desktop::TrayLook look(*connection);
-    int end = 0;
-    for (const xcb_window_t window : windowsInTray(look)) {
-        end = std::max(end, desktop.x().frame(window).value_or(WindowFrame{}).right());
-    }
-    return end;
+// Where the part of a panel ends that holds the icons, hidden ones too, in containers of their own.
+int endOfTray(Desktop& desktop, xcb_window_t icon) {
+    const xcb_window_t tray = desktop.x().parent(desktop.x().parent(icon));
+    return desktop.x().frame(tray).value_or(WindowFrame{}).right();
 }
 
 // Also icons that are hidden.
@@ -160,7 +145,7 @@ void waitUntilDocked(Desktop& desktop, const std::vector<xcb_window_t>& windows)
 
 double timeToToggle(Desktop& desktop, RunningProduct& running,
                     const std::vector<xcb_window_t>& windows, bool toHide) {
-    running.press(toHide, endOfIcons(desktop));
+    running.press(toHide, endOfTray(desktop, windows.front()));
     const auto begin = Clock::now();
     running.release(toHide);
     require(waitForEach(windows,
@@ -215,7 +200,8 @@ void idleOn(const Product& product, const Effort& effort, Values& values) {
     }
     const ManyIcons many(desktop.display().name(), icons - programs.size());
     waitUntilDocked(desktop, many.windows());
-    constexpr std::chrono::seconds start{6};
+    // GLib ends its idle threads after 15 seconds; what has ended is no longer counted.
+    constexpr std::chrono::seconds start{20};
     std::this_thread::sleep_for(start);
     if (product.canHide() && !product.isOurs()) {
         static_cast<void>(timeToToggle(desktop, running, many.windows(), false));
