@@ -137,9 +137,8 @@ void writeJson(std::ostream& out, const std::vector<ListedItem>& items) {
         out << (&item == &items.front() ? "\n" : ",\n") << R"(  {"id": )" << item.id
             << ", \"process\": " << item.process << ", \"owner\": " << quoted(item.owner)
             << ", \"windowName\": " << quoted(item.windowName) << R"(, "desktopId": )"
-            << (item.desktopId ? quoted(*item.desktopId) : "null")
-            << ", \"frame\": {\"x\": " << number(item.frame.origin.x)
-            << ", \"y\": " << number(item.frame.origin.y)
+            << (item.desktopId ? quoted(*item.desktopId) : "null") << R"(, "frame": {"x": )"
+            << number(item.frame.origin.x) << ", \"y\": " << number(item.frame.origin.y)
             << ", \"width\": " << number(item.frame.size.width)
             << ", \"height\": " << number(item.frame.size.height) << R"(}, "hidden": )"
             << (item.hidden ? "true" : "false") << ", \"displayName\": " << quoted(item.displayName)
