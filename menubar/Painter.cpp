@@ -9,7 +9,6 @@ namespace pelistra::menubar {
 
 namespace {
 
-constexpr std::uint8_t alphaDepth = 32;
 constexpr std::size_t bytesPerPixel = 4;
 constexpr std::size_t requestHeaderBytes = 32;
 // The title begins this far from the left edge.
@@ -38,7 +37,7 @@ void putImage(xcb_connection_t* x, xcb_pixmap_t pixmap, const ArgbImage& image) 
             pixels.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(image.width));
         xcb_put_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context.id(),
                       static_cast<std::uint16_t>(image.width), static_cast<std::uint16_t>(rows), 0,
-                      static_cast<std::int16_t>(row), 0, alphaDepth,
+                      static_cast<std::int16_t>(row), 0, x11::Connection::alphaDepth,
                       static_cast<std::uint32_t>(rowBytes * static_cast<std::size_t>(rows)), data);
     }
 }
@@ -87,7 +86,8 @@ Painter::Layer Painter::upload(const ArgbImage& image) const {
     if (image.pixels.empty()) {
         return {};
     }
-    Layer layer = makeLayer(alphaDepth, server_->alphaFormat(), image.width, image.height);
+    Layer layer =
+        makeLayer(x11::Connection::alphaDepth, server_->alphaFormat(), image.width, image.height);
     putImage(server_->xcb(), layer.pixmap.id(), image);
     return layer;
 }

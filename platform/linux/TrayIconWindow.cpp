@@ -22,8 +22,6 @@ constexpr std::size_t hintWords = 18;
 constexpr std::size_t minimumWidth = 5;
 constexpr std::size_t baseWidth = 15;
 
-constexpr std::uint8_t alphaDepth = 32;
-
 } // namespace
 
 TrayIconAtoms::TrayIconAtoms(const x11::Connection& connection)
@@ -48,7 +46,7 @@ TrayIconWindow::~TrayIconWindow() {
 void TrayIconWindow::createWindow(const Traits& traits) {
     xcb_create_colormap(connection_.get(), XCB_COLORMAP_ALLOC_NONE, colormap_, connection_.root(),
                         visual_);
-    const bool hasAlpha = traits.visual.depth == alphaDepth;
+    const bool hasAlpha = traits.visual.depth == x11::Connection::alphaDepth;
     xcb_create_window_value_list_t values{};
     values.background_pixel = 0;
     values.background_pixmap = XCB_BACK_PIXMAP_PARENT_RELATIVE;

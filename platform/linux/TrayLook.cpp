@@ -1,10 +1,10 @@
 #include "platform/linux/TrayLook.h"
 
+#include "platform/linux/ScreenLayout.h"
 #include "platform/linux/TrayLookText.h"
 #include "platform/x11/Atoms.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <map>
 #include <ranges>
@@ -24,36 +24,9 @@ namespace {
 
 // Names of a few words fit; what is longer is cut anyway, so it need not travel.
 constexpr std::uint32_t nameByteLimit = 1024;
-constexpr double defaultDotsPerInch = 96;
-// Scales beyond these are no scale that a desktop can be used at, so such a value is a mistake.
-constexpr double leastScale = 0.5;
-constexpr double mostScale = 8;
-constexpr double hundredths = 100;
 // Two looks at one moment, as one refresh takes them, are one look. The bar needs longer to react
 // to anything.
 constexpr std::chrono::milliseconds oneMoment{1};
-
-bool isUsableScale(double scale) {
-    return scale >= leastScale && scale <= mostScale;
-}
-
-// The scale that Xft.dpi of the resource manager's text asks for; 1 without a usable value.
-double scaleOfResources(std::string_view resources) {
-    constexpr std::string_view key = "Xft.dpi:";
-    auto at = resources.find(key);
-    while (at != std::string_view::npos && at != 0 && resources[at - 1] != '\n') {
-        at = resources.find(key, at + 1);
-    }
-    if (at == std::string_view::npos) {
-        return 1;
-    }
-    std::string_view value = resources.substr(at + key.size());
-    value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
-    double dotsPerInch = 0;
-    std::from_chars(value.data(), value.data() + value.size(), dotsPerInch);
-    const double scale = dotsPerInch / defaultDotsPerInch;
-    return isUsableScale(scale) ? scale : 1;
-}
 
 std::string ownHostName() {
     constexpr std::size_t longestName = 256;
@@ -200,8 +173,8 @@ std::string TrayLook::takeText(x11::PropertyRequest request) {
 TrayLook::Tray TrayLook::findTray() {
     xcb_connection_t* const server = connection_->get();
     const auto owner = xcb_get_selection_owner(server, atom(Name::Selection));
-    const auto resources = x11::requestProperty(*connection_, connection_->root(),
-                                                XCB_ATOM_RESOURCE_MANAGER, XCB_ATOM_STRING);
+    const auto resources =
+        x11::requestProperty(*connection_, connection_->root(), XCB_ATOM_RESOURCE_MANAGER);
     // Of the bar that was seen last: if it is still there, no second question is needed.
     std::optional<x11::PropertyRequest> serial;
     if (known_) {
@@ -217,7 +190,7 @@ TrayLook::Tray TrayLook::findTray() {
     }
     const auto text =
         x11::propertyValue(replies_.take<xcb_get_property_reply_t>(resources.cookie).get());
-    tray.scale = scaleOfResources(text ? text->text() : "");
+    tray.scale = text ? resourceScaleIn(text->text()).value_or(1) : 1;
     if (serial) {
         tray.serial = takeSerial(*serial);
     }
@@ -262,11 +235,9 @@ void TrayLook::readOwner(Tray& tray) {
         value && value->type == XCB_ATOM_WINDOW) {
         tray.items = value->words();
     }
-    const auto value =
-        x11::propertyValue(replies_.take<xcb_get_property_reply_t>(scale.cookie).get());
-    if (const auto words = value ? value->words() : std::vector<std::uint32_t>{};
-        !words.empty() && isUsableScale(words[0] / hundredths)) {
-        tray.scale = words[0] / hundredths;
+    if (const auto value =
+            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(scale.cookie).get())) {
+        tray.scale = scaleIn(value->words()).value_or(tray.scale);
     }
 }
 

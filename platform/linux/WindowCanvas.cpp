@@ -6,12 +6,6 @@
 
 namespace pelistra::desktop {
 
-namespace {
-
-constexpr std::uint8_t alphaDepth = 32;
-
-} // namespace
-
 WindowCanvas::WindowCanvas(const x11::Connection& connection)
     : connection_(connection), formats_(xcb_render_util_query_formats(connection.get())) {
     if (formats_ == nullptr) {
@@ -41,10 +35,12 @@ void WindowCanvas::composite(xcb_window_t window, xcb_render_pictformat_t format
     const xcb_gcontext_t context = connection_.newId();
     const xcb_render_picture_t source = connection_.newId();
     const xcb_render_picture_t target = connection_.newId();
-    xcb_create_pixmap(server, alphaDepth, pixmap, connection_.root(), width, height);
+    xcb_create_pixmap(server, x11::Connection::alphaDepth, pixmap, connection_.root(), width,
+                      height);
     xcb_create_gc(server, context, pixmap, 0, nullptr);
     xcb_put_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width, height, 0, 0, 0,
-                  alphaDepth, static_cast<std::uint32_t>(pixels.sizeInBytes()), pixels.constBits());
+                  x11::Connection::alphaDepth, static_cast<std::uint32_t>(pixels.sizeInBytes()),
+                  pixels.constBits());
     xcb_render_create_picture(server, source, pixmap, alphaFormat_, 0, nullptr);
     xcb_render_create_picture(server, target, window, format, 0, nullptr);
     xcb_render_composite(server, XCB_RENDER_PICT_OP_OVER, source, XCB_RENDER_PICTURE_NONE, target,

@@ -89,7 +89,6 @@ Connection::Visual Connection::visual(xcb_visualid_t id) const {
 }
 
 Connection::Visual Connection::alphaVisual() const {
-    constexpr std::uint8_t alphaDepth = 32;
     for (auto depth = xcb_screen_allowed_depths_iterator(screen_); depth.rem != 0;
          xcb_depth_next(&depth)) {
         if (depth.data->depth != alphaDepth) {

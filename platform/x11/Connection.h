@@ -2,6 +2,7 @@
 
 #include "platform/x11/Handles.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -48,8 +49,9 @@ public:
         std::uint8_t depth = 0;
     };
     [[nodiscard]] Visual visual(xcb_visualid_t id) const;
-    // The screen's true-colour visual with an alpha channel (depth 32); null type when there is
-    // none.
+    // The bits of a pixel with an alpha channel.
+    static constexpr std::uint8_t alphaDepth = 32;
+    // The screen's true-colour visual with an alpha channel; null type when there is none.
     [[nodiscard]] Visual alphaVisual() const;
 
 private:

@@ -431,6 +431,31 @@ TEST_F(OrganiserTest, ItsEndTakesTheItemsOutOfTheTray) {
     }
 }
 
+TEST_F(OrganiserTest, ASizeThatItHasIsNotAskedForAgain) {
+    startDocked();
+    const int before = tray_->sizeRequests();
+    tray_->setForeground({0xffff, 0, 0});
+    EXPECT_TRUE(tray_->waitFor([&] { return pixelsOf(0xff0000, control_) > 0; }));
+    EXPECT_EQ(tray_->sizeRequests(), before);
+    ASSERT_TRUE(collapse());
+    EXPECT_EQ(tray_->sizeRequests(), before + 1);
+}
+
+TEST_F(OrganiserTest, ASizeThatWasRefusedIsAskedForAgainWhenTheTrayChanges) {
+    startDocked();
+    const int width = dividerWidth();
+    tray_->setGranting(false);
+    const int before = tray_->sizeRequests();
+    ASSERT_TRUE(clickUntil(Button::Left, {}, [&] { return tray_->sizeRequests() == before + 1; }));
+    EXPECT_EQ(dividerWidth(), width);
+    tray_->setForeground({0xffff, 0, 0});
+    EXPECT_TRUE(tray_->waitFor([&] { return tray_->sizeRequests() > before + 1; }));
+    EXPECT_EQ(dividerWidth(), width);
+    tray_->setGranting(true);
+    tray_->setForeground({0, 0xffff, 0});
+    EXPECT_TRUE(tray_->waitForWidth(divider_, collapsedWidth));
+}
+
 TEST_F(OrganiserTest, ExpandedAndIdleItSleeps) {
     startDocked();
     input_.moveTo({.x = 400, .y = 400});

@@ -91,7 +91,9 @@ void RespondingTray::handleEvents() {
         case XCB_CONFIGURE_REQUEST: {
             const auto& request = x11::eventAs<xcb_configure_request_event_t>(*event);
             const auto place = std::ranges::find(places_, request.window, &Place::icon);
-            if (place != places_.end() && (request.value_mask & XCB_CONFIG_WINDOW_WIDTH) != 0) {
+            ++sizeRequests_;
+            if (granting_ && place != places_.end() &&
+                (request.value_mask & XCB_CONFIG_WINDOW_WIDTH) != 0) {
                 place->width = request.width;
                 layOut();
             }

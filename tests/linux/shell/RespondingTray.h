@@ -67,6 +67,11 @@ public:
     // Waits until the item has that width.
     [[nodiscard]] bool waitForWidth(xcb_window_t icon, int width);
 
+    // Whether sizes that are asked for are given.
+    void setGranting(bool granting) { granting_ = granting; }
+    // How often icons have asked for a size.
+    [[nodiscard]] int sizeRequests() const { return sizeRequests_; }
+
     void setForeground(const std::array<std::uint32_t, 3>& foreground);
     void setMenuBarScale(std::uint32_t hundredths);
     // Throws an icon out.
@@ -96,6 +101,8 @@ private:
     xcb_colormap_t colormap_;
     std::vector<Place> places_;
     std::vector<xcb_window_t> docked_;
+    bool granting_ = true;
+    int sizeRequests_ = 0;
 };
 
 } // namespace pelistra::testing

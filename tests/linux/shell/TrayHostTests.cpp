@@ -1,5 +1,6 @@
 #include "platform/linux/TrayHost.h"
 
+#include "platform/linux/TrayLook.h"
 #include "platform/x11/Properties.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/shell/RespondingTray.h"
@@ -9,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>
@@ -117,6 +119,44 @@ TEST_F(TrayChangesTest, AreNotHeardInAFlood) {
     tray_->x().sync();
     EXPECT_EQ(host_.changesOf(tray_->owner()), std::nullopt);
     EXPECT_TRUE(isCountedAfter(before));
+}
+
+// What is listed and what is shown must be measured alike.
+TEST_F(TrayChangesTest, TheScaleIsThatOfALook) {
+    const auto other = connect();
+    desktop::TrayLook look(*other);
+    const auto expectAlike = [&](double scale, const std::string& what) {
+        const auto coordinates = look.coordinates();
+        ASSERT_TRUE(coordinates.has_value());
+        EXPECT_EQ(coordinates->scale(), scale) << what;
+        EXPECT_EQ(host_.scale(), scale) << what;
+    };
+    XClient client(display_.name());
+    for (const std::string type : {"STRING", "UTF8_STRING"}) {
+        for (const auto& [text, scale] : {std::pair("Xft.dpi:\t192", 2.0),
+                                          {"Xft.dpi: 24", 0.25},
+                                          {"Xft.dpi: 23", 1.0},
+                                          {"Xft.dpi: 960", 10.0},
+                                          {"Xft.dpi: 961", 1.0},
+                                          {"Xft.dpi: x", 1.0},
+                                          {"", 1.0}}) {
+            x11::setText(client.connection(), client.root(), XCB_ATOM_RESOURCE_MANAGER,
+                         client.atom(type), text);
+            client.sync();
+            expectAlike(scale, type + " " + text);
+        }
+    }
+    tray_.emplace(display_.name());
+    host_.start();
+    for (const auto& [hundredths, scale] :
+         {std::pair(50U, 0.5), {150U, 1.5}, {800U, 8.0}, {49U, 1.0}, {801U, 1.0}, {0U, 1.0}}) {
+        const auto before = count();
+        tray_->setMenuBarScale(hundredths);
+        tray_->x().sync();
+        ASSERT_TRUE(isCountedAfter(before));
+        pump_.drain();
+        expectAlike(scale, std::to_string(hundredths));
+    }
 }
 
 } // namespace

@@ -340,6 +340,8 @@ TEST_F(TrayLookTest, ScalesByTheBarsWordElseByTheResourcesElseNot) {
     EXPECT_EQ(scale(), 1.5);
     tray.setScale(0);
     EXPECT_EQ(scale(), 2);
+    client.setText(client.x().root(), "RESOURCE_MANAGER", "UTF8_STRING", "Xft.dpi:\t144\n");
+    EXPECT_EQ(scale(), 1.5) << "a text of another type";
     client.setText(client.x().root(), "RESOURCE_MANAGER", "STRING", "Xft.dpi:\tnonsense\n");
     EXPECT_EQ(scale(), 1);
     client.setText(client.x().root(), "RESOURCE_MANAGER", "STRING", "Xft.dpi:\t1e300\n");
