@@ -26,6 +26,7 @@ Atoms::Atoms(const x11::Connection& connection) {
         "_PELISTRA_MENUBAR_POSITION",
         "_PELISTRA_MENUBAR_WINDOW",
         "_PELISTRA_MENUBAR_ITEMS",
+        "_PELISTRA_MENUBAR_ITEM_DETAILS",
         "_PELISTRA_MENUBAR_SCALE",
         "_PELISTRA_MENUBAR_SERIAL",
         "_PELISTRA_MENUBAR_AUXILIARY_AREAS",

@@ -25,6 +25,7 @@ enum class Atom : std::size_t {
     PelistraMenubarPosition,
     PelistraMenubarWindow,
     PelistraMenubarItems,
+    PelistraMenubarItemDetails,
     PelistraMenubarScale,
     PelistraMenubarSerial,
     PelistraMenubarAuxiliaryAreas,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "menubar/ItemPicture.h"
+#include "menubar/ItemTexts.h"
 #include "menubar/OrderMemory.h"
 #include "menubar/Retrieval.h"
 #include "menubar/SizeWish.h"
@@ -30,6 +31,8 @@ struct DockedItem {
     // The container's depth; equal to the client's.
     std::uint8_t depth = 0;
     ItemIdentity identity;
+    // As last read.
+    ItemTexts texts;
     ItemState state = ItemState::Arriving;
     SizeWish wish;
     std::optional<PixelSize> hintedSize;
@@ -48,6 +51,7 @@ struct DockedItem {
     // What the events of one batch left to be done.
     bool hintsStale = false;
     bool embedInfoStale = false;
+    bool textsStale = false;
     // It moved or resized itself, and has to be put back.
     bool strayed = false;
     // It asked for a size and has to be told what it has, whether that changed or not.

@@ -71,8 +71,7 @@ struct Docking::Question {
           geometry(xcb_get_geometry(server.xcb(), window)),
           embedInfo(requestProperty(server.connection(), window, server.atom(Atom::XEmbedInfo))),
           hints(requestProperty(server.connection(), window, XCB_ATOM_WM_NORMAL_HINTS)),
-          windowClass(requestProperty(server.connection(), window, XCB_ATOM_WM_CLASS)),
-          name(requestProperty(server.connection(), window, XCB_ATOM_WM_NAME)),
+          texts(requestTexts(server, window)),
           preferred(requestProperty(server.connection(), window,
                                     server.atom(Atom::PelistraPreferredPosition))) {}
 
@@ -87,8 +86,7 @@ struct Docking::Question {
     xcb_get_geometry_cookie_t geometry;
     x11::PropertyRequest embedInfo;
     x11::PropertyRequest hints;
-    x11::PropertyRequest windowClass;
-    x11::PropertyRequest name;
+    TextRequests texts;
     x11::PropertyRequest preferred;
 };
 
@@ -100,8 +98,9 @@ struct Docking::Arrival {
           geometry(xcb_get_geometry_reply(server.xcb(), question.geometry, nullptr)),
           embedInfo(readXEmbedInfo(wordsOf(readProperty(server.connection(), question.embedInfo)))),
           hints(sizeFromHints(wordsOf(readProperty(server.connection(), question.hints)))) {
-        const auto windowClass = readProperty(server.connection(), question.windowClass);
-        names = namesOf(windowClass, readProperty(server.connection(), question.name));
+        const TextAnswers answers = readTexts(server, question.texts);
+        names = namesOf(answers.windowClass, answers.name);
+        texts = textsOf(answers);
         const auto words = wordsOf(readProperty(server.connection(), question.preferred));
         if (!words.empty()) {
             preferred = words.front();
@@ -116,6 +115,7 @@ struct Docking::Arrival {
     XEmbedInfo embedInfo;
     std::optional<PixelSize> hints;
     ItemNames names;
+    ItemTexts texts;
     std::optional<std::uint32_t> preferred;
 };
 
@@ -179,6 +179,7 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
     item->identity = {.instance = names.instance,
                       .className = names.className,
                       .ordinal = items_->freeOrdinal(names.instance, names.className)};
+    item->texts = arrival.texts;
     const PixelSize size{.width = grantedWidth(item->wish, metrics), .height = metrics.barHeight()};
     item->x = -size.width;
     item->width = size.width;
@@ -225,21 +226,25 @@ void Docking::readStale() {
         DockedItem* item;
         std::optional<x11::PropertyRequest> hints;
         std::optional<x11::PropertyRequest> embedInfo;
+        std::optional<TextRequests> texts;
     };
     std::vector<Asked> asked;
     const auto ask = [this](const DockedItem& item, xcb_atom_t property) {
         return requestProperty(server_->connection(), item.client, property);
     };
     for (const auto& item : items_->all()) {
-        if (!item->hintsStale && !item->embedInfoStale) {
+        if (!item->hintsStale && !item->embedInfoStale && !item->textsStale) {
             continue;
         }
-        Asked entry{.item = item.get(), .hints = {}, .embedInfo = {}};
+        Asked entry{.item = item.get(), .hints = {}, .embedInfo = {}, .texts = {}};
         if (item->hintsStale) {
             entry.hints = ask(*item, XCB_ATOM_WM_NORMAL_HINTS);
         }
         if (item->embedInfoStale) {
             entry.embedInfo = ask(*item, server_->atom(Atom::XEmbedInfo));
+        }
+        if (item->textsStale) {
+            entry.texts = requestTexts(*server_, item->client);
         }
         asked.push_back(entry);
     }
@@ -257,6 +262,10 @@ void Docking::readStale() {
                 readXEmbedInfo(wordsOf(readProperty(server_->connection(), *entry.embedInfo)))
                     .mapped;
             applyMapping(item);
+        }
+        if (entry.texts) {
+            item.textsStale = false;
+            item.texts = textsOf(readTexts(*server_, *entry.texts));
         }
     }
 }

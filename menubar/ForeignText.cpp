@@ -27,11 +27,7 @@ std::string cleanText(std::string_view foreign, std::size_t characterLimit) {
 }
 
 std::string cleanLatinText(std::string_view foreign, std::size_t characterLimit) {
-    std::string utf8;
-    for (const char byte : foreign.substr(0, characterLimit)) {
-        x11::appendCharacter(utf8, static_cast<unsigned char>(byte));
-    }
-    return cleanText(utf8, characterLimit);
+    return cleanText(x11::fromLatin1(foreign.substr(0, characterLimit)), characterLimit);
 }
 
 } // namespace pelistra::menubar

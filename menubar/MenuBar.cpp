@@ -222,6 +222,7 @@ void MenuBar::handleProperty(const xcb_property_notify_event_t& event) {
     if (DockedItem* item = items_.find(event.window)) {
         // A new title, for example.
         itemsChanged_ = true;
+        item->textsStale = item->textsStale || isText(*server_, event.atom);
         item->hintsStale = item->hintsStale || event.atom == XCB_ATOM_WM_NORMAL_HINTS;
         if (event.atom == server_->atom(Atom::XEmbedInfo)) {
             item->embedInfoStale = true;
@@ -432,9 +433,6 @@ void MenuBar::settle() {
     }
     showTitle();
     painter_.paint(items_.shown(), lifted());
-    if (std::exchange(itemsChanged_, false)) {
-        publisher_.publishChange();
-    }
     server_->connection().flush();
 }
 
@@ -446,9 +444,14 @@ void MenuBar::keepOrder() {
 }
 
 void MenuBar::publishItems() {
+    bool changed = std::exchange(itemsChanged_, false);
     // The order of an item in the user's hand is not decided yet.
     if (lifted() == nullptr || publisher_.publishedItems() != items_.shown().size()) {
-        publisher_.publishItems(items_);
+        changed = publisher_.publishItems(items_) || changed;
+    }
+    if (changed) {
+        publisher_.publishDetails(items_, window_.frame());
+        publisher_.publishChange();
     }
     if (std::exchange(positionsDue_, false)) {
         publisher_.publishPositions(items_);
@@ -477,6 +480,7 @@ void MenuBar::followScreen() {
         const bool reserve = canReserveTop(monitors, frame);
         frame.height = metrics_.barHeight();
         window_.place(frame, reserve);
+        itemsChanged_ = true;
     }
     const PixelRect& frame = window_.frame();
     std::optional<Gap> drawn;

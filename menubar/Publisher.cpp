@@ -2,10 +2,12 @@
 
 #include "menubar/Options.h"
 #include "platform/x11/Properties.h"
+#include "platform/x11/PublishedItems.h"
 
 #include <algorithm>
 #include <array>
 #include <random>
+#include <unordered_map>
 
 namespace pelistra::menubar {
 
@@ -15,6 +17,17 @@ constexpr std::uint32_t horizontal = 0;
 
 std::uint32_t word(int value) {
     return static_cast<std::uint32_t>(std::max(value, 0));
+}
+
+x11::PublishedItem detailsOf(const DockedItem& item, const PixelRect& bar) {
+    return {.window = item.client,
+            .x = bar.x + item.x,
+            .y = bar.y,
+            .width = item.width,
+            .height = item.height,
+            .title = item.texts.title,
+            .instance = item.texts.instance,
+            .className = item.texts.className};
 }
 
 } // namespace
@@ -74,18 +87,45 @@ void Publisher::publishAreas(const PixelRect& bar, const std::optional<Gap>& gap
             server_->atom(Atom::PelistraMenubarAuxiliaryAreas), XCB_ATOM_CARDINAL);
 }
 
-void Publisher::publishItems(const ItemList& items) {
+bool Publisher::publishItems(const ItemList& items) {
     std::vector<std::uint32_t> windows;
     windows.reserve(items.size());
     for (const DockedItem* item : items.shown()) {
         windows.push_back(item->client);
     }
-    if (windows != items_ || !itemsPublished_) {
-        itemsPublished_ = true;
-        items_ = std::move(windows);
-        x11::setWords(server_->connection(), owner_, server_->atom(Atom::PelistraMenubarItems),
-                      XCB_ATOM_WINDOW, items_);
-        publishChange();
+    if (windows == items_ && itemsPublished_) {
+        return false;
+    }
+    itemsPublished_ = true;
+    items_ = std::move(windows);
+    x11::setWords(server_->connection(), owner_, server_->atom(Atom::PelistraMenubarItems),
+                  XCB_ATOM_WINDOW, items_);
+    return true;
+}
+
+void Publisher::publishDetails(const ItemList& items, const PixelRect& bar) {
+    std::unordered_map<xcb_window_t, const DockedItem*> docked;
+    for (const auto& item : items.all()) {
+        docked.emplace(item->client, item.get());
+    }
+    std::vector<x11::PublishedItem> published;
+    published.reserve(items_.size());
+    for (const xcb_window_t window : items_) {
+        if (const auto item = docked.find(window); item != docked.end()) {
+            published.push_back(detailsOf(*item->second, bar));
+        }
+    }
+    auto details = x11::publishedText(published);
+    if (details == details_) {
+        return;
+    }
+    details_ = std::move(details);
+    const xcb_atom_t property = server_->atom(Atom::PelistraMenubarItemDetails);
+    if (details_) {
+        x11::setText(server_->connection(), owner_, property, server_->atom(Atom::Utf8String),
+                     *details_);
+    } else {
+        xcb_delete_property(server_->xcb(), owner_, property);
     }
 }
 

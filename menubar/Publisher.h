@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace pelistra::menubar {
@@ -29,7 +30,11 @@ public:
     // The parts of the bar left and right of the camera housing, relative to the root window; `gap`
     // counts from the bar's left edge. None without a housing.
     void publishAreas(const PixelRect& bar, const std::optional<Gap>& gap);
-    void publishItems(const ItemList& items);
+    // Whether they are others than before, or stand in another order.
+    [[nodiscard]] bool publishItems(const ItemList& items);
+    // What others want to know of each of the items that were published last; `bar` is the bar's
+    // frame in root coordinates.
+    void publishDetails(const ItemList& items, const PixelRect& bar);
     // Says by another number that items, their places or what they say of themselves may have
     // changed: who has seen them all under the last number need not look again while it stands.
     // Call it after the change, so that nobody takes the old state for the new one.
@@ -51,6 +56,8 @@ private:
     std::vector<std::uint32_t> areas_;
     std::vector<std::uint32_t> items_;
     bool itemsPublished_ = false;
+    // Empty when it has been too long to be published.
+    std::optional<std::string> details_;
     // Counts from a random number: the next bar may get the same window ids as the last one, and
     // must not repeat a serial that somebody still knows.
     std::uint32_t serial_;

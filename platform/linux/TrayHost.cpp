@@ -48,6 +48,7 @@ TrayHost::TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log)
                                                         "_NET_SYSTEM_TRAY_COLORS",
                                                         "_PELISTRA_MENUBAR_WINDOW",
                                                         "_PELISTRA_MENUBAR_ITEMS",
+                                                        "_PELISTRA_MENUBAR_ITEM_DETAILS",
                                                         "_PELISTRA_MENUBAR_SERIAL",
                                                         "_PELISTRA_MENUBAR_SCALE",
                                                         "_PELISTRA_MENUBAR_AUXILIARY_AREAS",
@@ -146,7 +147,7 @@ void TrayHost::handle(const xcb_generic_event_t& event) {
         const auto& notify = x11::eventAs<xcb_property_notify_event_t>(event);
         // Which icons are docked is asked when somebody wants to know.
         if (tray_ && notify.window == tray_->owner && notify.atom != atoms_[BarItems] &&
-            notify.atom != atoms_[BarSerial]) {
+            notify.atom != atoms_[BarDetails] && notify.atom != atoms_[BarSerial]) {
             tray_ = describe(tray_->owner);
             observers_.call(Change::Changed);
         }

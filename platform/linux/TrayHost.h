@@ -73,6 +73,7 @@ private:
         Colors,
         BarWindow,
         BarItems,
+        BarDetails,
         BarSerial,
         BarScale,
         BarAreas,

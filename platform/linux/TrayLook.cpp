@@ -3,6 +3,7 @@
 #include "platform/linux/ScreenLayout.h"
 #include "platform/linux/TrayLookText.h"
 #include "platform/x11/Atoms.h"
+#include "platform/x11/PublishedItems.h"
 
 #include <algorithm>
 #include <iterator>
@@ -75,6 +76,15 @@ processesOf(const xcb_res_query_client_ids_reply_t* reply) {
     return processes;
 }
 
+std::optional<TrayIcon> iconFrom(const x11::PublishedItem& item) {
+    return TrayIcon{.window = item.window,
+                    .frame = {.x = item.x, .y = item.y, .width = item.width, .height = item.height},
+                    .pid = 0,
+                    .name = presentableText(item.title),
+                    .instanceName = presentableText(item.instance),
+                    .className = presentableText(item.className)};
+}
+
 } // namespace
 
 struct TrayLook::Tray {
@@ -83,6 +93,9 @@ struct TrayLook::Tray {
     RootRect primaryMonitor;
     // What our own bar says is in it; empty under any other tray.
     std::optional<std::vector<WindowId>> items;
+    // What it says of each of them; empty when it says nothing that can be understood, and under
+    // any other tray.
+    std::optional<std::vector<x11::PublishedItem>> details;
     // Its count of changes.
     std::optional<std::uint32_t> serial;
 };
@@ -94,10 +107,16 @@ struct TrayLook::FrameRequest {
 
 struct TrayLook::IconRequest {
     WindowId window;
-    xcb_query_tree_cookie_t tree;
     FrameRequest frame;
     x11::PropertyRequest name;
     x11::PropertyRequest wmClass;
+};
+
+struct TrayLook::Batch {
+    std::vector<xcb_query_tree_cookie_t> trees;
+    // None where the tray has told.
+    std::vector<IconRequest> icons;
+    xcb_res_query_client_ids_cookie_t processes{};
 };
 
 TrayLook::TrayLook(const x11::Connection& connection, ChangesHeard changesHeard,
@@ -108,6 +127,7 @@ TrayLook::TrayLook(const x11::Connection& connection, ChangesHeard changesHeard,
     const std::array<std::string_view, static_cast<std::size_t>(Name::Count)> names{
         selection,
         "_PELISTRA_MENUBAR_ITEMS",
+        "_PELISTRA_MENUBAR_ITEM_DETAILS",
         "_PELISTRA_MENUBAR_SCALE",
         "_PELISTRA_MENUBAR_SERIAL",
         "_NET_WM_NAME",
@@ -166,8 +186,7 @@ std::string TrayLook::takeText(x11::PropertyRequest request) {
     if (!value) {
         return {};
     }
-    return value->type == XCB_ATOM_STRING ? presentableLatin1(value->text())
-                                          : presentableText(value->text());
+    return presentableText(value->utf8());
 }
 
 TrayLook::Tray TrayLook::findTray() {
@@ -228,12 +247,20 @@ void TrayLook::readOwner(Tray& tray) {
     // Asked for first: what comes after it is at least as new as the number says.
     const auto serial = x11::requestProperty(*connection_, tray.owner, atom(Name::Serial));
     const auto items = x11::requestProperty(*connection_, tray.owner, atom(Name::Items));
+    const auto details =
+        x11::requestProperty(*connection_, tray.owner, atom(Name::Details),
+                             XCB_GET_PROPERTY_TYPE_ANY, x11::publishedItemsByteLimit);
     const auto scale = x11::requestProperty(*connection_, tray.owner, atom(Name::Scale));
     tray.serial = takeSerial(serial);
     if (const auto value =
             x11::propertyValue(replies_.take<xcb_get_property_reply_t>(items.cookie).get());
         value && value->type == XCB_ATOM_WINDOW) {
         tray.items = value->words();
+    }
+    if (const auto value =
+            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(details.cookie).get());
+        value && tray.items) {
+        tray.details = x11::publishedItemsIn(*value);
     }
     if (const auto value =
             x11::propertyValue(replies_.take<xcb_get_property_reply_t>(scale.cookie).get())) {
@@ -297,29 +324,58 @@ TrayLook::requestProcesses(const std::vector<WindowId>& windows) const {
                                     specs.data());
 }
 
-std::vector<TrayIcon> TrayLook::describe(const Tray& tray, const std::vector<WindowId>& windows) {
+std::vector<WindowId> TrayLook::windowsIn(const Tray& tray) {
+    if (!tray.items) {
+        return withoutDuplicates(embeddedWindows(tray));
+    }
+    if (!tray.details) {
+        return withoutDuplicates(*tray.items);
+    }
+    std::vector<WindowId> windows;
+    windows.reserve(tray.details->size());
+    std::ranges::transform(*tray.details, std::back_inserter(windows), &x11::PublishedItem::window);
+    return windows;
+}
+
+TrayLook::Batch TrayLook::requestIcons(const Tray& tray,
+                                       const std::vector<WindowId>& windows) const {
+    Batch batch;
+    batch.trees.reserve(windows.size());
+    for (const WindowId window : windows) {
+        batch.trees.push_back(xcb_query_tree(connection_->get(), window));
+    }
+    if (!tray.details) {
+        std::ranges::transform(windows, std::back_inserter(batch.icons),
+                               [this](WindowId window) { return requestIcon(window); });
+    }
+    if (hasResource_) {
+        batch.processes = requestProcesses(windows);
+    }
+    return batch;
+}
+
+std::vector<TrayIcon> TrayLook::describe(const Tray& tray) {
+    const std::vector<WindowId> windows = windowsIn(tray);
     if (windows.empty()) {
         return {};
     }
-    std::vector<IconRequest> requests;
-    requests.reserve(windows.size());
-    for (const WindowId window : windows) {
-        requests.push_back(requestIcon(window));
-    }
-    xcb_res_query_client_ids_cookie_t ids{};
-    if (hasResource_) {
-        ids = requestProcesses(windows);
+    const Batch batch = requestIcons(tray, windows);
+    std::vector<bool> embedded;
+    embedded.reserve(windows.size());
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        embedded.push_back(takeEmbedding(batch.trees[i], windows[i], clientOf(tray.owner)));
     }
     std::vector<TrayIcon> icons;
-    icons.reserve(requests.size());
-    for (const IconRequest& request : requests) {
-        if (auto icon = takeIcon(request, clientOf(tray.owner))) {
+    icons.reserve(windows.size());
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        auto icon = tray.details ? iconFrom((*tray.details)[i]) : takeIcon(batch.icons[i]);
+        if (icon && embedded[i]) {
             icons.push_back(*std::move(icon));
         }
     }
     if (hasResource_) {
         const auto processes =
-            processesOf(replies_.take<xcb_res_query_client_ids_reply_t>(ids).get());
+            processesOf(replies_.take<xcb_res_query_client_ids_reply_t>(batch.processes).get());
         for (TrayIcon& icon : icons) {
             const auto process = processes.find(clientOf(icon.window));
             icon.pid = process == processes.end() ? 0 : process->second;
@@ -330,7 +386,6 @@ std::vector<TrayIcon> TrayLook::describe(const Tray& tray, const std::vector<Win
 
 TrayLook::IconRequest TrayLook::requestIcon(WindowId window) const {
     return {.window = window,
-            .tree = xcb_query_tree(connection_->get(), window),
             .frame = requestFrame(window),
             .name = x11::requestProperty(*connection_, window, atom(Name::NetWmName),
                                          XCB_GET_PROPERTY_TYPE_ANY, nameByteLimit),
@@ -338,16 +393,20 @@ TrayLook::IconRequest TrayLook::requestIcon(WindowId window) const {
                                             XCB_ATOM_STRING, nameByteLimit)};
 }
 
-std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request, std::uint32_t trayClient) {
-    const auto tree = replies_.take<xcb_query_tree_reply_t>(request.tree);
+// An icon on its way into the tray or out of it lies in somebody else's window. Anybody may write
+// what the tray publishes; the tray's own windows are no icons.
+bool TrayLook::takeEmbedding(xcb_query_tree_cookie_t request, WindowId window,
+                             std::uint32_t trayClient) {
+    const auto tree = replies_.take<xcb_query_tree_reply_t>(request);
+    return tree && clientOf(tree->parent) == trayClient && clientOf(window) != trayClient;
+}
+
+std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request) {
     const auto frame = takeFrame(request.frame);
     std::string name = takeText(request.name);
     const auto wmClass =
         x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.wmClass.cookie).get());
-    // An icon on its way into the tray or out of it lies in somebody else's window. Anybody may
-    // write what the tray publishes; the tray's own windows are no icons.
-    if (!tree || !frame || clientOf(tree->parent) != trayClient ||
-        clientOf(request.window) == trayClient) {
+    if (!frame) {
         return std::nullopt;
     }
     auto texts = wmClass ? wmClass->texts() : std::vector<std::string>{};
@@ -360,7 +419,7 @@ std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request, std::uint
                     .className = presentableLatin1(texts[1])};
 }
 
-void TrayLook::complete(std::vector<TrayIcon>& icons) {
+void TrayLook::complete(std::vector<TrayIcon>& icons, bool titlesKnown) {
     struct Claim {
         TrayIcon* icon;
         x11::PropertyRequest pid;
@@ -381,7 +440,7 @@ void TrayLook::complete(std::vector<TrayIcon>& icons) {
                      x11::requestProperty(*connection_, icon.window, XCB_ATOM_WM_CLIENT_MACHINE,
                                           XCB_GET_PROPERTY_TYPE_ANY, nameByteLimit)});
         }
-        if (icon.name.empty()) {
+        if (icon.name.empty() && !titlesKnown) {
             titles.push_back(
                 {.icon = &icon,
                  .name = x11::requestProperty(*connection_, icon.window, XCB_ATOM_WM_NAME,
@@ -425,8 +484,8 @@ std::optional<TrayView> TrayLook::look() {
         readOwner(tray);
         const bool ours = tray.items.has_value();
         view.isMenuBar = ours;
-        view.icons = describe(tray, withoutDuplicates(ours ? *tray.items : embeddedWindows(tray)));
-        complete(view.icons);
+        view.icons = describe(tray);
+        complete(view.icons, tray.details.has_value());
         if (!ours) {
             // Icons in one column, as trays of several rows have them: from top to bottom.
             std::ranges::sort(view.icons, {}, [](const TrayIcon& icon) {

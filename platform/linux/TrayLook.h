@@ -51,10 +51,10 @@ struct TrayView {
 // Looks at the system tray, whoever runs it. Our own bar publishes its items in their order; under
 // any other tray the embedded windows are found among the children of the tray's own windows and
 // ordered by their place. A look sends its requests in batches, so that it waits for the server a
-// fixed number of times whatever the number of icons: at most mostRoundTrips. Our own bar counts
-// the changes, so a look at an unchanged bar waits once and asks about no icon; with somebody who
-// hears of changes it need not even wait. A window that goes away during a look is missing in it,
-// nothing else.
+// fixed number of times whatever the number of icons: at most mostRoundTrips. Of its items our own
+// bar also tells what would have to be asked one by one. It counts the changes, so a look at an
+// unchanged bar waits once and asks about no icon; with somebody who hears of changes it need not
+// even wait. A window that goes away during a look is missing in it, nothing else.
 class TrayLook {
 public:
     static constexpr int mostRoundTrips = 6;
@@ -93,6 +93,7 @@ private:
     enum class Name : std::uint8_t {
         Selection,
         Items,
+        Details,
         Scale,
         Serial,
         NetWmName,
@@ -112,6 +113,7 @@ private:
     };
     struct FrameRequest;
     struct IconRequest;
+    struct Batch;
 
     [[nodiscard]] xcb_atom_t atom(Name name) const {
         return atoms_[static_cast<std::size_t>(name)];
@@ -128,16 +130,20 @@ private:
     // Whether what is known is what another whole look would show.
     [[nodiscard]] static bool isOf(const Known& known, const Tray& tray);
     [[nodiscard]] std::optional<std::uint32_t> takeSerial(x11::PropertyRequest request);
+    // What the server is asked about every window that may be an icon: whether it is embedded, and
+    // what the tray has not told.
+    [[nodiscard]] Batch requestIcons(const Tray& tray, const std::vector<WindowId>& windows) const;
+    [[nodiscard]] std::vector<WindowId> windowsIn(const Tray& tray);
     [[nodiscard]] std::vector<WindowId> embeddedWindows(const Tray& tray);
     [[nodiscard]] std::vector<WindowId> windowsOfClient(std::uint32_t client);
-    [[nodiscard]] std::vector<TrayIcon> describe(const Tray& tray,
-                                                 const std::vector<WindowId>& windows);
+    [[nodiscard]] std::vector<TrayIcon> describe(const Tray& tray);
     [[nodiscard]] xcb_res_query_client_ids_cookie_t
     requestProcesses(const std::vector<WindowId>& windows) const;
     [[nodiscard]] IconRequest requestIcon(WindowId window) const;
-    [[nodiscard]] std::optional<TrayIcon> takeIcon(const IconRequest& request,
-                                                   std::uint32_t trayClient);
-    void complete(std::vector<TrayIcon>& icons);
+    [[nodiscard]] bool takeEmbedding(xcb_query_tree_cookie_t request, WindowId window,
+                                     std::uint32_t trayClient);
+    [[nodiscard]] std::optional<TrayIcon> takeIcon(const IconRequest& request);
+    void complete(std::vector<TrayIcon>& icons, bool titlesKnown);
 
     const x11::Connection* connection_;
     ChangesHeard changesHeard_;

@@ -46,13 +46,7 @@ std::string presentableText(std::string_view utf8, std::size_t byteLimit) {
 }
 
 std::string presentableLatin1(std::string_view latin1) {
-    std::string result;
-    for (const char byte : latin1) {
-        if (!append(result, static_cast<unsigned char>(byte), presentableTextByteLimit)) {
-            break;
-        }
-    }
-    return result;
+    return presentableText(x11::fromLatin1(latin1));
 }
 
 } // namespace pelistra::desktop

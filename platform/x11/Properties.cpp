@@ -1,15 +1,11 @@
 #include "platform/x11/Properties.h"
 
+#include "platform/x11/Utf8.h"
+
 #include <algorithm>
 #include <cstring>
 
 namespace pelistra::x11 {
-
-namespace {
-
-constexpr std::uint8_t bitsOfByte = 8;
-
-} // namespace
 
 PropertyRequest requestProperty(const Connection& connection, xcb_window_t window,
                                 xcb_atom_t property, xcb_atom_t type, std::uint32_t byteLimit) {
@@ -51,6 +47,10 @@ std::string PropertyValue::text() const {
         return {};
     }
     return {bytes.begin(), std::ranges::find(bytes, 0)};
+}
+
+std::string PropertyValue::utf8() const {
+    return type == XCB_ATOM_STRING ? fromLatin1(text()) : text();
 }
 
 std::vector<std::string> PropertyValue::texts() const {

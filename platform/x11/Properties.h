@@ -23,8 +23,10 @@ struct PropertyRequest {
 // megabytes.
 inline constexpr std::uint32_t propertyByteLimit = 64 * 1024;
 
-// The format of properties and client messages that are made of words, in bits.
+// The formats of properties and client messages that are made of words, and of those made of bytes,
+// in bits.
 inline constexpr std::uint8_t bitsOfWord = 32;
+inline constexpr std::uint8_t bitsOfByte = 8;
 
 // Asks for a property of that type, or of any; of a longer one for its first `byteLimit` bytes (a
 // multiple of four). A property of another type counts as there, with no bytes.
@@ -43,6 +45,9 @@ struct PropertyValue {
     [[nodiscard]] std::vector<std::uint32_t> words() const;
     // The bytes of a property of format 8 up to the first zero byte; empty for any other format.
     [[nodiscard]] std::string text() const;
+    // text() in UTF-8: a property of type STRING is in Latin-1; of any other type it stays as it
+    // is.
+    [[nodiscard]] std::string utf8() const;
     // The zero-separated texts of a property of format 8.
     [[nodiscard]] std::vector<std::string> texts() const;
 };

@@ -75,6 +75,14 @@ void appendCharacter(std::string& text, char32_t character) {
     text[begin] = static_cast<char>(lead->bits | character);
 }
 
+std::string fromLatin1(std::string_view latin1) {
+    std::string utf8;
+    for (const char byte : latin1) {
+        appendCharacter(utf8, static_cast<unsigned char>(byte));
+    }
+    return utf8;
+}
+
 bool isControl(char32_t character) {
     return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x2028 ||
            character == 0x2029;

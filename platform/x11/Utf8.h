@@ -24,6 +24,9 @@ struct Decoded {
 // Appends a character, which must be one that Unicode has.
 void appendCharacter(std::string& text, char32_t character);
 
+// A text in ISO 8859-1, as properties of type STRING hold it, in UTF-8.
+[[nodiscard]] std::string fromLatin1(std::string_view latin1);
+
 // Whether it is a control character (C0, C1 or delete) or separates lines or paragraphs.
 [[nodiscard]] bool isControl(char32_t character);
 

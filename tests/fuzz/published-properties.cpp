@@ -1,10 +1,11 @@
 // What the tray and the window manager publish on windows that every client may write to: scale,
-// strut, areas beside the camera housing, work area, resource database. Input: words, then the text
-// of the database.
+// strut, areas beside the camera housing, work area, resource database, details of the items.
+// Input: words, then the text of the database and of the details.
 
 #include "menubar/Metrics.h"
 #include "menubar/Options.h"
 #include "platform/linux/ScreenLayout.h"
+#include "platform/x11/PublishedItems.h"
 #include "tests/fuzz/Check.h"
 
 #include <cmath>
@@ -79,10 +80,28 @@ void checkResources(const std::string& text) {
           std::abs(*organiser - bar) < 1e-9);
 }
 
+void checkDetails(const std::string& text) {
+    const auto items = x11::publishedItemsIn(
+        {.type = XCB_ATOM_STRING, .format = x11::bitsOfByte, .bytes = {text.begin(), text.end()}});
+    if (!items) {
+        return;
+    }
+    for (const x11::PublishedItem& item : *items) {
+        check(item.window != XCB_WINDOW_NONE && item.width >= 0 && item.height >= 0);
+    }
+    const auto again = x11::publishedText(*items);
+    check(again.has_value());
+    check(x11::publishedItemsIn({.type = XCB_ATOM_STRING,
+                                 .format = x11::bitsOfByte,
+                                 .bytes = {again->begin(), again->end()}}) == items);
+}
+
 } // namespace
 } // namespace pelistra::fuzz
 
 void pelistra::fuzz::tryInput(Input input) {
     checkScreens(takeFacts(input));
-    checkResources(input.restAsText());
+    const std::string text = input.restAsText();
+    checkResources(text);
+    checkDetails(text);
 }

@@ -7,6 +7,7 @@ namespace {
 
 using x11::appendCharacter;
 using x11::firstCharacter;
+using x11::fromLatin1;
 using x11::replacementCharacter;
 
 void expectFirst(std::string_view text, char32_t character, std::size_t length) {
@@ -23,6 +24,11 @@ TEST(Utf8Tests, ReadsTheFirstAndTheLastCharacterOfEveryLength) {
         expectFirst(text + "x", character, text.size());
     }
     expectFirst("中文", U'中', 3);
+}
+
+TEST(Utf8Tests, LatinTextHasOneCharacterPerByte) {
+    EXPECT_EQ(fromLatin1(""), "");
+    EXPECT_EQ(fromLatin1("caf\xE9 \x80\xFF"), "café \xC2\x80ÿ");
 }
 
 TEST(Utf8Tests, ABrokenSequenceIsOneReplacement) {

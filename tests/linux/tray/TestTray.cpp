@@ -55,6 +55,12 @@ void TestTray::publish(const std::vector<xcb_window_t>& items) {
     x_.sync();
 }
 
+void TestTray::publishDetails(const std::vector<x11::PublishedItem>& items) {
+    x11::setText(x_.connection(), owner_, x_.atom("_PELISTRA_MENUBAR_ITEM_DETAILS"),
+                 x_.atom("UTF8_STRING"), x11::publishedText(items).value());
+    x_.sync();
+}
+
 void TestTray::setScale(std::uint32_t hundredths) {
     x11::setWords(x_.connection(), owner_, x_.atom("_PELISTRA_MENUBAR_SCALE"), XCB_ATOM_CARDINAL,
                   std::vector<std::uint32_t>{hundredths});

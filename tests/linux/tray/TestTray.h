@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/x11/PublishedItems.h"
 #include "tests/desktop/harness/XClient.h"
 
 #include <string>
@@ -26,6 +27,8 @@ public:
     void embed(xcb_window_t icon, int x, int width, int height);
     // What ours says is in it.
     void publish(const std::vector<xcb_window_t>& items);
+    // What ours says of each of them.
+    void publishDetails(const std::vector<x11::PublishedItem>& items);
     void setScale(std::uint32_t hundredths);
     // The count of changes that ours keeps.
     void setSerial(std::uint32_t serial);

@@ -82,6 +82,84 @@ TEST_F(TrayLookTest, FindsTheIconsOfAnyOtherTrayByTheirPlace) {
     EXPECT_LE(seen.roundTrips, TrayLook::mostRoundTrips);
 }
 
+// Other texts and another place than the window's own, to see who was asked.
+x11::PublishedItem toldOf(xcb_window_t window) {
+    return {.window = window,
+            .x = -500,
+            .y = 3,
+            .width = 40,
+            .height = 30,
+            .title = "told\ntitle",
+            .instance = "told instance",
+            .className = "told class"};
+}
+
+TEST_F(TrayLookTest, BelievesWhatTheBarTellsOfItsItems) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto right = client.makeWindow(24, 28);
+    const auto left = client.makeWindow(24, 28);
+    client.setText(left, "_NET_WM_NAME", "UTF8_STRING", "own title");
+    tray.embed(right, 200, 24, 28);
+    tray.embed(left, 100, 24, 28);
+    x11::PublishedItem untitled = toldOf(right);
+    untitled.title.clear();
+    client.setText(right, "WM_NAME", "STRING", "not asked for");
+    tray.publishDetails({toldOf(left), untitled});
+
+    const TrayView seen = view();
+    EXPECT_EQ(seen.roundTrips, 3);
+    ASSERT_THAT(seen.icons,
+                ElementsAre(Field(&TrayIcon::window, left), Field(&TrayIcon::window, right)));
+    EXPECT_EQ(seen.icons[0].frame, (RootRect{.x = -500, .y = 3, .width = 40, .height = 30}));
+    EXPECT_EQ(seen.icons[0].name, "told title");
+    EXPECT_EQ(seen.icons[0].instanceName, "told instance");
+    EXPECT_EQ(seen.icons[0].className, "told class");
+    EXPECT_EQ(seen.icons[0].pid, ::getpid()) << "the server knows better";
+    EXPECT_EQ(seen.icons[1].name, "");
+}
+
+TEST_F(TrayLookTest, WhatTheBarTellsMakesNoIconOfAWindow) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    IconClient dying(display.name());
+    const auto embedded = client.makeWindow(24, 28);
+    const auto outside = client.makeWindow(24, 28);
+    const auto gone = dying.makeWindow(24, 28);
+    tray.embed(embedded, 10, 24, 28);
+    tray.embed(gone, 40, 24, 28);
+    const auto containers = client.x().children(tray.bar());
+    tray.publishDetails({toldOf(outside), toldOf(tray.bar()), toldOf(containers[0]), toldOf(gone),
+                         toldOf(embedded), toldOf(client.x().root()), toldOf(0xffffffff)});
+    EXPECT_THAT(view().icons, SizeIs(2));
+    xcb_destroy_window(dying.x().get(), gone);
+    dying.x().sync();
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
+    EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
+}
+
+TEST_F(TrayLookTest, AsksItselfWhenTheBarsWordsMakeNoSense) {
+    TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    const auto window = client.makeWindow(24, 28);
+    client.setText(window, "_NET_WM_NAME", "UTF8_STRING", "own title");
+    tray.embed(window, 100, 24, 28);
+    client.setText(tray.owner(), "_PELISTRA_MENUBAR_ITEM_DETAILS", "UTF8_STRING", "nonsense");
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::name, "own title")));
+    client.setWords(tray.owner(), "_PELISTRA_MENUBAR_ITEM_DETAILS", "CARDINAL", {1, 2, 3});
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::name, "own title")));
+}
+
+TEST_F(TrayLookTest, AnotherTrayTellsNothingOfItsIcons) {
+    TestTray tray(display.name(), TestTray::Kind::Foreign);
+    IconClient client(display.name());
+    const auto window = client.makeWindow(24, 28);
+    tray.embed(window, 100, 24, 28);
+    tray.publishDetails({toldOf(window), toldOf(client.makeWindow(1, 1))});
+    ASSERT_THAT(view().icons, SizeIs(1));
+    EXPECT_EQ(view().icons[0].frame.x, 100);
+}
+
 TEST_F(TrayLookTest, LeavesOutAWindowThatIsListedButNotEmbedded) {
     TestTray tray(display.name(), TestTray::Kind::Ours);
     IconClient client(display.name());
