@@ -1,37 +1,15 @@
 #include "benchmarks/Product.h"
 
 #include "benchmarks/Measuring.h"
+#include "tests/desktop/harness/OtherTrays.h"
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <utility>
 
 namespace pelistra::testing {
 
 namespace {
-
-constexpr const char* xfceBegin = R"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="size" type="uint" value="28"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray">
-)";
-constexpr const char* xfceHide =
-    "      <property name=\"hide-new-items\" type=\"bool\" value=\"true\"/>\n";
-constexpr const char* xfceEnd = "    </property>\n  </property>\n</channel>\n";
-constexpr const char* xfceFile = "config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml";
 
 constexpr const char* tint2 = R"(panel_items = S
 panel_size = 100% 28
@@ -92,14 +70,6 @@ std::string firstLineOf(const std::string& command) {
     return text.substr(0, text.find('\n'));
 }
 
-void write(Desktop& desktop, const std::vector<SettingsFile>& files) {
-    for (const SettingsFile& file : files) {
-        const std::filesystem::path path = desktop.display().folder() / file.path;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path) << file.content;
-    }
-}
-
 } // namespace
 
 bool Product::isInstalled() const {
@@ -116,10 +86,9 @@ const std::vector<Product>& products() {
         {.name = "Pelistra", .package = "", .settings = {}, .command = {}},
         {.name = "xfce4-panel",
          .package = "xfce4-panel",
-         .settings = {{.path = xfceFile, .content = std::string(xfceBegin) + xfceEnd}},
+         .settings = {xfcePanelSettings(XfceIcons::Shown)},
          .command = {"xfce4-panel"},
-         .settingsForHiding = {{.path = xfceFile,
-                                .content = std::string(xfceBegin) + xfceHide + xfceEnd}}},
+         .settingsForHiding = {xfcePanelSettings(XfceIcons::Hidden)}},
         {.name = "trayer",
          .package = "trayer",
          .settings = {},
@@ -150,7 +119,8 @@ RunningProduct::RunningProduct(Desktop& desktop, const Product& product, Purpose
                                        : OrganiserUnderTest::WaitForItems::Yes);
         return;
     }
-    write(desktop, purpose == Purpose::Hide ? product.settingsForHiding : product.settings);
+    writeSettings(desktop.display(),
+                  purpose == Purpose::Hide ? product.settingsForHiding : product.settings);
     process_ = desktop.display().start(product.command);
     require(waitFor([&] { return desktop.x().trayOwner() != XCB_WINDOW_NONE; }),
             product.name + " shows no tray: " + process_->output());

@@ -3,6 +3,7 @@
 #include "benchmarks/ManyIcons.h"
 #include "benchmarks/Product.h"
 #include "platform/linux/TrayLook.h"
+#include "tests/desktop/harness/Connect.h"
 
 #include <algorithm>
 #include <future>
@@ -62,13 +63,6 @@ bool waitForEach(const std::vector<xcb_window_t>& windows, Condition condition) 
     return true;
 }
 
-std::unique_ptr<x11::Connection> connect(Desktop& desktop) {
-    x11::Connection::Failure failure;
-    auto connection = x11::Connection::open(desktop.display().name(), failure);
-    require(connection != nullptr, failure.message);
-    return connection;
-}
-
 // In the tray, whoever shows it: the icons that are not the organiser's own.
 std::size_t thirdPartyIcons(desktop::TrayLook& look) {
     const auto view = look.look();
@@ -88,7 +82,7 @@ void dockPrograms(const Product& product, const Effort& effort, Values& values) 
         }
     }
     std::this_thread::sleep_for(std::chrono::seconds(2));
-    const auto connection = connect(desktop);
+    const auto connection = connect(desktop.display());
     desktop::TrayLook look(*connection);
     constexpr int fewer = 4;
     for (int round = 0; round < std::max(3, effort.starts / fewer); ++round) {

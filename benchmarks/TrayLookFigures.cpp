@@ -3,6 +3,7 @@
 #include "benchmarks/ManyIcons.h"
 #include "platform/linux/TrayLook.h"
 #include "platform/linux/X11ScreenCapture.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/Desktop.h"
 
 #include <chrono>
@@ -17,20 +18,13 @@ namespace {
 constexpr std::size_t manyIcons = 1000;
 constexpr std::size_t fewIcons = 50;
 
-std::unique_ptr<x11::Connection> connect(const std::string& display) {
-    x11::Connection::Failure failure;
-    auto connection = x11::Connection::open(display, failure);
-    require(connection != nullptr, failure.message);
-    return connection;
-}
-
 void lookAtMany(const Effort& effort, Section& section) {
     Desktop desktop({.width = 1920, .height = 1080});
     desktop.startBar();
     const ManyIcons icons(desktop.display().name(), manyIcons);
     require(waitFor([&] { return desktop.x().barItems().size() == manyIcons; }),
             "not every icon is docked");
-    const auto connection = connect(desktop.display().name());
+    const auto connection = connect(desktop.display());
     std::vector<double> again;
     std::vector<double> processor;
     std::vector<double> wall;
@@ -74,7 +68,7 @@ void takePictures(const Effort& effort, Section& section) {
     const ManyIcons icons(desktop.display().name(), fewIcons);
     require(waitFor([&] { return desktop.x().barItems().size() == fewIcons; }),
             "not every icon is docked");
-    const auto connection = connect(desktop.display().name());
+    const auto connection = connect(desktop.display());
     desktop::X11ScreenCapture capture(*connection);
     const auto take = [&](xcb_window_t window) {
         return std::holds_alternative<std::unique_ptr<Bitmap>>(capture.captureWindow(

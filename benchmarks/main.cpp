@@ -8,6 +8,7 @@
 #include "benchmarks/SectionFigures.h"
 #include "benchmarks/TrayLookFigures.h"
 #include "benchmarks/WindowFigures.h"
+#include "tests/desktop/harness/FileContent.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,9 +16,7 @@
 #include <fstream>
 #include <future>
 #include <iostream>
-#include <iterator>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -55,11 +54,6 @@ std::optional<Choice> parse(const std::vector<std::string>& arguments) {
         choice.parts = {"core", "desktop", "memory", "rivals"};
     }
     return choice;
-}
-
-std::string contentOf(const std::string& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 class Run {

@@ -1,11 +1,10 @@
 #include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TrayClient.h"
 
 #include <algorithm>
 #include <array>
 #include <csignal>
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,10 +36,7 @@ protected:
 
     // The file in which the bar keeps the order, as it is now.
     std::string rememberedOrder() {
-        const std::ifstream file(desktop_.display().stateFolder() / "pelistra" / "menubar-order");
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
+        return contentOf(desktop_.display().stateFolder() / "pelistra" / "menubar-order");
     }
 
     // Maps a window whose wanted state is full screen.

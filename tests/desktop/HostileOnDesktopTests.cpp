@@ -2,6 +2,7 @@
 
 #include "tests/desktop/harness/AccessibleTree.h"
 #include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/SecondRowUnderTest.h"
 #include "tests/desktop/harness/TrayClient.h"
 
@@ -11,7 +12,6 @@
 #include <fstream>
 #include <memory>
 #include <set>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -197,9 +197,7 @@ TEST_F(HostileOnDesktopTests, AnInstalledNameOpensThatAloneAndOnAClickOnly) {
 
     desktop_.input().click(centre(row_.icons().front().frame));
     ASSERT_TRUE(waitFor([&] { return fs::exists(started("inside")); })) << log();
-    std::ostringstream arguments;
-    arguments << std::ifstream(started("inside")).rdbuf();
-    EXPECT_EQ(arguments.str(), "--own|");
+    EXPECT_EQ(contentOf(started("inside")), "--own|");
     EXPECT_FALSE(fs::exists(started("other")));
 }
 

@@ -1,8 +1,8 @@
 #include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/FileContent.h"
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,12 +20,7 @@ protected:
         return desktop_.display().configFolder() / "pelistra" / "defaults";
     }
 
-    [[nodiscard]] std::string defaults() {
-        const std::ifstream file(defaultsFile());
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
+    [[nodiscard]] std::string defaults() { return contentOf(defaultsFile()); }
 
     Desktop desktop_;
 };

@@ -2,11 +2,11 @@
 
 #include "tests/desktop/harness/AccessibleTree.h"
 #include "tests/desktop/harness/Desktop.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/WindowsUnderTest.h"
 
 #include <csignal>
 #include <fstream>
-#include <iterator>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,11 +17,6 @@ namespace {
 using ::testing::HasSubstr;
 
 constexpr const char* loginSwitch = "登录时启动 Pelistra";
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 class WindowsOnDesktopTests : public ::testing::Test {
 protected:

@@ -1,12 +1,11 @@
 #include "tests/faults/Check.h"
 
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/MasterPointers.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace pelistra::testing {
 
@@ -124,8 +123,7 @@ int zombiesOf(pid_t process) {
         if (name.find_first_not_of("0123456789") != std::string::npos) {
             continue;
         }
-        std::ifstream file(entry.path() / "stat");
-        const std::string stat(std::istreambuf_iterator<char>(file), {});
+        const std::string stat = contentOf(entry.path() / "stat");
         // "pid (name) state parent ...", where the name may hold anything.
         const auto end = stat.rfind(')');
         if (end == std::string::npos || end + 4 > stat.size() || stat[end + 2] != 'Z') {

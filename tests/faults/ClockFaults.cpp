@@ -1,9 +1,9 @@
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/faults/Suite.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace pelistra::testing {
@@ -62,9 +62,8 @@ private:
     }
 
     static bool isLoadedInto(pid_t process) {
-        std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
-        const std::string text(std::istreambuf_iterator<char>(maps), {});
-        return text.find(PELISTRA_WALL_CLOCK_LIBRARY) != std::string::npos;
+        return contentOf("/proc/" + std::to_string(process) + "/maps")
+                   .find(PELISTRA_WALL_CLOCK_LIBRARY) != std::string::npos;
     }
 
     Bench& bench_;

@@ -1,9 +1,9 @@
 #include "tests/faults/Mounts.h"
+#include "tests/desktop/harness/FileContent.h"
 
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <system_error>
 
@@ -36,8 +36,7 @@ std::map<std::filesystem::path, std::string> filesIn(const std::filesystem::path
     std::map<std::filesystem::path, std::string> files;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         if (entry.is_regular_file()) {
-            std::ifstream file(entry.path(), std::ios::binary);
-            files[entry.path()] = std::string(std::istreambuf_iterator<char>(file), {});
+            files[entry.path()] = contentOf(entry.path());
         }
     }
     return files;

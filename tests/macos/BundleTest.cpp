@@ -1,11 +1,10 @@
 #include "packaging/macos/icon/Files.h"
+#include "tests/desktop/harness/FileContent.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,13 +15,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Pair;
-
-std::string contentOf(const std::string& path) {
-    const std::ifstream file(path);
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
-}
 
 std::string between(const std::string& text, const std::string& from, const std::string& to) {
     const auto start = text.find(from);

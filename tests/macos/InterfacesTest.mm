@@ -1,3 +1,5 @@
+#include "tests/desktop/harness/FileContent.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -97,10 +99,7 @@ std::set<std::string> namesInFrontEnd() {
     for (const auto& entry :
          std::filesystem::recursive_directory_iterator(PELISTRA_FRONT_END_FOLDER)) {
         if (entry.path().extension() == ".mm" || entry.path().extension() == ".h") {
-            const std::ifstream file(entry.path());
-            std::ostringstream content;
-            content << file.rdbuf();
-            found.merge(namesIn(content.str()));
+            found.merge(namesIn(testing::contentOf(entry.path())));
         }
     }
     return found;
@@ -108,10 +107,7 @@ std::set<std::string> namesInFrontEnd() {
 
 // What the page on the calls' proof has in backquotes: selectors of messages, and plain names.
 std::set<std::string> callsInProof() {
-    std::ifstream file(PELISTRA_PROOF_PAGE);
-    std::ostringstream content;
-    content << file.rdbuf();
-    const std::string page = content.str();
+    const std::string page = testing::contentOf(PELISTRA_PROOF_PAGE);
     static const std::regex call(R"(`(?:\[[^\]`]* )?([\w:]+)\]?`)");
     std::set<std::string> found;
     for (std::sregex_iterator match(page.begin(), page.end(), call), end; match != end; ++match) {

@@ -1,8 +1,7 @@
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/menubar/BarFixture.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -20,11 +19,7 @@ protected:
     [[nodiscard]] std::filesystem::path orderFile() const {
         return display_.stateFolder() / "pelistra" / "menubar-order";
     }
-    [[nodiscard]] std::string order() const {
-        std::ostringstream content;
-        content << std::ifstream(orderFile()).rdbuf();
-        return content.str();
-    }
+    [[nodiscard]] std::string order() const { return contentOf(orderFile()); }
 };
 
 TEST_F(HostileClientTests, TheBarsOwnWindowsAreNotDocked) {

@@ -1,9 +1,9 @@
 #include "menubar/OrderFile.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 #include "tests/desktop/harness/Variable.h"
 
 #include <fstream>
-#include <sstream>
 
 #include <sys/stat.h>
 
@@ -22,12 +22,6 @@ OrderMemory twoItems() {
     memory.place({.instance = "a", .className = "A"}, {}, {});
     memory.place({.instance = "b", .className = "B"}, {}, {});
     return memory;
-}
-
-std::string contentOf(const std::filesystem::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path).rdbuf();
-    return content.str();
 }
 
 class OrderFileTests : public ::testing::Test {

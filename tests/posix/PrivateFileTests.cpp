@@ -1,5 +1,6 @@
 #include "platform/posix/PrivateFile.h"
 
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
 #include <array>
@@ -44,12 +45,6 @@ mode_t modeOf(const fs::path& path) {
     struct stat status{};
     EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
     return status.st_mode & 07777U;
-}
-
-std::string contentOf(const fs::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path).rdbuf();
-    return content.str();
 }
 
 std::vector<std::string> namesIn(const fs::path& folder) {

@@ -1,11 +1,10 @@
 #include "tests/desktop/harness/ChildProcess.h"
+#include "tests/desktop/harness/FileContent.h"
 
 #include <cerrno>
 #include <csignal>
 #include <fstream>
-#include <iterator>
 #include <ostream>
-#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -123,10 +122,7 @@ std::optional<ExitStatus> ChildProcess::waitForExit(std::chrono::milliseconds bo
 }
 
 std::string ChildProcess::output() const {
-    const std::ifstream stream(outputFile_);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
+    return contentOf(outputFile_);
 }
 
 bool ChildProcess::waitForOutput(const std::string& text, std::chrono::milliseconds bound) const {

@@ -6,26 +6,36 @@ namespace pelistra::testing {
 
 namespace {
 
-constexpr const char* xfcePanel = R"(<?xml version="1.0" encoding="UTF-8"?>
+constexpr const char* xfceBegin = R"(<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
   <property name="panels" type="array">
     <value type="int" value="1"/>
     <property name="panel-1" type="empty">
       <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="position-locked" type="bool" value="true"/>
       <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
       <property name="size" type="uint" value="28"/>
       <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
     </property>
   </property>
   <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
+    <property name="plugin-1" type="string" value="systray">
 )";
+constexpr const char* xfceHide =
+    "      <property name=\"hide-new-items\" type=\"bool\" value=\"true\"/>\n";
+constexpr const char* xfceEnd = "    </property>\n  </property>\n</channel>\n";
 
 } // namespace
+
+SettingsFile xfcePanelSettings(XfceIcons icons) {
+    std::string content = xfceBegin;
+    if (icons == XfceIcons::Hidden) {
+        content += xfceHide;
+    }
+    return {.path = "config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml",
+            .content = content + xfceEnd};
+}
 
 void PrintTo(const OtherTray& tray, std::ostream* stream) {
     *stream << tray.name;
@@ -38,8 +48,7 @@ const std::vector<OtherTray>& otherTrays() {
                      "--width", "400"}},
         {.name = "xfce4-panel",
          .command = {"xfce4-panel"},
-         .settings = {{.path = "config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml",
-                       .content = xfcePanel}}},
+         .settings = {xfcePanelSettings(XfceIcons::Shown)}},
     };
     return trays;
 }

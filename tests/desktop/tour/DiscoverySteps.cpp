@@ -1,4 +1,5 @@
 #include "platform/linux/X11ScreenCapture.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/tour/ItemList.h"
 #include "tests/desktop/tour/Tour.h"
 
@@ -62,11 +63,7 @@ std::size_t coloursOf(const QImage& picture) {
 // Pictures of icons that lie off the screen, by the code that the organiser takes them with.
 Seen savePictures(Tour& tour) {
     Desktop& desktop = tour.desktop();
-    x11::Connection::Failure failure;
-    const auto connection = x11::Connection::open(desktop.display().name(), failure);
-    if (connection == nullptr) {
-        throw std::runtime_error(failure.message);
-    }
+    const auto connection = connect(desktop.display());
     desktop::X11ScreenCapture capture(*connection);
     const std::filesystem::path folder = tour.folder("icons");
     constexpr std::size_t leastColours = 4;

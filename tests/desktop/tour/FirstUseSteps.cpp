@@ -1,10 +1,10 @@
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/WindowsUnderTest.h"
 #include "tests/desktop/tour/Tour.h"
 
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <iterator>
 
 namespace pelistra::testing {
 
@@ -16,11 +16,6 @@ constexpr const char* stepsText = "第 ";
 // What the caption of each step ends with.
 constexpr std::array<const char*, introductionSteps> stepNames{"欢迎", "认识分隔线", "摆放图标",
                                                                "完成"};
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 std::filesystem::path defaultsOf(Desktop& desktop) {
     return desktop.display().configFolder() / "pelistra" / "defaults";

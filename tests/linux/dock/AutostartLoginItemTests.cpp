@@ -1,6 +1,7 @@
 #include "platform/linux/AutostartLoginItem.h"
 
 #include "platform/linux/DesktopEntry.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
 #include <fstream>
@@ -27,11 +28,6 @@ namespace fs = std::filesystem;
 void write(const fs::path& file, const std::string& text) {
     fs::create_directories(file.parent_path());
     std::ofstream(file) << text;
-}
-
-std::string read(const fs::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 class AutostartLoginItemTest : public ::testing::Test {
@@ -69,12 +65,12 @@ TEST_F(AutostartLoginItemTest, IsNotRegisteredWithoutAnEntry) {
 TEST_F(AutostartLoginItemTest, RegisteringWritesAnEntryThatStartsTheProgramWithTheMenuBar) {
     EXPECT_EQ(item().registerItem(), std::nullopt);
     EXPECT_EQ(status(), LoginItemStatus::Enabled);
-    const auto written = desktop::parseDesktopEntry(read(userEntry_), {});
+    const auto written = desktop::parseDesktopEntry(contentOf(userEntry_), {});
     ASSERT_TRUE(written);
     EXPECT_EQ(written->name, "Pelistra");
     EXPECT_FALSE(written->terminal);
     EXPECT_THAT(desktop::commandOf(*written), ElementsAre(program_.string(), "--start-menu-bar"));
-    EXPECT_THAT(read(userEntry_), HasSubstr("\nX-GNOME-Autostart-enabled=true\n"));
+    EXPECT_THAT(contentOf(userEntry_), HasSubstr("\nX-GNOME-Autostart-enabled=true\n"));
 }
 
 TEST_F(AutostartLoginItemTest, TheEntryIsPrivateAndNothingElseIsLeftBeside) {
@@ -98,7 +94,7 @@ TEST_F(AutostartLoginItemTest, ProgramsInAwkwardFoldersAreQuoted) {
         fs::permissions(program_, fs::perms::owner_all);
         ASSERT_EQ(item().unregisterItem(), std::nullopt);
         EXPECT_EQ(item().registerItem(), std::nullopt) << name;
-        const auto written = desktop::parseDesktopEntry(read(userEntry_), {});
+        const auto written = desktop::parseDesktopEntry(contentOf(userEntry_), {});
         ASSERT_TRUE(written) << name;
         EXPECT_EQ(desktop::commandOf(*written).front(), program_.string());
     }
@@ -150,7 +146,7 @@ TEST_F(AutostartLoginItemTest, AnEnabledEntryIsLeftAsTheUserChangedIt) {
     const std::string changed = entry("X-GNOME-Autostart-Delay=5\n");
     write(userEntry_, changed);
     EXPECT_EQ(item().registerItem(), std::nullopt);
-    EXPECT_EQ(read(userEntry_), changed);
+    EXPECT_EQ(contentOf(userEntry_), changed);
 }
 
 TEST_F(AutostartLoginItemTest, ALinkToNothingMasksAndIsReplaced) {
@@ -169,7 +165,7 @@ TEST_F(AutostartLoginItemTest, ALinkToAFileIsWrittenThrough) {
     fs::create_symlink(elsewhere, userEntry_);
     EXPECT_EQ(item().registerItem(), std::nullopt);
     EXPECT_TRUE(fs::is_symlink(userEntry_));
-    EXPECT_THAT(read(elsewhere), HasSubstr("--start-menu-bar"));
+    EXPECT_THAT(contentOf(elsewhere), HasSubstr("--start-menu-bar"));
 }
 
 TEST_F(AutostartLoginItemTest, AMaskedUnitIsSaidAndStaysOff) {

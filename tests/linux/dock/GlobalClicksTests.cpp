@@ -2,6 +2,7 @@
 
 #include "platform/linux/PointerDevice.h"
 #include "platform/x11/Replies.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/linux/dock/QtOnDisplay.h"
 
 #include <QWidget>
@@ -127,9 +128,7 @@ TEST_F(GlobalClicksTest, PressesWhileAnotherProgramHoldsTheMouseAreTold) {
 }
 
 TEST_F(GlobalClicksTest, ClicksOfOurOwnSecondPointerAreNot) {
-    x11::Connection::Failure failure;
-    const auto own = x11::Connection::open(display_.name(), failure);
-    ASSERT_NE(own, nullptr);
+    const auto own = connect(display_);
     x11::Replies replies(*own);
     desktop::PointerDevice device(*own, replies);
     ASSERT_TRUE(replies.begin(patience));

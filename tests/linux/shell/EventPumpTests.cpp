@@ -1,5 +1,6 @@
 #include "platform/linux/EventPump.h"
 
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/XClient.h"
 #include "tests/platform/FakeLogSink.h"
@@ -35,13 +36,6 @@ protected:
                           nullptr);
         const x11::Owned<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
             connection_->get(), xcb_get_input_focus(connection_->get()), nullptr));
-    }
-
-    [[nodiscard]] std::unique_ptr<x11::Connection> connect() const {
-        x11::Connection::Failure failure;
-        auto connection = x11::Connection::open(display_.name(), failure);
-        EXPECT_NE(connection, nullptr) << failure.message;
-        return connection;
     }
 
     // Another program talks to our window; each message carries the next number.
@@ -80,7 +74,7 @@ protected:
     std::uint32_t sent_ = 0;
     Journal journal_;
     FakeLogSink log_{journal_};
-    std::unique_ptr<x11::Connection> connection_ = connect();
+    std::unique_ptr<x11::Connection> connection_ = connect(display_);
     xcb_window_t window_ = connection_->newId();
     EventPump pump_{*connection_, log_};
 };

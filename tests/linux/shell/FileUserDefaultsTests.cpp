@@ -1,12 +1,12 @@
 #include "platform/linux/FileUserDefaults.h"
 
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 #include "tests/platform/FakeLogSink.h"
 #include "tests/platform/FakeMainQueue.h"
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -33,10 +33,7 @@ protected:
     [[nodiscard]] std::unique_ptr<FileUserDefaults> open() {
         return std::make_unique<FileUserDefaults>(path(), queue_, log_);
     }
-    [[nodiscard]] std::string content() const {
-        std::ifstream file(path());
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    [[nodiscard]] std::string content() const { return contentOf(path()); }
     void write(const std::string& text) const {
         std::filesystem::create_directories(path().parent_path());
         std::ofstream(path()) << text;

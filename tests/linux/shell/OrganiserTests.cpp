@@ -1,5 +1,6 @@
 // The status items of the running organiser, in a tray that lives in the test.
 
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/ProgramsUnderTest.h"
 #include "tests/desktop/harness/UserInput.h"
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
-#include <iterator>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -39,10 +39,7 @@ protected:
     [[nodiscard]] std::filesystem::path defaultsFile() const {
         return display_.configFolder() / "pelistra" / "defaults";
     }
-    [[nodiscard]] std::string defaults() const {
-        std::ifstream file(defaultsFile());
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    [[nodiscard]] std::string defaults() const { return contentOf(defaultsFile()); }
     void start(const std::vector<std::string>& options = {}) {
         std::vector<std::string> command{(builtPrograms() / "pelistra").string()};
         command.insert(command.end(), options.begin(), options.end());

@@ -2,6 +2,7 @@
 
 #include "platform/linux/TrayLook.h"
 #include "platform/x11/Properties.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/shell/RespondingTray.h"
 #include "tests/platform/FakeLogSink.h"
@@ -23,12 +24,6 @@ using ::testing::Optional;
 
 class TrayChangesTest : public ::testing::Test {
 protected:
-    [[nodiscard]] std::unique_ptr<x11::Connection> connect() const {
-        x11::Connection::Failure failure;
-        auto connection = x11::Connection::open(display_.name(), failure);
-        EXPECT_NE(connection, nullptr) << failure.message;
-        return connection;
-    }
     // The count while nothing happens.
     [[nodiscard]] std::optional<std::uint64_t> count() {
         const auto changes = host_.changesOf(tray_->owner());
@@ -48,7 +43,7 @@ protected:
     PrivateDisplay display_;
     Journal journal_;
     FakeLogSink log_{journal_};
-    std::unique_ptr<x11::Connection> connection_ = connect();
+    std::unique_ptr<x11::Connection> connection_ = connect(display_);
     desktop::EventPump pump_{*connection_, log_};
     desktop::TrayHost host_{*connection_, pump_, log_};
     std::optional<RespondingTray> tray_;
@@ -123,7 +118,7 @@ TEST_F(TrayChangesTest, AreNotHeardInAFlood) {
 
 // What is listed and what is shown must be measured alike.
 TEST_F(TrayChangesTest, TheScaleIsThatOfALook) {
-    const auto other = connect();
+    const auto other = connect(display_);
     desktop::TrayLook look(*other);
     const auto expectAlike = [&](double scale, const std::string& what) {
         const auto coordinates = look.coordinates();

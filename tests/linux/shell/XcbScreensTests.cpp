@@ -1,6 +1,7 @@
 #include "platform/linux/XcbScreens.h"
 
 #include "platform/linux/QtMainQueue.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/shell/RespondingTray.h"
 #include "tests/platform/FakeLogSink.h"
@@ -18,12 +19,6 @@ using ::testing::SizeIs;
 
 class XcbScreensTest : public ::testing::Test {
 protected:
-    [[nodiscard]] static std::unique_ptr<x11::Connection> connect(const std::string& display) {
-        x11::Connection::Failure failure;
-        auto connection = x11::Connection::open(display, failure);
-        EXPECT_NE(connection, nullptr) << failure.message;
-        return connection;
-    }
     template <class Condition>
     [[nodiscard]] bool runUntil(Condition condition) {
         return waitFor([&] {
@@ -41,7 +36,7 @@ protected:
     Journal journal_;
     FakeLogSink log_{journal_};
     desktop::QtMainQueue queue_;
-    std::unique_ptr<x11::Connection> connection_ = connect(display_.name());
+    std::unique_ptr<x11::Connection> connection_ = connect(display_);
     desktop::EventPump pump_{*connection_, log_};
     desktop::TrayHost trayHost_{*connection_, pump_, log_};
     desktop::XcbScreens screens_{*connection_, pump_, trayHost_, queue_};

@@ -1,6 +1,7 @@
 #include "platform/linux/X11RunningApplications.h"
 
 #include "platform/linux/QtImages.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/Variable.h"
 #include "tests/desktop/harness/WaitFor.h"
@@ -9,7 +10,6 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,11 +24,6 @@ namespace pelistra::testing {
 namespace {
 
 using desktop::X11RunningApplications;
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 void writeProgram(const std::filesystem::path& file, const std::string& text) {
     std::filesystem::create_directories(file.parent_path());

@@ -3,6 +3,7 @@
 #include "platform/linux/ListItems.h"
 #include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/linux/X11RunningApplicationsProcess.h"
+#include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/tray/TestTray.h"
 
@@ -30,13 +31,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
-
-std::string contentOf(const std::filesystem::path& file) {
-    const std::ifstream stream(file);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
 
 class RunningApplicationsTest : public ::testing::Test {
 protected:

@@ -1,8 +1,8 @@
 #include "platform/linux/X11ScreenCapture.h"
 
 #include "platform/linux/X11ScreenCaptureBitmap.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
-#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/TestTray.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 #include "platform/linux/TrayLook.h"
 
 #include "platform/linux/TrayLookText.h"
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/TrayClient.h"
-#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/TestTray.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 #include "platform/linux/XcbWindowServer.h"
 
+#include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
-#include "tests/linux/tray/Connect.h"
 #include "tests/linux/tray/TestTray.h"
 
 #include <memory>
