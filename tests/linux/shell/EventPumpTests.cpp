@@ -3,9 +3,9 @@
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/XClient.h"
+#include "tests/linux/shell/TestApplication.h"
 #include "tests/platform/FakeLogSink.h"
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <numeric>
@@ -65,10 +65,7 @@ protected:
         return numbers;
     }
 
-    int count_ = 1;
-    std::string name_ = "test";
-    std::array<char*, 2> arguments_{name_.data(), nullptr};
-    QCoreApplication application_{count_, arguments_.data()};
+    TestApplication application_;
     PrivateDisplay display_;
     XClient client_{display_.name()};
     std::uint32_t sent_ = 0;
@@ -85,7 +82,8 @@ TEST_F(EventPumpTest, AFloodLeavesTheRestOfTheLoopItsTurns) {
     const auto token = pump_.addHandler([&](const auto& event) {
         append(dispatched, event);
         if (dispatched.size() == 1) {
-            QTimer::singleShot(0, &application_, [&] { atTheTimersTurn = dispatched.size(); });
+            QTimer::singleShot(0, QCoreApplication::instance(),
+                               [&] { atTheTimersTurn = dispatched.size(); });
         }
     });
     send(many);

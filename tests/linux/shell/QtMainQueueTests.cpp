@@ -1,4 +1,5 @@
 #include "platform/linux/QtMainQueue.h"
+#include "tests/linux/shell/TestApplication.h"
 
 #include <chrono>
 #include <memory>
@@ -32,10 +33,7 @@ protected:
         return condition();
     }
 
-    int count_ = 1;
-    std::string name_ = "test";
-    std::array<char*, 2> arguments_{name_.data(), nullptr};
-    QCoreApplication application_{count_, arguments_.data()};
+    TestApplication application_;
     QtMainQueue queue_;
 };
 

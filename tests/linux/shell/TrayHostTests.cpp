@@ -5,6 +5,7 @@
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/shell/RespondingTray.h"
+#include "tests/linux/shell/TestApplication.h"
 #include "tests/platform/FakeLogSink.h"
 
 #include <array>
@@ -36,10 +37,7 @@ protected:
         return waitFor([&] { return host_.changesOf(tray_->owner()) != before; });
     }
 
-    int count_ = 1;
-    std::string name_ = "test";
-    std::array<char*, 2> arguments_{name_.data(), nullptr};
-    QCoreApplication application_{count_, arguments_.data()};
+    TestApplication application_;
     PrivateDisplay display_;
     Journal journal_;
     FakeLogSink log_{journal_};

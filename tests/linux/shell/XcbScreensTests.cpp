@@ -4,6 +4,7 @@
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/shell/RespondingTray.h"
+#include "tests/linux/shell/TestApplication.h"
 #include "tests/platform/FakeLogSink.h"
 
 #include <QCoreApplication>
@@ -27,10 +28,7 @@ protected:
         });
     }
 
-    int count_ = 1;
-    std::string name_ = "test";
-    std::array<char*, 2> arguments_{name_.data(), nullptr};
-    QCoreApplication application_{count_, arguments_.data()};
+    TestApplication application_;
     PrivateDisplay display_;
     XClient client_{display_.name()};
     Journal journal_;

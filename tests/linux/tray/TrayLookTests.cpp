@@ -41,16 +41,18 @@ protected:
     TrayLook look{*connection};
 };
 
-using BarLookTest = TrayLookTest;
+class OurTrayTest : public TrayLookTest {
+protected:
+    TestTray tray{display.name(), TestTray::Kind::Ours};
+    IconClient client{display.name()};
+};
 
 TEST_F(TrayLookTest, SeesNoTrayWhereThereIsNone) {
     EXPECT_EQ(view().owner, 0U);
     EXPECT_THAT(view().icons, IsEmpty());
 }
 
-TEST_F(TrayLookTest, ListsOurItemsInTheBarsOrderWithTheirRootFrames) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, ListsOurItemsInTheBarsOrderWithTheirRootFrames) {
     const auto right = client.makeWindow(24, 28);
     const auto left = client.makeWindow(30, 28);
     tray.embed(right, 200, 24, 28);
@@ -94,9 +96,7 @@ x11::PublishedItem toldOf(xcb_window_t window) {
             .className = "told class"};
 }
 
-TEST_F(TrayLookTest, BelievesWhatTheBarTellsOfItsItems) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, BelievesWhatTheBarTellsOfItsItems) {
     const auto right = client.makeWindow(24, 28);
     const auto left = client.makeWindow(24, 28);
     client.setText(left, "_NET_WM_NAME", "UTF8_STRING", "own title");
@@ -119,9 +119,7 @@ TEST_F(TrayLookTest, BelievesWhatTheBarTellsOfItsItems) {
     EXPECT_EQ(seen.icons[1].name, "");
 }
 
-TEST_F(TrayLookTest, WhatTheBarTellsMakesNoIconOfAWindow) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, WhatTheBarTellsMakesNoIconOfAWindow) {
     IconClient dying(display.name());
     const auto embedded = client.makeWindow(24, 28);
     const auto outside = client.makeWindow(24, 28);
@@ -138,9 +136,7 @@ TEST_F(TrayLookTest, WhatTheBarTellsMakesNoIconOfAWindow) {
     EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
 }
 
-TEST_F(TrayLookTest, AsksItselfWhenTheBarsWordsMakeNoSense) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, AsksItselfWhenTheBarsWordsMakeNoSense) {
     const auto window = client.makeWindow(24, 28);
     client.setText(window, "_NET_WM_NAME", "UTF8_STRING", "own title");
     tray.embed(window, 100, 24, 28);
@@ -160,9 +156,7 @@ TEST_F(TrayLookTest, AnotherTrayTellsNothingOfItsIcons) {
     EXPECT_EQ(view().icons[0].frame.x, 100);
 }
 
-TEST_F(TrayLookTest, LeavesOutAWindowThatIsListedButNotEmbedded) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, LeavesOutAWindowThatIsListedButNotEmbedded) {
     const auto embedded = client.makeWindow(24, 28);
     const auto outside = client.makeWindow(24, 28);
     tray.embed(embedded, 10, 24, 28);
@@ -171,9 +165,7 @@ TEST_F(TrayLookTest, LeavesOutAWindowThatIsListedButNotEmbedded) {
     EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
 }
 
-TEST_F(TrayLookTest, WindowsOfTheTrayItselfAreNoIcons) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, WindowsOfTheTrayItselfAreNoIcons) {
     const auto embedded = client.makeWindow(24, 28);
     tray.embed(embedded, 10, 24, 28);
     const auto containers = client.x().children(tray.bar());
@@ -185,9 +177,7 @@ TEST_F(TrayLookTest, WindowsOfTheTrayItselfAreNoIcons) {
     EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
 }
 
-TEST_F(TrayLookTest, AWindowThatIsGoneCostsOnlyItself) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, AWindowThatIsGoneCostsOnlyItself) {
     IconClient dying(display.name());
     std::vector<xcb_window_t> staying;
     for (int i = 0; i < 20; ++i) {
@@ -206,9 +196,7 @@ TEST_F(TrayLookTest, AWindowThatIsGoneCostsOnlyItself) {
     EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
 }
 
-TEST_F(TrayLookTest, WindowsThatComeAndGoDuringLooksNeverHarmTheOthers) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, WindowsThatComeAndGoDuringLooksNeverHarmTheOthers) {
     const auto staying = client.makeWindow(24, 28);
     tray.embed(staying, 10, 24, 28);
     const std::jthread storm([&](const std::stop_token& stop) {
@@ -252,9 +240,7 @@ TEST_F(TrayLookTest, WaitsForTheServerEquallyOftenForAnyNumberOfIcons) {
     EXPECT_THAT(roundTrips, ElementsAre(3, 3, 3, 3));
 }
 
-TEST_F(TrayLookTest, AFallbackForOneIconOrAThousandCostsOneMoreRoundTrip) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, AFallbackForOneIconOrAThousandCostsOneMoreRoundTrip) {
     for (int i = 0; i < 50; ++i) {
         const auto window = client.makeWindow(24, 28);
         client.setText(window, "WM_NAME", "STRING", "caf\xE9");
@@ -272,10 +258,8 @@ void letTheMomentPass() {
     std::this_thread::sleep_for(longerThanOneMoment);
 }
 
-TEST_F(TrayLookTest, AsksAboutNoIconWhileTheBarSaysThatNothingHasChanged) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
+TEST_F(OurTrayTest, AsksAboutNoIconWhileTheBarSaysThatNothingHasChanged) {
     tray.setSerial(1);
-    IconClient client(display.name());
     const xcb_window_t icon = client.makeWindow(24, 24);
     tray.embed(icon, 100, 24, 24);
     EXPECT_THAT(view().icons, SizeIs(1));
@@ -293,10 +277,8 @@ TEST_F(TrayLookTest, AsksAboutNoIconWhileTheBarSaysThatNothingHasChanged) {
     EXPECT_THAT(changed.icons, ElementsAre(Field(&TrayIcon::name, "renamed")));
 }
 
-TEST_F(TrayLookTest, DoesNotEvenAskWhileSomebodyListensAndHearsOfNoChange) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
+TEST_F(OurTrayTest, DoesNotEvenAskWhileSomebodyListensAndHearsOfNoChange) {
     tray.setSerial(1);
-    IconClient client(display.name());
     const xcb_window_t icon = client.makeWindow(24, 24);
     tray.embed(icon, 100, 24, 24);
     std::optional<std::uint64_t> heard = 7;
@@ -330,10 +312,8 @@ TEST_F(TrayLookTest, DoesNotEvenAskWhileSomebodyListensAndHearsOfNoChange) {
                 ElementsAre(Field(&TrayIcon::name, "renamed")));
 }
 
-TEST_F(TrayLookTest, AsksNowAndThenWhateverIsHeard) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
+TEST_F(OurTrayTest, AsksNowAndThenWhateverIsHeard) {
     tray.setSerial(1);
-    IconClient client(display.name());
     tray.embed(client.makeWindow(24, 24), 100, 24, 24);
     TrayLook listening(*connection, [](WindowId) { return 7; }, std::chrono::milliseconds(0));
     for (int i = 0; i < 3; ++i) {
@@ -342,9 +322,7 @@ TEST_F(TrayLookTest, AsksNowAndThenWhateverIsHeard) {
     }
 }
 
-TEST_F(TrayLookTest, LooksAgainAtABarThatDoesNotCountItsChanges) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, LooksAgainAtABarThatDoesNotCountItsChanges) {
     const xcb_window_t icon = client.makeWindow(24, 24);
     tray.embed(icon, 100, 24, 24);
     EXPECT_THAT(view().icons, SizeIs(1));
@@ -367,9 +345,7 @@ TEST_F(TrayLookTest, ForgetsABarThatHasGone) {
     EXPECT_THAT(view().icons, SizeIs(1));
 }
 
-TEST_F(TrayLookTest, KnowsTheProcessFromTheConnectionWhateverTheClientClaims) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, KnowsTheProcessFromTheConnectionWhateverTheClientClaims) {
     const auto window = client.makeWindow(24, 28);
     client.setWords(window, "_NET_WM_PID", "CARDINAL", {2});
     tray.embed(window, 10, 24, 28);
@@ -378,9 +354,7 @@ TEST_F(TrayLookTest, KnowsTheProcessFromTheConnectionWhateverTheClientClaims) {
     EXPECT_EQ(view().icons[0].pid, ::getpid());
 }
 
-TEST_F(TrayLookTest, SurvivesAbsurdNamesAndSizes) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, SurvivesAbsurdNamesAndSizes) {
     const auto huge = client.makeWindow(24, 28);
     client.setText(huge, "_NET_WM_NAME", "UTF8_STRING", std::string(200'000, 'n'));
     const auto broken = client.makeWindow(24, 28);
@@ -406,9 +380,7 @@ TEST_F(TrayLookTest, SurvivesAbsurdNamesAndSizes) {
     EXPECT_EQ(seen.icons[5].name, "");
 }
 
-TEST_F(TrayLookTest, ScalesByTheBarsWordElseByTheResourcesElseNot) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
-    IconClient client(display.name());
+TEST_F(OurTrayTest, ScalesByTheBarsWordElseByTheResourcesElseNot) {
     const auto scale = [&] { return view().coordinates.scale(); };
     EXPECT_EQ(scale(), 1);
     client.setText(client.x().root(), "RESOURCE_MANAGER", "STRING",
@@ -426,10 +398,8 @@ TEST_F(TrayLookTest, ScalesByTheBarsWordElseByTheResourcesElseNot) {
     EXPECT_EQ(scale(), 1);
 }
 
-TEST_F(TrayLookTest, KnowsTheLiveFrameOfAnyWindow) {
-    TestTray tray(display.name(), TestTray::Kind::Ours);
+TEST_F(OurTrayTest, KnowsTheLiveFrameOfAnyWindow) {
     tray.setScale(200);
-    IconClient client(display.name());
     const auto window = client.makeWindow(24, 28);
     tray.embed(window, 100, 24, 28);
     EXPECT_EQ(look.frameOf(window), (makeRect<GlobalSpace>(50, 0, 12, 14)));
