@@ -6,12 +6,18 @@
 #include "platform/linux/X11RunningApplications.h"
 #include "platform/x11/Connection.h"
 
+#include <future>
 #include <ostream>
+#include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace pelistra::desktop {
 
 namespace {
+
+constexpr const char* noAnswer = "the X server does not answer";
 
 // Derived texts are the organiser's own, so that the list says what the second row would show.
 ListedItem describe(const TrayIcon& icon, const TrayView& view,
@@ -38,28 +44,49 @@ ListedItem describe(const TrayIcon& icon, const TrayView& view,
             .fallbackSymbol = item.fallbackSymbol()};
 }
 
-} // namespace
+// What is to be printed, or why there is nothing to print.
+struct Listing {
+    std::vector<ListedItem> items;
+    std::string complaint;
+};
 
-int listItems(std::ostream& out, std::ostream& err, bool json, const std::string& display) {
+Listing makeListing(const std::string& display) {
     x11::Connection::Failure failure;
     const auto connection = x11::Connection::open(display, failure);
     if (!connection) {
-        err << "pelistra: " << failure.message << '\n';
-        return 1;
+        return {.items = {}, .complaint = failure.message};
     }
     const auto view = TrayLook(*connection).look();
-    if (!view || view->owner == 0) {
-        err << "pelistra: "
-            << (view ? "there is no system tray on this display" : "the X server does not answer")
-            << '\n';
-        return 1;
+    if (!view) {
+        return {.items = {}, .complaint = noAnswer};
+    }
+    if (view->owner == 0) {
+        return {.items = {}, .complaint = "there is no system tray on this display"};
     }
     X11RunningApplications applications(display);
-    std::vector<ListedItem> items;
+    Listing listing;
     for (const TrayIcon& icon : view->icons) {
-        items.push_back(describe(icon, *view, applications));
+        listing.items.push_back(describe(icon, *view, applications));
     }
-    (json ? writeJson : writeTable)(out, items);
+    return listing;
+}
+
+} // namespace
+
+int listItems(std::ostream& out, std::ostream& err, bool json, const std::string& display) {
+    // A server that is stopped or grabbed lets even the opening of a connection wait for ever, and
+    // nothing can end that wait: the thread goes with the process.
+    std::packaged_task<Listing()> task([display] { return makeListing(display); });
+    auto result = task.get_future();
+    std::thread(std::move(task)).detach();
+    const Listing listing = result.wait_for(longestListing) == std::future_status::ready
+                                ? result.get()
+                                : Listing{.items = {}, .complaint = noAnswer};
+    if (!listing.complaint.empty()) {
+        err << "pelistra: " << listing.complaint << '\n';
+        return 1;
+    }
+    (json ? writeJson : writeTable)(out, listing.items);
     return 0;
 }
 

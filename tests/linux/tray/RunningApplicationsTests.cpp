@@ -1,6 +1,5 @@
 #include "platform/linux/X11RunningApplications.h"
 
-#include "platform/linux/ListItems.h"
 #include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/linux/X11RunningApplicationsProcess.h"
 #include "tests/desktop/harness/FileContent.h"
@@ -13,7 +12,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,8 +26,6 @@ namespace {
 using desktop::TrayIcon;
 using desktop::X11RunningApplications;
 using ::testing::Contains;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::Not;
 
 class RunningApplicationsTest : public ::testing::Test {
@@ -288,60 +284,6 @@ TEST_F(RunningApplicationsTest, RaisesAWindowFromItsMinimisedStateAndFromAnother
     ASSERT_TRUE(hide("_NET_WM_DESKTOP", {2, 2}));
     EXPECT_TRUE(all.runningApplication(program->pid())->activate(activateAllWindows));
     EXPECT_TRUE(waitFor(isActive));
-}
-
-class ListItemsTest : public ::testing::Test {
-protected:
-    int list(bool json) {
-        out.str("");
-        err.str("");
-        return desktop::listItems(out, err, json, display.name());
-    }
-
-    PrivateDisplay display;
-    std::ostringstream out;
-    std::ostringstream err;
-};
-
-TEST_F(ListItemsTest, SaysWhenThereIsNoTrayOrNoDisplay) {
-    EXPECT_EQ(list(false), 1);
-    EXPECT_THAT(out.str(), IsEmpty());
-    EXPECT_EQ(err.str(), "pelistra: there is no system tray on this display\n");
-    EXPECT_EQ(desktop::listItems(out, err, false, ":9999"), 1);
-    EXPECT_THAT(err.str(), HasSubstr(":9999"));
-}
-
-TEST_F(ListItemsTest, ListsEveryItemOfAnyTray) {
-    for (const auto kind : {TestTray::Kind::Ours, TestTray::Kind::Foreign}) {
-        TestTray tray(display.name(), kind);
-        IconClient client(display.name());
-        const auto hidden = client.makeWindow(24, 28);
-        const auto shown = client.makeWindow(24, 28);
-        client.setText(hidden, "_NET_WM_NAME", "UTF8_STRING", "WiFi \"quoted\" \\ 网络");
-        client.setText(shown, "_NET_WM_NAME", "UTF8_STRING", "Clock");
-        tray.embed(hidden, -300, 24, 28);
-        tray.embed(shown, 200, 24, 28);
-
-        EXPECT_EQ(list(true), 0);
-        EXPECT_EQ(out.str(),
-                  "[\n  {\"id\": " + std::to_string(hidden) +
-                      ", \"process\": " + std::to_string(::getpid()) +
-                      ", \"owner\": \"tray_tests\", \"windowName\": "
-                      "\"WiFi \\\"quoted\\\" \\\\ 网络\", \"desktopId\": null, \"frame\": "
-                      "{\"x\": -300, \"y\": 0, \"width\": 24, \"height\": 28}, \"hidden\": true, "
-                      "\"displayName\": \"tray_tests\", \"fallbackSymbol\": \"wifi\"},\n"
-                      "  {\"id\": " +
-                      std::to_string(shown) + ", \"process\": " + std::to_string(::getpid()) +
-                      ", \"owner\": \"tray_tests\", \"windowName\": \"Clock\", \"desktopId\": "
-                      "null, \"frame\": {\"x\": 200, \"y\": 0, \"width\": 24, \"height\": 28}, "
-                      "\"hidden\": false, \"displayName\": \"时钟\", \"fallbackSymbol\": "
-                      "\"clock\"}\n]\n");
-
-        EXPECT_EQ(list(false), 0);
-        EXPECT_THAT(out.str(), HasSubstr("WINDOW"));
-        EXPECT_THAT(out.str(), HasSubstr("-300,0 24x28"));
-        EXPECT_THAT(out.str(), HasSubstr("shown"));
-    }
 }
 
 } // namespace

@@ -1,0 +1,104 @@
+#include "platform/linux/ListItems.h"
+
+#include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/desktop/harness/WaitFor.h"
+#include "tests/linux/tray/TestTray.h"
+
+#include <chrono>
+#include <csignal>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+#include <xcb/xproto.h>
+
+namespace pelistra::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class ListItemsTest : public ::testing::Test {
+protected:
+    int list(bool json) {
+        out.str("");
+        err.str("");
+        return desktop::listItems(out, err, json, display.name());
+    }
+    // It says why there is no list, and takes no longer than promised.
+    void expectNoAnswer() {
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_EQ(list(false), 1);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin,
+                  desktop::longestListing + std::chrono::seconds(5));
+        EXPECT_THAT(out.str(), IsEmpty());
+        EXPECT_EQ(err.str(), "pelistra: the X server does not answer\n");
+    }
+
+    PrivateDisplay display;
+    std::ostringstream out;
+    std::ostringstream err;
+};
+
+TEST_F(ListItemsTest, SaysWhenThereIsNoTrayOrNoDisplay) {
+    EXPECT_EQ(list(false), 1);
+    EXPECT_THAT(out.str(), IsEmpty());
+    EXPECT_EQ(err.str(), "pelistra: there is no system tray on this display\n");
+    EXPECT_EQ(desktop::listItems(out, err, false, ":9999"), 1);
+    EXPECT_THAT(err.str(), HasSubstr(":9999"));
+}
+
+TEST_F(ListItemsTest, ListsEveryItemOfAnyTray) {
+    for (const auto kind : {TestTray::Kind::Ours, TestTray::Kind::Foreign}) {
+        TestTray tray(display.name(), kind);
+        IconClient client(display.name());
+        const auto hidden = client.makeWindow(24, 28);
+        const auto shown = client.makeWindow(24, 28);
+        client.setText(hidden, "_NET_WM_NAME", "UTF8_STRING", "WiFi \"quoted\" \\ 网络");
+        client.setText(shown, "_NET_WM_NAME", "UTF8_STRING", "Clock");
+        tray.embed(hidden, -300, 24, 28);
+        tray.embed(shown, 200, 24, 28);
+
+        EXPECT_EQ(list(true), 0);
+        EXPECT_EQ(out.str(),
+                  "[\n  {\"id\": " + std::to_string(hidden) +
+                      ", \"process\": " + std::to_string(::getpid()) +
+                      ", \"owner\": \"tray_tests\", \"windowName\": "
+                      "\"WiFi \\\"quoted\\\" \\\\ 网络\", \"desktopId\": null, \"frame\": "
+                      "{\"x\": -300, \"y\": 0, \"width\": 24, \"height\": 28}, \"hidden\": true, "
+                      "\"displayName\": \"tray_tests\", \"fallbackSymbol\": \"wifi\"},\n"
+                      "  {\"id\": " +
+                      std::to_string(shown) + ", \"process\": " + std::to_string(::getpid()) +
+                      ", \"owner\": \"tray_tests\", \"windowName\": \"Clock\", \"desktopId\": "
+                      "null, \"frame\": {\"x\": 200, \"y\": 0, \"width\": 24, \"height\": 28}, "
+                      "\"hidden\": false, \"displayName\": \"时钟\", \"fallbackSymbol\": "
+                      "\"clock\"}\n]\n");
+
+        EXPECT_EQ(list(false), 0);
+        EXPECT_THAT(out.str(), HasSubstr("WINDOW"));
+        EXPECT_THAT(out.str(), HasSubstr("-300,0 24x28"));
+        EXPECT_THAT(out.str(), HasSubstr("shown"));
+    }
+}
+
+TEST_F(ListItemsTest, DoesNotWaitForAStoppedServer) {
+    const TestTray tray(display.name(), TestTray::Kind::Ours);
+    ::kill(display.serverPid(), SIGSTOP);
+    expectNoAnswer();
+    ::kill(display.serverPid(), SIGCONT);
+    EXPECT_TRUE(waitFor([&] { return list(false) == 0; }));
+}
+
+TEST_F(ListItemsTest, DoesNotWaitForAGrabbedServer) {
+    const TestTray tray(display.name(), TestTray::Kind::Ours);
+    IconClient client(display.name());
+    xcb_grab_server(client.x().get());
+    client.x().sync();
+    expectNoAnswer();
+    xcb_ungrab_server(client.x().get());
+    client.x().sync();
+    EXPECT_TRUE(waitFor([&] { return list(false) == 0; }));
+}
+
+} // namespace
+} // namespace pelistra::testing
