@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include <QMetaObject>
 #include <QObject>
 #include <QTimer>
 
@@ -48,7 +47,7 @@ void QtMainQueue::async(std::function<void()> block) {
 
 void QtMainQueue::scheduleTurn() {
     if (!std::exchange(turnIsScheduled_, true)) {
-        QMetaObject::invokeMethod(context_.get(), [this] { runTurn(); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, context_.get(), [this] { runTurn(); });
     }
 }
 
