@@ -121,10 +121,11 @@ TEST_F(DetailsTests, FollowTheBarToAnotherMonitor) {
     ASSERT_TRUE(comeTrue());
     const auto before = details();
     const auto xrandr =
-        display_.start({"xrandr", "--setmonitor", "*Lower", "1280/300x400/100+0+400", "screen"});
+        display_.start({"xrandr", "--setmonitor", "*Lower", "640/150x400/100+600+400", "screen"});
     EXPECT_THAT(xrandr->waitForExit(), Optional(ExitStatus{.status = 0}));
     EXPECT_TRUE(eventually([&] { return details() != before; }));
     EXPECT_TRUE(comeTrue());
+    EXPECT_EQ(itemAt(0).x + itemAt(0).width, 600 + 640);
     EXPECT_EQ(itemAt(0).y, 400);
 }
 
