@@ -11,6 +11,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QTimer>
 #include <xcb/shape.h>
 
 namespace pelistra::desktop {
@@ -92,7 +93,7 @@ void PanelWindow::bringUp() {
 void PanelWindow::contentLookChanges() {
     outlinedSize_ = {};
     if (isVisible()) {
-        QMetaObject::invokeMethod(this, [this] { updateOutline(); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, [this] { updateOutline(); });
     }
 }
 

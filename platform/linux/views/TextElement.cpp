@@ -61,16 +61,16 @@ void TextElement::changed(const ui::Text* before, const Surroundings& surroundin
     if (before != nullptr && *before != node()) {
         appearanceChanged();
     }
-    const bool isRead = !surroundings.isInControl;
-    if (isRead && label_.isNull()) {
+    if (surroundings.isInControl) {
+        // The control is what is read.
+        delete label_;
+        return;
+    }
+    if (label_.isNull()) {
         label_ = new TextProxy(surroundings.host); // NOLINT(*-owning-memory)
         label_->show();
-    } else if (!isRead) {
-        delete label_;
     }
-    if (label_) {
-        label_->setContent(text_, surroundings.accessibilityLabel, surroundings.help);
-    }
+    label_->setContent(text_, surroundings.accessibilityLabel, surroundings.help);
 }
 
 QSizeF TextElement::breakLines(QTextLayout& layout, double width) const {
