@@ -250,7 +250,7 @@ void TrayLook::readOwner(Tray& tray) {
     const auto details =
         x11::requestProperty(*connection_, tray.owner, atom(Name::Details),
                              XCB_GET_PROPERTY_TYPE_ANY, x11::publishedItemsByteLimit);
-    const auto scale = x11::requestProperty(*connection_, tray.owner, atom(Name::Scale));
+    const auto scale = requestScale(tray);
     tray.serial = takeSerial(serial);
     if (const auto value =
             x11::propertyValue(replies_.take<xcb_get_property_reply_t>(items.cookie).get());
@@ -262,8 +262,16 @@ void TrayLook::readOwner(Tray& tray) {
         value && tray.items) {
         tray.details = x11::publishedItemsIn(*value);
     }
+    takeScale(scale, tray);
+}
+
+x11::PropertyRequest TrayLook::requestScale(const Tray& tray) const {
+    return x11::requestProperty(*connection_, tray.owner, atom(Name::Scale));
+}
+
+void TrayLook::takeScale(x11::PropertyRequest request, Tray& tray) {
     if (const auto value =
-            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(scale.cookie).get())) {
+            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.cookie).get())) {
         tray.scale = scaleIn(value->words()).value_or(tray.scale);
     }
 }
@@ -514,7 +522,7 @@ std::optional<Coordinates> TrayLook::coordinates() {
     }
     Tray tray = findTray();
     if (tray.owner != XCB_NONE) {
-        readOwner(tray);
+        takeScale(requestScale(tray), tray);
     }
     return replies_.failed() ? std::nullopt
                              : std::optional(Coordinates(tray.scale, tray.primaryMonitor));
@@ -528,7 +536,7 @@ std::optional<Rect> TrayLook::frameOf(WindowId window) {
     Tray tray = findTray();
     const auto frame = takeFrame(request);
     if (frame && tray.owner != XCB_NONE) {
-        readOwner(tray);
+        takeScale(requestScale(tray), tray);
     }
     if (!frame || replies_.failed()) {
         return std::nullopt;

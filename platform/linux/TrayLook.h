@@ -124,6 +124,8 @@ private:
     [[nodiscard]] std::string takeText(x11::PropertyRequest request);
     [[nodiscard]] Tray findTray();
     void readOwner(Tray& tray);
+    [[nodiscard]] x11::PropertyRequest requestScale(const Tray& tray) const;
+    void takeScale(x11::PropertyRequest request, Tray& tray);
     [[nodiscard]] std::optional<std::uint64_t> changesOf(WindowId owner) const;
     // Whether what is known is true without a question.
     [[nodiscard]] bool isTrue(const Known& known) const;

@@ -66,9 +66,9 @@ std::optional<PublishedItem> placeIn(std::string_view text) {
 std::optional<std::string> publishedText(std::span<const PublishedItem> items) {
     std::string result;
     for (const PublishedItem& item : items) {
-        for (const std::string& text :
-             {placeText(item), item.title, item.instance, item.className}) {
-            result.append(text).push_back('\0');
+        result.append(placeText(item)).push_back('\0');
+        for (const std::string* text : {&item.title, &item.instance, &item.className}) {
+            result.append(*text).push_back('\0');
         }
     }
     return result.size() > publishedItemsByteLimit ? std::nullopt
