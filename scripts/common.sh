@@ -56,8 +56,8 @@ build_preset() {
     local launcher=()
     if command -v ccache >/dev/null; then
         launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-        # Clones in other folders share what was compiled once.
-        export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+        # Clones in other folders share what was compiled once; precompiled headers count by their content.
+        export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros
     fi
     local log=build/$preset/configure.log
     mkdir -p "build/$preset"
