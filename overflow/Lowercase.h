@@ -5,9 +5,9 @@
 
 namespace pelistra {
 
-// The text with every character in lower case: the Unicode Standard's full, language-independent
-// lower-casing (final sigma and mappings to several characters included). Bytes that are no valid
-// UTF-8 stay as they are.
+// The text with every character in lower case whose lower-case form has a letter of ASCII in it;
+// all others stay as they are. Equal to full Unicode lower-casing for whoever looks in the result
+// for texts of ASCII letters and of characters without case. Takes any bytes.
 [[nodiscard]] std::string lowercased(std::string_view text);
 
 } // namespace pelistra

@@ -1,13 +1,13 @@
 #include "overflow/OverflowStore.h"
 
-#include "overflow/WindowIdMap.h"
 #include "platform/FatalError.h"
 #include "platform/RunningApplications.h"
 #include "platform/ScreenCapture.h"
 
 #include <algorithm>
 #include <cmath>
-#include <tuple>
+#include <map>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <variant>
@@ -33,16 +33,16 @@ using Items = std::vector<OverflowItem>;
 
 // Items of the windows, in their order, with the pictures that the known items carry.
 Items withKnownPictures(std::vector<PrivateMenuBarWindow> windows, const Items& known) {
-    WindowIdMap<const ImagePtr*> pictures(known.size());
+    std::unordered_map<WindowId, ImagePtr> pictures(known.size());
     for (const OverflowItem& item : known) {
-        pictures.emplace(item.id, &item.capturedImage);
+        pictures.emplace(item.id, item.capturedImage);
     }
     Items result;
     result.reserve(windows.size());
     for (auto& window : windows) {
-        const ImagePtr* const* const picture = pictures.find(window.id);
-        result.push_back(
-            OverflowItem::from(std::move(window), picture != nullptr ? **picture : nullptr));
+        const auto picture = pictures.find(window.id);
+        result.push_back(OverflowItem::from(std::move(window),
+                                            picture != pictures.end() ? picture->second : nullptr));
     }
     return result;
 }
@@ -50,7 +50,7 @@ Items withKnownPictures(std::vector<PrivateMenuBarWindow> windows, const Items& 
 // The known items where their windows are now, and an item for each window that had none.
 Items merged(const Items& known, std::vector<PrivateMenuBarWindow> windows) {
     Items result = known;
-    WindowIdMap<std::size_t> positions(known.size() + windows.size());
+    std::unordered_map<WindowId, std::size_t> positions(known.size() + windows.size());
     for (std::size_t position = 0; position < known.size(); ++position) {
         positions.emplace(known[position].id, position);
     }
@@ -59,7 +59,7 @@ Items merged(const Items& known, std::vector<PrivateMenuBarWindow> windows) {
         if (isNew) {
             result.push_back(OverflowItem::from(std::move(window), nullptr));
         } else {
-            result[*position].lastKnownFrame = window.frame;
+            result[position->second].lastKnownFrame = window.frame;
         }
     }
     return result;
@@ -71,29 +71,22 @@ void removeEnded(Items& items, const std::vector<ProcessId>& running) {
     std::erase_if(items, [&alive](const auto& item) { return !alive.contains(item.ownerPID); });
 }
 
-// What decides between items that start at the same place.
-enum class Tie { EarlierFirst, SmallerIdFirst };
+// From left to right; at the same place the order stays.
+Items orderedByStart(Items items) {
+    std::multimap<double, OverflowItem> byStart;
+    for (OverflowItem& item : items) {
+        byStart.emplace(item.lastKnownFrame.minX(), std::move(item));
+    }
+    items.clear();
+    for (auto& [start, item] : byStart) {
+        items.push_back(std::move(item));
+    }
+    return items;
+}
 
-// From left to right.
-Items sortedByPlace(Items items, Tie tie) {
-    using Place = std::tuple<double, std::size_t, std::size_t>;
-    std::vector<Place> places;
-    places.reserve(items.size());
-    for (const OverflowItem& item : items) {
-        const std::size_t position = places.size();
-        places.emplace_back(item.lastKnownFrame.minX(),
-                            tie == Tie::SmallerIdFirst ? item.id : position, position);
-    }
-    // Sorting the small keys first moves each item once.
-    if (!std::ranges::is_sorted(places)) {
-        std::ranges::sort(places);
-    }
-    Items result;
-    result.reserve(items.size());
-    for (const auto& place : places) {
-        result.push_back(std::move(items[std::get<2>(place)]));
-    }
-    return result;
+// The order from left to right; at the same place the smaller id comes first.
+std::pair<double, WindowId> startAndId(const OverflowItem& item) {
+    return {item.lastKnownFrame.minX(), item.id};
 }
 
 template <class AnyItems>
@@ -132,7 +125,7 @@ void OverflowStore::snapshot(const Rect& leftOf) {
         return;
     }
     auto found = windowsEndingAt(leftOf.minX(), leftOf);
-    items.set(sortedByPlace(withKnownPictures(std::move(found), items.get()), Tie::EarlierFirst));
+    items.set(orderedByStart(withKnownPictures(std::move(found), items.get())));
     captureMissingImages();
     message.set(items.get().empty() ? std::optional<std::string>(nothingHiddenMessage)
                                     : std::nullopt);
@@ -149,7 +142,9 @@ void OverflowStore::refreshWhileCollapsed(const Rect& dividerFrame) {
     }
     Items refreshed = merged(items.get(), std::move(found));
     removeEnded(refreshed, runningApplications_.processIdentifiers());
-    refreshed = sortedByPlace(std::move(refreshed), Tie::SmallerIdFirst);
+    if (!std::ranges::is_sorted(refreshed, {}, startAndId)) {
+        std::ranges::sort(refreshed, {}, startAndId);
+    }
     const bool otherItems =
         !std::ranges::equal(refreshed, items.get(), {}, &OverflowItem::id, &OverflowItem::id);
     items.set(std::move(refreshed));

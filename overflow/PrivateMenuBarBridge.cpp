@@ -174,8 +174,8 @@ std::optional<PrivateMenuBarWindow> PrivateMenuBarBridge::record(const Symbols& 
     if (!frame || !hasIconSize(*frame)) {
         return std::nullopt;
     }
-    WindowInfo** const entry = infos.find(window);
-    WindowInfo* const info = entry != nullptr ? std::exchange(*entry, nullptr) : nullptr;
+    const auto entry = infos.find(window);
+    WindowInfo* const info = entry != infos.end() ? std::exchange(entry->second, nullptr) : nullptr;
     if (info == nullptr || !info->ownerPid) {
         return std::nullopt;
     }

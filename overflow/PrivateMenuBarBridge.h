@@ -2,13 +2,13 @@
 
 #include "overflow/OverflowServices.h"
 #include "overflow/PrivateMenuBarWindow.h"
-#include "overflow/WindowIdMap.h"
 #include "platform/Logger.h"
 #include "platform/PrivateLibrary.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace pelistra {
@@ -47,7 +47,7 @@ private:
         MenuBarWindowListFunction menuBarWindowList;
         WindowFrameFunction windowFrame;
     };
-    using InfoByNumber = WindowIdMap<WindowInfo*>;
+    using InfoByNumber = std::unordered_map<WindowId, WindowInfo*>;
 
     [[nodiscard]] std::optional<Symbols> loadSymbols() const;
     [[nodiscard]] static InfoByNumber byNumber(std::vector<WindowInfo>& infos);
