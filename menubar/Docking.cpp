@@ -10,7 +10,6 @@
 #include <optional>
 #include <utility>
 
-#include <xcb/composite.h>
 #include <xcb/xfixes.h>
 
 namespace pelistra::menubar {
@@ -30,7 +29,9 @@ void setEvents(xcb_connection_t* x, xcb_window_t window, std::uint32_t events) {
 
 // A container takes the client's visual, or neither its colours nor an inherited background would
 // fit. What the client does not paint shows the bar below: with alpha by being transparent, without
-// by the background that the painter sets.
+// by the background that the painter sets. As a child of the bar it is redirected, and the client
+// draws into its pixmap: nothing is redirected that is not ours, which could fail, or be left
+// behind, where a compositor redirects what lies in the root.
 WindowHandle makeContainer(const Server& server, xcb_window_t bar, const PixelSize& size,
                            const xcb_get_window_attributes_reply_t& attributes,
                            std::uint8_t depth) {
@@ -194,10 +195,6 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
                               XCB_XFIXES_SAVE_SET_MAPPING_UNMAP, item->client)
                               .sequence;
     withdraw(*server_, item->client);
-    // The window itself, not "the children of its container": a window whose children are
-    // redirected by hand no longer paints its background, which a client without one of its own
-    // shows.
-    xcb_composite_redirect_window(x, item->client, XCB_COMPOSITE_REDIRECT_MANUAL);
     item->reparentSequence =
         xcb_reparent_window(x, item->client, item->container.id(), 0, 0).sequence;
     const std::array<std::uint32_t, 5> place{0, 0, static_cast<std::uint32_t>(size.width),
@@ -209,7 +206,7 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
                              place.data())
             .sequence;
     item->picture =
-        ItemPicture(*server_, item->client, server_->formatOf(arrival.attributes->visual));
+        ItemPicture(*server_, item->container.id(), server_->formatOf(arrival.attributes->visual));
     sendEmbeddedNotify(server_->connection(), server_->atom(Atom::XEmbed), item->client,
                        item->container.id(), item->xembedVersion);
 
@@ -302,9 +299,7 @@ void Docking::applyMapping(DockedItem& item) const {
 }
 
 void Docking::forget(xcb_window_t client) {
-    if (const std::unique_ptr<DockedItem> item = items_->take(client)) {
-        item->picture.windowGone();
-    }
+    items_->take(client);
 }
 
 void Docking::letGo(xcb_window_t client, xcb_window_t newParent) {
@@ -326,7 +321,6 @@ void Docking::letGo(xcb_window_t client, xcb_window_t newParent) {
 
 void Docking::disown(const DockedItem& item) const {
     setEvents(server_->xcb(), item.client, XCB_EVENT_MASK_NO_EVENT);
-    xcb_composite_unredirect_window(server_->xcb(), item.client, XCB_COMPOSITE_REDIRECT_MANUAL);
     xcb_change_save_set(server_->xcb(), XCB_SET_MODE_DELETE, item.client);
 }
 
@@ -354,7 +348,6 @@ bool Docking::fail(const xcb_generic_error_t& error) {
 void Docking::lose(DockedItem& item) {
     release(item);
     const std::unique_ptr<DockedItem> lost = items_->take(item.client);
-    lost->picture.windowGone();
     if (lost->askedAgain) {
         requested_.push_back({.client = lost->client, .retrieval = Retrieval()});
     } else {
@@ -367,7 +360,6 @@ void Docking::release(DockedItem& item) const {
     setEvents(x, item.client, XCB_EVENT_MASK_NO_EVENT);
     setEvents(x, item.container.id(), XCB_EVENT_MASK_NO_EVENT);
     xcb_unmap_window(x, item.client);
-    xcb_composite_unredirect_window(x, item.client, XCB_COMPOSITE_REDIRECT_MANUAL);
     xcb_reparent_window(x, item.client, server_->root(), 0, 0);
     xcb_change_save_set(x, XCB_SET_MODE_DELETE, item.client);
 }

@@ -4,10 +4,11 @@
 
 namespace pelistra::menubar {
 
-ItemPicture::ItemPicture(const Server& server, xcb_window_t client, xcb_render_pictformat_t format)
-    : server_(&server), client_(client), format_(format),
+ItemPicture::ItemPicture(const Server& server, xcb_window_t container,
+                         xcb_render_pictformat_t format)
+    : server_(&server), container_(container), format_(format),
       damage_(server.xcb(), server.connection().newId()) {
-    xcb_damage_create(server.xcb(), damage_.id(), client, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+    xcb_damage_create(server.xcb(), damage_.id(), container, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
 }
 
 void ItemPicture::renew() {
@@ -28,7 +29,7 @@ xcb_render_picture_t ItemPicture::prepare() {
         stale_ = false;
         picture_.reset();
         pixmap_ = PixmapHandle(x, server_->connection().newId());
-        namingSequence_ = xcb_composite_name_window_pixmap(x, client_, pixmap_.id()).sequence;
+        namingSequence_ = xcb_composite_name_window_pixmap(x, container_, pixmap_.id()).sequence;
         picture_ = PictureHandle(x, server_->connection().newId());
         pictureSequence_ =
             xcb_render_create_picture(x, picture_.id(), pixmap_.id(), format_, 0, nullptr).sequence;

@@ -7,12 +7,13 @@
 
 namespace pelistra::menubar {
 
-// The picture of one docked window: its redirected pixmap, and the news that it was drawn on.
+// The picture of one docked window: the pixmap of its container, and the news that it was drawn on.
 class ItemPicture {
 public:
     ItemPicture() = default;
-    // `client` must be redirected by now; `format` is the picture format of its visual.
-    ItemPicture(const Server& server, xcb_window_t client, xcb_render_pictformat_t format);
+    // `container` must be redirected by now and outlive this; `format` is the picture format of its
+    // visual.
+    ItemPicture(const Server& server, xcb_window_t container, xcb_render_pictformat_t format);
 
     // The server gives a window a new pixmap at every map and resize: name it again before use.
     void renew();
@@ -28,12 +29,9 @@ public:
     // window's pixmap, which is then named again when it is next composed.
     bool failed(std::uint32_t sequence);
 
-    // The window is gone, and with it what the server destroys by itself.
-    void windowGone() { damage_.release(); }
-
 private:
     const Server* server_ = nullptr;
-    xcb_window_t client_ = XCB_NONE;
+    xcb_window_t container_ = XCB_NONE;
     xcb_render_pictformat_t format_ = 0;
     DamageHandle damage_;
     PixmapHandle pixmap_;

@@ -334,7 +334,7 @@ void MenuBar::handleUnmapped(const xcb_unmap_notify_event_t& event) {
 }
 
 void MenuBar::handleDamage(xcb_drawable_t drawable) {
-    if (DockedItem* item = items_.find(drawable)) {
+    if (DockedItem* item = items_.findByContainer(drawable)) {
         item->picture.noteDamage();
         painter_.invalidate(*item);
     }

@@ -60,9 +60,13 @@ QImage X11ScreenCapture::pixelsOf(WindowId window) {
     if (!source) {
         return {};
     }
-    QImage pixels = fromRedirected(window, 0, 0, *source);
+    // Asked together: which of the two is redirected is seen by the answers. The root never is.
+    const auto own = askRedirected(window, 0, 0, *source);
+    const auto inParent = askRedirected(source->parent, source->x, source->y, *source);
+    QImage pixels = takePixels(own, *source);
+    QImage part = takePixels(inParent, *source);
     if (pixels.isNull()) {
-        pixels = fromRedirected(source->parent, source->x, source->y, *source);
+        pixels = std::move(part);
     }
     return pixels.isNull() ? fromTemporaryRedirection(window, *source) : pixels;
 }
@@ -89,17 +93,15 @@ std::optional<X11ScreenCapture::Source> X11ScreenCapture::describe(WindowId wind
                   .depth = geometry->depth};
 }
 
-QImage X11ScreenCapture::fromRedirected(WindowId redirected, int x, int y, const Source& source) {
-    if (redirected == connection_->root()) {
-        return {};
-    }
+xcb_get_image_cookie_t X11ScreenCapture::askRedirected(WindowId redirected, int x, int y,
+                                                       const Source& source) {
     const xcb_pixmap_t pixmap = nameWindowPixmap(redirected);
     const auto request = xcb_get_image(connection_->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap,
                                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y),
                                        static_cast<std::uint16_t>(source.width),
                                        static_cast<std::uint16_t>(source.height), allPlanes);
     freePixmap(pixmap);
-    return takePixels(request, source);
+    return request;
 }
 
 QImage X11ScreenCapture::fromTemporaryRedirection(WindowId window, const Source& source) {

@@ -42,7 +42,9 @@ private:
     struct Source;
 
     [[nodiscard]] std::optional<Source> describe(WindowId window);
-    [[nodiscard]] QImage fromRedirected(WindowId redirected, int x, int y, const Source& source);
+    // What the pixmap of a redirected window holds there; asks only.
+    [[nodiscard]] xcb_get_image_cookie_t askRedirected(WindowId redirected, int x, int y,
+                                                       const Source& source);
     [[nodiscard]] QImage fromTemporaryRedirection(WindowId window, const Source& source);
     [[nodiscard]] QImage takePixels(xcb_get_image_cookie_t request, const Source& source);
     xcb_pixmap_t nameWindowPixmap(WindowId window) const;

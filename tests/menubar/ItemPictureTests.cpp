@@ -12,14 +12,14 @@ constexpr std::uint32_t blue = 0x0000ff;
 
 class ItemPictureTests : public BarFixture {
 protected:
-    // What the window itself holds, seen or not.
+    // What the icon's container holds, seen or not.
     [[nodiscard]] std::optional<std::uint32_t> ownPixel(const TrayClient& client) {
         xcb_connection_t* connection = x_.get();
         const xcb_pixmap_t pixmap = x_.connection().newId();
         const x11::Owned<xcb_composite_query_version_reply_t> version(
             xcb_composite_query_version_reply(
                 connection, xcb_composite_query_version(connection, 0, 4), nullptr));
-        xcb_composite_name_window_pixmap(connection, client.window(), pixmap);
+        xcb_composite_name_window_pixmap(connection, x_.parent(client.window()), pixmap);
         const auto cookie =
             xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, 3, 3, 1, 1, 0xFFFFFFFF);
         const x11::Owned<xcb_get_image_reply_t> image(
