@@ -11,6 +11,9 @@ bool FakeUserDefaults::boolForKey(std::string_view key) const {
     if (found == values.end()) {
         return false;
     }
+    if (const auto* number = std::get_if<double>(&found->second)) {
+        return *number != 0;
+    }
     const auto* value = std::get_if<bool>(&found->second);
     return value != nullptr && *value;
 }
