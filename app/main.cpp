@@ -51,9 +51,9 @@ int runOrganiser(x11::Connection& connection, SingleInstance& instance,
         }
     });
     delegate.applicationDidFinishLaunching();
-    const int status = platform.run();
+    platform.run();
     instance.setRequestHandler({});
-    return status;
+    return EXIT_SUCCESS;
 }
 
 int start(const std::vector<std::string>& arguments) {

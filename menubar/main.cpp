@@ -4,8 +4,8 @@
 #include "menubar/Options.h"
 #include "menubar/OrderFile.h"
 #include "menubar/Server.h"
-#include "menubar/StopSignals.h"
 #include "menubar/TraySelection.h"
+#include "platform/posix/StopSignals.h"
 #include "platform/x11/Connection.h"
 
 #include <cstdio>

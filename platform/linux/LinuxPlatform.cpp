@@ -5,18 +5,15 @@
 #include "platform/linux/ClickDelivery.h"
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/DisplayScale.h"
-#include "platform/linux/EventPump.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/MenuBarStarter.h"
 #include "platform/linux/QtApplication.h"
 #include "platform/linux/QtImages.h"
-#include "platform/linux/QtMainQueue.h"
 #include "platform/linux/QtPanels.h"
 #include "platform/linux/QtWindows.h"
 #include "platform/linux/SingleInstance.h"
 #include "platform/linux/StatusToolTip.h"
 #include "platform/linux/SystemLog.h"
-#include "platform/linux/TerminationSignals.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayLook.h"
 #include "platform/linux/TrayStatusBar.h"
@@ -28,8 +25,11 @@
 #include "platform/linux/XInputGlobalClicks.h"
 #include "platform/linux/XcbScreens.h"
 #include "platform/linux/XcbWindowServer.h"
+#include "platform/linux/loop/EventPump.h"
+#include "platform/linux/loop/GlibMainQueue.h"
 #include "platform/linux/views/ContentWidget.h"
 #include "platform/linux/views/DesktopLook.h"
+#include "platform/posix/StopSignals.h"
 
 #include <array>
 #include <cstdlib>
@@ -37,6 +37,7 @@
 #include <string>
 #include <utility>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QIcon>
 
@@ -57,15 +58,34 @@ public:
         QApplication::setApplicationVersion(PELISTRA_VERSION);
         QApplication::setDesktopFileName("pelistra");
         QApplication::setWindowIcon(QIcon::fromTheme("pelistra"));
+        // QApplication::exec() would do so.
+        QAccessible::setRootObject(qApp);
     }
 
 private:
+    // What is to be deleted later goes before the loop sleeps: Qt itself waits for the end of a
+    // loop of its own, and there is none.
+    [[nodiscard]] static SourcePtr deferredDeletion() {
+        static GSourceFuncs functions{
+            .prepare = [](GSource* /*source*/, gint* /*timeout*/) -> gboolean {
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+                return FALSE;
+            },
+            .check = nullptr,
+            .dispatch = nullptr,
+            .finalize = nullptr,
+            .closure_callback = nullptr,
+            .closure_marshal = nullptr};
+        return attached(g_source_new(&functions, sizeof(GSource)));
+    }
+
     std::array<std::string, 3> texts_{"pelistra", "-platformtheme", "generic"};
     std::array<char*, 4> arguments_{texts_[0].data(), texts_[1].data(), texts_[2].data(), nullptr};
     int count_ = static_cast<int>(texts_.size());
     // In force while the next member is made.
     std::optional<QtScaleFactor> scale_;
     QApplication application_;
+    SourcePtr deferredDeletion_ = deferredDeletion();
 };
 
 // Clicks on other programs' icons, on a connection of their own.
@@ -109,7 +129,7 @@ struct LinuxPlatform::Services {
           panels(panelServices(connection)), globalClicks(connection, pump),
           loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
           menuBarStarter(trayHost, mainQueue, log),
-          termination([this] { application.terminate(); }),
+          stop(readableSource(stopSignals.fileDescriptor(), [this] { application.terminate(); })),
           instanceEvents(
               pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
         pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
@@ -166,7 +186,7 @@ struct LinuxPlatform::Services {
 
     QtRuntime qt;
     SystemLog log;
-    QtMainQueue mainQueue;
+    GlibMainQueue mainQueue;
     EventPump pump;
     FileUserDefaults defaults;
     TrayHost trayHost;
@@ -191,7 +211,8 @@ struct LinuxPlatform::Services {
     XInputGlobalClicks globalClicks;
     AutostartLoginItem loginItem;
     MenuBarStarter menuBarStarter;
-    TerminationSignals termination;
+    StopSignals stopSignals;
+    SourcePtr stop;
     SubscriptionPtr instanceEvents;
 };
 
@@ -220,8 +241,8 @@ Platform LinuxPlatform::platform() {
             .loginItem = services_->loginItem};
 }
 
-int LinuxPlatform::run() {
-    return QApplication::exec();
+void LinuxPlatform::run() {
+    services_->application.run();
 }
 
 } // namespace pelistra::desktop

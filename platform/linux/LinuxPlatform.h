@@ -27,9 +27,9 @@ public:
     // The services, valid as long as this object.
     [[nodiscard]] Platform platform();
 
-    // Runs the event loop until the application is terminated, SIGINT or SIGTERM comes, or the
-    // display is lost. Returns the exit status.
-    [[nodiscard]] int run();
+    // Runs the event loop until the application is terminated, a signal asks for its end, or the
+    // display is lost, which ends the process.
+    void run();
 
 private:
     struct Services;

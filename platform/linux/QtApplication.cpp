@@ -12,7 +12,8 @@ namespace pelistra::desktop {
 
 QtApplication::QtApplication(x11::Connection& connection, const XcbScreens& screens,
                              std::vector<std::string> arguments)
-    : connection_(connection), screens_(screens), arguments_(std::move(arguments)) {}
+    : connection_(connection), screens_(screens), arguments_(std::move(arguments)),
+      loop_(g_main_loop_new(nullptr, FALSE), g_main_loop_unref) {}
 
 void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -28,7 +29,11 @@ void QtApplication::activateIgnoringOtherApps() {
 }
 
 void QtApplication::terminate() {
-    QCoreApplication::quit();
+    g_main_loop_quit(loop_.get());
+}
+
+void QtApplication::run() {
+    g_main_loop_run(loop_.get());
 }
 
 std::optional<std::string> QtApplication::infoText(std::string_view key) const {

@@ -4,9 +4,12 @@
 #include "platform/x11/Connection.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <glib.h>
 
 namespace pelistra::desktop {
 
@@ -23,6 +26,8 @@ public:
     void setActivationPolicy(ActivationPolicy policy) override;
     void activateIgnoringOtherApps() override;
     void terminate() override;
+    // Runs GLib's default main context until the application is terminated.
+    void run();
     [[nodiscard]] std::optional<Event> currentEvent() const override { return currentEvent_; }
     [[nodiscard]] const std::vector<std::string>& arguments() const override { return arguments_; }
     // CFBundleName, CFBundleIdentifier and CFBundleShortVersionString.
@@ -38,6 +43,7 @@ private:
     x11::Connection& connection_;
     const XcbScreens& screens_;
     std::vector<std::string> arguments_;
+    std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop_;
     std::optional<Event> currentEvent_;
     mutable ScreenPoint lastMouseLocation_;
 };

@@ -3,8 +3,8 @@
 #include "platform/HandlerList.h"
 #include "platform/Logger.h"
 #include "platform/linux/Coordinates.h"
-#include "platform/linux/EventPump.h"
 #include "platform/linux/ScreenLayout.h"
+#include "platform/linux/loop/EventPump.h"
 #include "platform/x11/Connection.h"
 
 #include <array>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/Lifetime.h"
-#include "platform/linux/EventPump.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayStatusItem.h"
+#include "platform/linux/loop/EventPump.h"
 
 #include <vector>
 

@@ -2,7 +2,7 @@
 
 #include "platform/GlobalClicks.h"
 #include "platform/Lifetime.h"
-#include "platform/linux/EventPump.h"
+#include "platform/linux/loop/EventPump.h"
 #include "platform/x11/Connection.h"
 
 #include <memory>

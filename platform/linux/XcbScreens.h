@@ -5,9 +5,9 @@
 #include "platform/MainQueue.h"
 #include "platform/Screens.h"
 #include "platform/linux/Coordinates.h"
-#include "platform/linux/EventPump.h"
 #include "platform/linux/ScreenLayout.h"
 #include "platform/linux/TrayHost.h"
+#include "platform/linux/loop/EventPump.h"
 
 namespace pelistra::desktop {
 

@@ -67,6 +67,10 @@ EventPtr Connection::pollEvent() const {
     return EventPtr(xcb_poll_for_event(connection_));
 }
 
+EventPtr Connection::pollQueuedEvent() const {
+    return EventPtr(xcb_poll_for_queued_event(connection_));
+}
+
 void Connection::flush() const {
     xcb_flush(connection_);
 }

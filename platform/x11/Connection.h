@@ -38,6 +38,8 @@ public:
     // The next event, or null when none is queued; errors of unchecked requests come as events of
     // type 0.
     [[nodiscard]] EventPtr pollEvent() const;
+    // The same for what has been read from the server already; asks the system nothing.
+    [[nodiscard]] EventPtr pollQueuedEvent() const;
     // Sends what has been asked for and not been sent yet.
     void flush() const;
     // False once the server has gone or has refused the connection.

@@ -1,6 +1,6 @@
 #include "platform/linux/views/DesktopLook.h"
 
-#include "platform/linux/EventPump.h"
+#include "platform/linux/loop/EventPump.h"
 #include "platform/linux/views/PublishedLook.h"
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Properties.h"

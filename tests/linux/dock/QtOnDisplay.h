@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/EventPump.h"
-#include "platform/linux/QtMainQueue.h"
+#include "platform/linux/loop/EventPump.h"
+#include "platform/linux/loop/GlibMainQueue.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/UserInput.h"
 #include "tests/desktop/harness/XClient.h"
@@ -52,7 +52,7 @@ protected:
     Journal journal_;
     FakeLogSink log_{journal_};
     std::unique_ptr<x11::Connection> connection_;
-    std::optional<desktop::QtMainQueue> queue_;
+    std::optional<desktop::GlibMainQueue> queue_;
     std::optional<desktop::EventPump> pump_;
 };
 

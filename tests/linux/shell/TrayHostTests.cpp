@@ -5,7 +5,6 @@
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/shell/RespondingTray.h"
-#include "tests/linux/shell/TestApplication.h"
 #include "tests/platform/FakeLogSink.h"
 
 #include <array>
@@ -14,7 +13,6 @@
 #include <string>
 #include <utility>
 
-#include <QCoreApplication>
 #include <gmock/gmock.h>
 
 namespace pelistra::testing {
@@ -37,7 +35,6 @@ protected:
         return waitFor([&] { return host_.changesOf(tray_->owner()) != before; });
     }
 
-    TestApplication application_;
     PrivateDisplay display_;
     Journal journal_;
     FakeLogSink log_{journal_};

@@ -1,13 +1,12 @@
 #include "platform/linux/XcbScreens.h"
 
-#include "platform/linux/QtMainQueue.h"
+#include "platform/linux/loop/GlibMainQueue.h"
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
+#include "tests/linux/loop/RunUntil.h"
 #include "tests/linux/shell/RespondingTray.h"
-#include "tests/linux/shell/TestApplication.h"
 #include "tests/platform/FakeLogSink.h"
 
-#include <QCoreApplication>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -20,20 +19,11 @@ using ::testing::SizeIs;
 
 class XcbScreensTest : public ::testing::Test {
 protected:
-    template <class Condition>
-    [[nodiscard]] bool runUntil(Condition condition) {
-        return waitFor([&] {
-            QCoreApplication::processEvents();
-            return condition();
-        });
-    }
-
-    TestApplication application_;
     PrivateDisplay display_;
     XClient client_{display_.name()};
     Journal journal_;
     FakeLogSink log_{journal_};
-    desktop::QtMainQueue queue_;
+    desktop::GlibMainQueue queue_;
     std::unique_ptr<x11::Connection> connection_ = connect(display_);
     desktop::EventPump pump_{*connection_, log_};
     desktop::TrayHost trayHost_{*connection_, pump_, log_};

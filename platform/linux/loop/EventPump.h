@@ -2,6 +2,7 @@
 
 #include "platform/HandlerList.h"
 #include "platform/Logger.h"
+#include "platform/linux/loop/Source.h"
 #include "platform/x11/Connection.h"
 
 #include <chrono>
@@ -9,12 +10,9 @@
 #include <functional>
 #include <memory>
 
-#include <QMetaObject>
-#include <QSocketNotifier>
-
 namespace pelistra::desktop {
 
-// Brings the events of an X connection of our own to whoever handles them, on Qt's event loop. It
+// Brings the events of an X connection to whoever handles them, on GLib's default main context. It
 // wakes up only when the server says something; what a round trip has queued is dispatched before
 // the loop goes to sleep. However much the server has to say, everything else on the loop has its
 // turn after mostOfOneRound events.
@@ -24,11 +22,11 @@ public:
 
     static constexpr int mostOfOneRound = 256;
 
-    // Needs a QCoreApplication. The connection must outlive this object.
+    // The connection must outlive this object.
     EventPump(x11::Connection& connection, LogSink& log);
     EventPump(const EventPump&) = delete;
     EventPump& operator=(const EventPump&) = delete;
-    ~EventPump();
+    ~EventPump() = default;
 
     // Calls the handler for every event (errors not included) until the token dies.
     [[nodiscard]] SubscriptionPtr addHandler(Handler handler);
@@ -52,11 +50,18 @@ public:
     bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds patience);
 
 private:
+    struct Source;
+
+    [[nodiscard]] static Source& sourceOf(GSource* source);
+    // To be asked before the loop goes to sleep: whether there is something to dispatch. What has
+    // been asked of the server is sent.
+    [[nodiscard]] bool isReady();
     // Null when nothing more has arrived.
     [[nodiscard]] x11::EventPtr read();
+    // Tells of an event that has been read, if it is one.
+    [[nodiscard]] x11::EventPtr toldEarly(x11::EventPtr event);
     [[nodiscard]] x11::EventPtr next();
     void dispatch(const xcb_generic_event_t& event);
-    void continueOnNextTurn();
     void reportError(const xcb_generic_error_t& error);
     void noticeLoss();
 
@@ -66,11 +71,9 @@ private:
     HandlerList<const xcb_generic_event_t&> earlyHandlers_;
     // Read, and not dispatched yet.
     std::deque<x11::EventPtr> waiting_;
-    bool continues_ = false;
     std::function<void()> connectionLost_;
     bool errorIsReported_ = false;
-    QSocketNotifier notifier_;
-    QMetaObject::Connection aboutToBlock_;
+    SourcePtr source_;
 };
 
 } // namespace pelistra::desktop

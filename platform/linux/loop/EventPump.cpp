@@ -1,25 +1,45 @@
-#include "platform/linux/EventPump.h"
+#include "platform/linux/loop/EventPump.h"
 
 #include <string>
 #include <utility>
 
-#include <QAbstractEventDispatcher>
-#include <QTimer>
 #include <poll.h>
 
 namespace pelistra::desktop {
 
-EventPump::EventPump(x11::Connection& connection, LogSink& log)
-    : connection_(connection), logger_(log, "x11"),
-      notifier_(connection.fileDescriptor(), QSocketNotifier::Read) {
-    QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { drain(); });
-    auto* dispatcher = QAbstractEventDispatcher::instance();
-    aboutToBlock_ = QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock,
-                                     &notifier_, [this] { drain(); });
+struct EventPump::Source {
+    GSource base;
+    EventPump* pump;
+    gpointer descriptor;
+};
+
+EventPump::Source& EventPump::sourceOf(GSource* source) {
+    return *static_cast<Source*>(static_cast<void*>(source));
 }
 
-EventPump::~EventPump() {
-    QObject::disconnect(aboutToBlock_);
+EventPump::EventPump(x11::Connection& connection, LogSink& log)
+    : connection_(connection), logger_(log, "x11") {
+    static GSourceFuncs functions{
+        .prepare = [](GSource* source, gint* /*timeout*/) -> gboolean {
+            return sourceOf(source).pump->isReady() ? TRUE : FALSE;
+        },
+        .check = [](GSource* source) -> gboolean {
+            const Source& own = sourceOf(source);
+            return g_source_query_unix_fd(source, own.descriptor) != 0 || own.pump->isReady()
+                       ? TRUE
+                       : FALSE;
+        },
+        .dispatch = [](GSource* source, GSourceFunc /*callback*/, gpointer /*data*/) -> gboolean {
+            sourceOf(source).pump->drain();
+            return G_SOURCE_CONTINUE;
+        },
+        .finalize = nullptr,
+        .closure_callback = nullptr,
+        .closure_marshal = nullptr};
+    source_ = attached(g_source_new(&functions, sizeof(Source)));
+    Source& source = sourceOf(source_.get());
+    source.pump = this;
+    source.descriptor = g_source_add_unix_fd(source_.get(), connection.fileDescriptor(), G_IO_IN);
 }
 
 SubscriptionPtr EventPump::addHandler(Handler handler) {
@@ -34,8 +54,22 @@ void EventPump::setConnectionLostHandler(std::function<void()> handler) {
     connectionLost_ = std::move(handler);
 }
 
+bool EventPump::isReady() {
+    connection_.flush();
+    // What XCB has queued does not wake the descriptor any more.
+    if (waiting_.empty()) {
+        if (x11::EventPtr event = toldEarly(connection_.pollQueuedEvent())) {
+            waiting_.push_back(std::move(event));
+        }
+    }
+    return !waiting_.empty() || !connection_.isAlive();
+}
+
 x11::EventPtr EventPump::read() {
-    x11::EventPtr event = connection_.pollEvent();
+    return toldEarly(connection_.pollEvent());
+}
+
+x11::EventPtr EventPump::toldEarly(x11::EventPtr event) {
     if (event) {
         earlyHandlers_.call(*event);
     }
@@ -64,9 +98,6 @@ bool EventPump::drain() {
     if (!connection_.isAlive()) {
         noticeLoss();
     }
-    if (!isDone) {
-        continueOnNextTurn();
-    }
     return isDone;
 }
 
@@ -79,16 +110,6 @@ bool EventPump::fetch() {
         waiting_.push_back(std::move(event));
     }
     return false;
-}
-
-// What XCB has queued does not wake the descriptor any more.
-void EventPump::continueOnNextTurn() {
-    if (!std::exchange(continues_, true)) {
-        QTimer::singleShot(0, &notifier_, [this] {
-            continues_ = false;
-            drain();
-        });
-    }
 }
 
 bool EventPump::waitUntil(const std::function<bool()>& condition,
@@ -133,7 +154,7 @@ void EventPump::reportError(const xcb_generic_error_t& error) {
 }
 
 void EventPump::noticeLoss() {
-    notifier_.setEnabled(false);
+    source_.reset();
     if (const auto handler = std::exchange(connectionLost_, nullptr)) {
         handler();
     }

@@ -1,9 +1,9 @@
-#include "platform/linux/EventPump.h"
+#include "platform/linux/loop/EventPump.h"
 
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/XClient.h"
-#include "tests/linux/shell/TestApplication.h"
+#include "tests/linux/loop/RunUntil.h"
 #include "tests/platform/FakeLogSink.h"
 
 #include <cstdint>
@@ -13,8 +13,6 @@
 #include <string>
 #include <vector>
 
-#include <QCoreApplication>
-#include <QTimer>
 #include <gmock/gmock.h>
 
 namespace pelistra::testing {
@@ -65,7 +63,6 @@ protected:
         return numbers;
     }
 
-    TestApplication application_;
     PrivateDisplay display_;
     XClient client_{display_.name()};
     std::uint32_t sent_ = 0;
@@ -79,19 +76,17 @@ protected:
 TEST_F(EventPumpTest, AFloodLeavesTheRestOfTheLoopItsTurns) {
     std::vector<std::uint32_t> dispatched;
     std::optional<std::size_t> atTheTimersTurn;
+    const auto timer = desktop::timedSource(
+        [&] { atTheTimersTurn = atTheTimersTurn.value_or(dispatched.size()); });
     const auto token = pump_.addHandler([&](const auto& event) {
         append(dispatched, event);
         if (dispatched.size() == 1) {
-            QTimer::singleShot(0, QCoreApplication::instance(),
-                               [&] { atTheTimersTurn = dispatched.size(); });
+            g_source_set_ready_time(timer.get(), 0);
         }
     });
     send(many);
-    EXPECT_TRUE(waitFor([&] {
-        // Sleeps when there is nothing to do: what XCB holds must not be forgotten then.
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-        return dispatched.size() == many;
-    }));
+    // Sleeps when there is nothing to do: what XCB holds must not be forgotten then.
+    EXPECT_TRUE(runUntil([&] { return dispatched.size() == many; }));
     EXPECT_EQ(dispatched, numbersBelow(many));
     EXPECT_THAT(atTheTimersTurn, Optional(::testing::Le(2 * EventPump::mostOfOneRound)));
 }

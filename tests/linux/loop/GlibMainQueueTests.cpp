@@ -1,13 +1,11 @@
-#include "platform/linux/QtMainQueue.h"
-#include "tests/linux/shell/TestApplication.h"
+#include "platform/linux/loop/GlibMainQueue.h"
+#include "tests/linux/loop/RunUntil.h"
 
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <vector>
 
-#include <QCoreApplication>
-#include <QTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,29 +13,16 @@ namespace pelistra::testing {
 
 namespace {
 
-using desktop::QtMainQueue;
+using desktop::GlibMainQueue;
 using ::testing::ElementsAre;
 using Clock = std::chrono::steady_clock;
 
-class QtMainQueueTest : public ::testing::Test {
+class GlibMainQueueTest : public ::testing::Test {
 protected:
-    // Runs the event loop until the condition holds, at most ten seconds.
-    template <class Condition>
-    bool runUntil(Condition condition) {
-        const auto deadline = Clock::now() + std::chrono::seconds(10);
-        QTimer tick;
-        tick.start(1);
-        while (!condition() && Clock::now() < deadline) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        return condition();
-    }
-
-    TestApplication application_;
-    QtMainQueue queue_;
+    GlibMainQueue queue_;
 };
 
-TEST_F(QtMainQueueTest, BlocksRunInTheirOrderAndNeverInsideTheCall) {
+TEST_F(GlibMainQueueTest, BlocksRunInTheirOrderAndNeverInsideTheCall) {
     std::vector<int> order;
     for (int i = 0; i < 5; ++i) {
         queue_.async([&order, i] { order.push_back(i); });
@@ -47,7 +32,7 @@ TEST_F(QtMainQueueTest, BlocksRunInTheirOrderAndNeverInsideTheCall) {
     EXPECT_THAT(order, ElementsAre(0, 1, 2, 3, 4));
 }
 
-TEST_F(QtMainQueueTest, ABlockMayRunAnEventLoopOfItsOwn) {
+TEST_F(GlibMainQueueTest, ABlockMayRunAnEventLoopOfItsOwn) {
     std::vector<int> order;
     queue_.async([&] {
         queue_.async([&] { order.push_back(3); });
@@ -59,7 +44,7 @@ TEST_F(QtMainQueueTest, ABlockMayRunAnEventLoopOfItsOwn) {
     EXPECT_THAT(order, ElementsAre(2, 3, 1));
 }
 
-TEST_F(QtMainQueueTest, ABlockSubmittedByABlockRunsAfterTheOthers) {
+TEST_F(GlibMainQueueTest, ABlockSubmittedByABlockRunsAfterTheOthers) {
     std::vector<int> order;
     queue_.async([&] {
         queue_.async([&] { order.push_back(3); });
@@ -70,7 +55,7 @@ TEST_F(QtMainQueueTest, ABlockSubmittedByABlockRunsAfterTheOthers) {
     EXPECT_THAT(order, ElementsAre(1, 2, 3));
 }
 
-TEST_F(QtMainQueueTest, ADelayIsNeverShorterThanAsked) {
+TEST_F(GlibMainQueueTest, ADelayIsNeverShorterThanAsked) {
     for (const double delay : {0.0, 0.0004, 0.0101, 0.05}) {
         const auto start = Clock::now();
         std::optional<Clock::time_point> ran;
@@ -80,7 +65,7 @@ TEST_F(QtMainQueueTest, ADelayIsNeverShorterThanAsked) {
     }
 }
 
-TEST_F(QtMainQueueTest, ShorterDelaysRunFirst) {
+TEST_F(GlibMainQueueTest, ShorterDelaysRunFirst) {
     std::vector<int> order;
     queue_.asyncAfter(Seconds(0.06), [&] { order.push_back(2); });
     queue_.asyncAfter(Seconds(0.02), [&] { order.push_back(1); });
@@ -88,7 +73,7 @@ TEST_F(QtMainQueueTest, ShorterDelaysRunFirst) {
     EXPECT_THAT(order, ElementsAre(1, 2));
 }
 
-TEST_F(QtMainQueueTest, ATimerRepeatsUntilItsTokenDies) {
+TEST_F(GlibMainQueueTest, ATimerRepeatsUntilItsTokenDies) {
     const auto start = Clock::now();
     int ticks = 0;
     auto token = queue_.repeatingTimer(Seconds(0.02), [&] { ++ticks; });
@@ -101,7 +86,7 @@ TEST_F(QtMainQueueTest, ATimerRepeatsUntilItsTokenDies) {
     EXPECT_EQ(ticks, 3);
 }
 
-TEST_F(QtMainQueueTest, ATimerMayEndItself) {
+TEST_F(GlibMainQueueTest, ATimerMayEndItself) {
     int ticks = 0;
     SubscriptionPtr token;
     token = queue_.repeatingTimer(Seconds(0.005), [&, kept = std::make_shared<int>(7)] {
@@ -111,9 +96,9 @@ TEST_F(QtMainQueueTest, ATimerMayEndItself) {
     EXPECT_TRUE(runUntil([&] { return ticks == 7; }));
 }
 
-TEST_F(QtMainQueueTest, NothingRunsOnceTheQueueIsGone) {
+TEST_F(GlibMainQueueTest, NothingRunsOnceTheQueueIsGone) {
     bool ran = false;
-    auto queue = std::make_unique<QtMainQueue>();
+    auto queue = std::make_unique<GlibMainQueue>();
     queue->async([&] { ran = true; });
     queue->asyncAfter(Seconds(0), [&] { ran = true; });
     queue.reset();
