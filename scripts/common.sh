@@ -1,15 +1,8 @@
 # Shared by run, test and bench. Sourced with the working directory at the top of the tree.
 # shellcheck shell=bash disable=SC2154 # $program is the caller's name
 
-say() { printf '%s\n' "$*"; }
-fail() {
-    printf '%s: %s\n' "$program" "$*" >&2
-    exit 1
-}
-wrong_usage() {
-    printf '%s: %s\nTry: ./%s --help\n' "$program" "$*" "$program" >&2
-    exit 2
-}
+# shellcheck source=scripts/messages.sh
+. scripts/messages.sh
 
 # The packages of some lists that are not installed, one a line.
 missing_packages() {
