@@ -28,13 +28,17 @@ NSColor* colorOf(PanelBackground background) {
 
 class AppKitPanel final : public Panel {
   public:
-    AppKitPanel(Size contentSize, std::uint32_t styleMask, const HostingServices& services)
-        : services_(services),
+    AppKitPanel(Size contentSize, std::uint32_t styleMask, const HostingServices& services,
+                AppKitPanels::Appearance appearance)
+        : services_(services), appearance_(std::move(appearance)),
           panel_(Owned<NSPanel*>::adopt([[NSPanel alloc]
               initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
                         styleMask:static_cast<NSWindowStyleMask>(styleMask)
                           backing:NSBackingStoreBuffered
-                            defer:NO])) {}
+                            defer:NO])) {
+        // The application is never the active one while its panel is used.
+        [panel_.get() setAllowsToolTipsWhenApplicationIsInactive:YES];
+    }
     AppKitPanel(const AppKitPanel&) = delete;
     AppKitPanel& operator=(const AppKitPanel&) = delete;
     ~AppKitPanel() override {
@@ -51,7 +55,10 @@ class AppKitPanel final : public Panel {
         [panel_.get() setLevel:static_cast<NSWindowLevel>(level)];
     }
     void setFloatingPanel(bool floating) override {
+        // Which would give the panel a level of its own.
+        const NSWindowLevel level = [panel_.get() level];
         [panel_.get() setFloatingPanel:(floating ? YES : NO)];
+        [panel_.get() setLevel:level];
     }
     void setHidesOnDeactivate(bool hides) override {
         [panel_.get() setHidesOnDeactivate:(hides ? YES : NO)];
@@ -81,19 +88,23 @@ class AppKitPanel final : public Panel {
     void setFrameOrigin(ScreenPoint origin) override {
         [panel_.get() setFrameOrigin:NSMakePoint(origin.x, origin.y)];
     }
-    void orderFrontRegardless() override { [panel_.get() orderFrontRegardless]; }
+    void orderFrontRegardless() override {
+        [panel_.get() setAppearance:appearance_()];
+        [panel_.get() orderFrontRegardless];
+    }
     void orderOut() override { [panel_.get() orderOut:nil]; }
     [[nodiscard]] bool isVisible() const override { return [panel_.get() isVisible] == YES; }
 
   private:
     HostingServices services_;
+    AppKitPanels::Appearance appearance_;
     Owned<NSPanel*> panel_;
 };
 
 } // namespace
 
 std::unique_ptr<Panel> AppKitPanels::panel(Size contentSize, std::uint32_t styleMask) {
-    return std::make_unique<AppKitPanel>(contentSize, styleMask, services_);
+    return std::make_unique<AppKitPanel>(contentSize, styleMask, services_, appearance_);
 }
 
 } // namespace pelistra::appkit

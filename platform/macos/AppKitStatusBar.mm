@@ -6,6 +6,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include <algorithm>
+#include <unistd.h>
 #include <utility>
 
 namespace pelistra::appkit {
@@ -34,6 +36,10 @@ class AppKitStatusButton final : public StatusButton {
         target_.get()->action = std::move(action);
         [button_.get() setTarget:(inert ? nil : target_.get())];
         [button_.get() setAction:(inert ? nullptr : @selector(perform:))];
+        // A button that does nothing does not answer a press either.
+        if (inert) {
+            [static_cast<NSButtonCell*>([button_.get() cell]) setHighlightsBy:NSNoCellMask];
+        }
     }
 
     void sendActionOn(EventMask mask) override {
@@ -61,7 +67,9 @@ class AppKitStatusButton final : public StatusButton {
 
 class AppKitStatusItem final : public StatusItem {
   public:
-    explicit AppKitStatusItem(NSStatusItem* item) : item_(Owned<NSStatusItem*>::share(item)) {
+    AppKitStatusItem(NSStatusItem* item, std::shared_ptr<std::vector<Owned<NSStatusItem*>>> items)
+        : item_(Owned<NSStatusItem*>::share(item)), items_(std::move(items)) {
+        items_->push_back(item_);
         if (NSStatusBarButton* button = [item button]) {
             button_ = std::make_shared<AppKitStatusButton>(button);
         }
@@ -70,6 +78,7 @@ class AppKitStatusItem final : public StatusItem {
     AppKitStatusItem& operator=(const AppKitStatusItem&) = delete;
     ~AppKitStatusItem() override {
         button_.reset();
+        std::erase_if(*items_, [this](const auto& item) { return item.get() == item_.get(); });
         [[NSStatusBar systemStatusBar] removeStatusItem:item_.get()];
     }
 
@@ -83,14 +92,48 @@ class AppKitStatusItem final : public StatusItem {
 
   private:
     Owned<NSStatusItem*> item_;
+    std::shared_ptr<std::vector<Owned<NSStatusItem*>>> items_;
     std::shared_ptr<AppKitStatusButton> button_;
 };
+
+// In the window server's coordinates, whose y grows downwards from the top of the first screen.
+WindowBounds boundsOf(NSRect frame) {
+    const double top = NSMaxY([[[NSScreen screens] firstObject] frame]);
+    return {.x = frame.origin.x,
+            .y = top - NSMaxY(frame),
+            .width = frame.size.width,
+            .height = frame.size.height};
+}
+
+WindowInfo describe(NSStatusItem* item, NSWindow* window) {
+    return {.number = static_cast<WindowId>([window windowNumber]),
+            .ownerPid = ::getpid(),
+            .ownerName = utf8([[NSProcessInfo processInfo] processName]),
+            .name = utf8([item autosaveName]),
+            .layer = statusWindowLayer,
+            .bounds = boundsOf([window frame])};
+}
 
 } // namespace
 
 std::unique_ptr<StatusItem> AppKitStatusBar::statusItem(double withLength) {
     return std::make_unique<AppKitStatusItem>(
-        [[NSStatusBar systemStatusBar] statusItemWithLength:withLength]);
+        [[NSStatusBar systemStatusBar] statusItemWithLength:withLength], items_);
+}
+
+std::vector<WindowInfo> AppKitStatusBar::ownWindows() const {
+    std::vector<WindowInfo> windows;
+    for (const auto& item : *items_) {
+        NSWindow* window = [[item.get() button] window];
+        if (window != nil && [item.get() isVisible]) {
+            windows.push_back(describe(item.get(), window));
+        }
+    }
+    return windows;
+}
+
+NSAppearance* AppKitStatusBar::appearance() const {
+    return items_->empty() ? nil : [[items_->front().get() button] effectiveAppearance];
 }
 
 } // namespace pelistra::appkit

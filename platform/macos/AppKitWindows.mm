@@ -72,6 +72,8 @@ class AppKitWindow final : public Window {
                 [[NSWindowController alloc] initWithWindow:window_.get()]);
         }
         [controller_.get() showWindow:nil];
+        // Activating alone leaves the window behind those of the application that is active now.
+        [window_.get() orderFrontRegardless];
     }
     void close() override { [controller_.get() close]; }
 

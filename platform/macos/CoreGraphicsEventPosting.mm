@@ -62,7 +62,19 @@ std::unique_ptr<MouseEvent> CoreGraphicsEventPosting::mouseEvent(EventSource& so
     return event ? std::make_unique<CoreGraphicsMouseEvent>(std::move(event)) : nullptr;
 }
 
+void CoreGraphicsEventPosting::logPermission() {
+    if (std::exchange(saidSo_, true)) {
+        return;
+    }
+    if (CGPreflightPostEventAccess()) {
+        logger_.info("Posting events is permitted");
+    } else {
+        logger_.error("Posting events is not permitted; posted clicks may be dropped silently");
+    }
+}
+
 bool CoreGraphicsEventPosting::postToPid(ProcessId processIdentifier, const MouseEvent& event) {
+    logPermission();
     CGEventPostToPid(processIdentifier, static_cast<const CoreGraphicsMouseEvent&>(event).native());
     return true;
 }

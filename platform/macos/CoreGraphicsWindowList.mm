@@ -5,6 +5,11 @@
 
 #import <CoreGraphics/CoreGraphics.h>
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <unistd.h>
+
 namespace pelistra::appkit {
 
 namespace {
@@ -14,6 +19,17 @@ id entry(NSDictionary* dictionary, CFStringRef key) {
 }
 
 NSNumber* numberOf(id object) { return [object isKindOfClass:[NSNumber class]] ? object : nil; }
+
+// Empty when there is no number, or one that is no such integer.
+template <class Integer> std::optional<Integer> integerOf(id object) {
+    NSNumber* number = numberOf(object);
+    if (number == nil || [number doubleValue] != std::trunc([number doubleValue]) ||
+        [number doubleValue] < static_cast<double>(std::numeric_limits<Integer>::min()) ||
+        [number doubleValue] > static_cast<double>(std::numeric_limits<Integer>::max())) {
+        return std::nullopt;
+    }
+    return static_cast<Integer>([number longLongValue]);
+}
 
 // The object, when it is a dictionary with strings as keys and objects of that class as values.
 NSDictionary* dictionaryOf(id object, Class valueClass) {
@@ -52,12 +68,8 @@ WindowInfo infoOf(NSDictionary* window) {
     if (NSNumber* number = numberOf(entry(window, kCGWindowNumber))) {
         info.number = [number unsignedIntValue];
     }
-    if (NSNumber* owner = numberOf(entry(window, kCGWindowOwnerPID))) {
-        info.ownerPid = [owner intValue];
-    }
-    if (NSNumber* layer = numberOf(entry(window, kCGWindowLayer))) {
-        info.layer = [layer longLongValue];
-    }
+    info.ownerPid = integerOf<ProcessId>(entry(window, kCGWindowOwnerPID));
+    info.layer = integerOf<std::int64_t>(entry(window, kCGWindowLayer));
     info.ownerName = textOf(entry(window, kCGWindowOwnerName));
     info.name = textOf(entry(window, kCGWindowName));
     info.bounds = boundsOf(entry(window, kCGWindowBounds));
@@ -80,7 +92,27 @@ std::optional<std::vector<WindowInfo>> CoreGraphicsWindowList::copyWindowInfo() 
         }
         result.push_back(infoOf(described));
     }
+    addOwnItems(result);
     return result;
+}
+
+void CoreGraphicsWindowList::addOwnItems(std::vector<WindowInfo>& list) {
+    if (std::ranges::any_of(list, [](const WindowInfo& window) {
+            return window.ownerPid == ::getpid() && window.layer == statusWindowLayer;
+        })) {
+        return;
+    }
+    for (WindowInfo& own : ownItems_()) {
+        // No number occurs twice, whoever the list has under it.
+        if (std::ranges::find(list, own.number, &WindowInfo::number) != list.end()) {
+            own.number.reset();
+        }
+        list.push_back(std::move(own));
+        if (!std::exchange(saidSo_, true)) {
+            logger_.info("The window list has none of our status items; they are read from their "
+                         "own windows");
+        }
+    }
 }
 
 } // namespace pelistra::appkit

@@ -1,6 +1,7 @@
 #include "platform/macos/DispatchMainQueue.h"
 
 #include "platform/macos/Owned.h"
+#include "platform/macos/Pool.h"
 
 #include <dispatch/dispatch.h>
 
@@ -26,7 +27,7 @@ class RunLoopTimer final : public Subscription {
                                                                repeats:YES
                                                                  block:^(NSTimer* timer) {
                                                                    (void)timer;
-                                                                   block();
+                                                                   runInPool(block);
                                                                  }])) {
         // The common modes, so that it also fires while a menu is open.
         [[NSRunLoop mainRunLoop] addTimer:timer_.get() forMode:NSRunLoopCommonModes];
@@ -43,14 +44,14 @@ class RunLoopTimer final : public Subscription {
 
 void DispatchMainQueue::async(std::function<void()> block) {
     dispatch_async(dispatch_get_main_queue(), ^{
-      block();
+      runInPool(block);
     });
 }
 
 void DispatchMainQueue::asyncAfter(Seconds delay, std::function<void()> block) {
     dispatch_after(dispatch_time(DISPATCH_TIME_NOW, wholeNanoseconds(delay)),
                    dispatch_get_main_queue(), ^{
-                     block();
+                     runInPool(block);
                    });
 }
 

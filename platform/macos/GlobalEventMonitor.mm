@@ -1,6 +1,7 @@
 #include "platform/macos/GlobalEventMonitor.h"
 
 #include "platform/macos/Owned.h"
+#include "platform/macos/Pool.h"
 
 #import <AppKit/AppKit.h>
 
@@ -28,7 +29,7 @@ SubscriptionPtr GlobalEventMonitor::addMonitor(EventMask matching, std::function
         addGlobalMonitorForEventsMatchingMask:static_cast<NSEventMask>(matching)
                                       handler:^(NSEvent* event) {
                                         (void)event;
-                                        handler();
+                                        runInPool(handler);
                                       }]);
     return token ? std::make_unique<Monitor>(std::move(token)) : nullptr;
 }

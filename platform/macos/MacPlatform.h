@@ -23,6 +23,10 @@ namespace pelistra::appkit {
 // Every service of the seam on macOS. Made after the shared NSApplication; main thread only.
 class MacPlatform {
 public:
+    MacPlatform() = default;
+    MacPlatform(const MacPlatform&) = delete;
+    MacPlatform& operator=(const MacPlatform&) = delete;
+
     // Valid as long as this object lives.
     [[nodiscard]] Platform platform();
 
@@ -34,15 +38,15 @@ private:
     AppKitStatusBar statusBar_;
     AppKitScreens screens_;
     AppKitImages images_;
-    CoreGraphicsWindowList windowList_;
+    CoreGraphicsWindowList windowList_{[this] { return statusBar_.ownWindows(); }, log_};
     SkyLightLibrary privateLibrary_;
     WorkspaceApplications runningApplications_;
     CoreGraphicsScreenCapture screenCapture_;
-    CoreGraphicsEventPosting eventPosting_;
+    CoreGraphicsEventPosting eventPosting_{log_};
     HostingServices hosting_{
         .application = &application_, .mainQueue = &mainQueue_, .images = &images_};
     AppKitWindows windows_{hosting_};
-    AppKitPanels panels_{hosting_};
+    AppKitPanels panels_{hosting_, [this] { return statusBar_.appearance(); }};
     GlobalEventMonitor globalClicks_;
     MainAppLoginItem loginItem_;
 };

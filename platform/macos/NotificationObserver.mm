@@ -1,5 +1,7 @@
 #include "platform/macos/NotificationObserver.h"
 
+#include "platform/macos/Pool.h"
+
 #include <utility>
 
 namespace pelistra::appkit {
@@ -15,7 +17,7 @@ NotificationObserver::NotificationObserver(NSNotificationCenter* center, NSNotif
                                                    queue:[NSOperationQueue mainQueue]
                                               usingBlock:^(NSNotification* notification) {
                                                 (void)notification;
-                                                handler();
+                                                runInPool(handler);
                                               }])) {}
 
 NotificationObserver::~NotificationObserver() { [center_.get() removeObserver:token_.get()]; }

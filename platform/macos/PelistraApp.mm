@@ -23,6 +23,16 @@
     return YES;
 }
 
+// The application was opened once more, from the Finder or by its name. It has no Dock icon and may
+// have no visible item.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)application
+                    hasVisibleWindows:(BOOL)hasVisibleWindows {
+    (void)application;
+    (void)hasVisibleWindows;
+    appDelegate_->showSettings();
+    return NO;
+}
+
 - (void)showSettings:(id)sender {
     (void)sender;
     appDelegate_->showSettings();

@@ -2,9 +2,9 @@
 
 #include "platform/macos/AppKitImages.h"
 #include "platform/macos/Conversions.h"
+#include "platform/macos/Owned.h"
 
-#include <algorithm>
-#include <utility>
+#import <AppKit/AppKit.h>
 
 namespace pelistra::appkit {
 
@@ -14,10 +14,8 @@ static_assert(activateAllWindows == NSApplicationActivateAllWindows);
 
 class WorkspaceApplication final : public RunningApplication {
   public:
-    WorkspaceApplication(NSRunningApplication* application,
-                         std::weak_ptr<WorkspaceApplications::Icons> icons)
-        : application_(Owned<NSRunningApplication*>::share(application)), icons_(std::move(icons)) {
-    }
+    explicit WorkspaceApplication(NSRunningApplication* application)
+        : application_(Owned<NSRunningApplication*>::share(application)) {}
 
     [[nodiscard]] std::optional<std::string> localizedName() const override {
         return textOf([application_.get() localizedName]);
@@ -28,8 +26,8 @@ class WorkspaceApplication final : public RunningApplication {
     }
 
     [[nodiscard]] ImagePtr icon() const override {
-        const auto icons = icons_.lock();
-        return icons ? icons->iconOf(application_.get()) : nullptr;
+        NSImage* icon = [application_.get() icon];
+        return icon == nil ? nullptr : std::make_shared<AppKitImage>(Owned<NSImage*>::share(icon));
     }
 
     [[nodiscard]] std::optional<FileUrl> bundleUrl() const override {
@@ -44,35 +42,14 @@ class WorkspaceApplication final : public RunningApplication {
 
   private:
     Owned<NSRunningApplication*> application_;
-    std::weak_ptr<WorkspaceApplications::Icons> icons_;
 };
 
 } // namespace
 
-ImagePtr WorkspaceApplications::Icons::iconOf(NSRunningApplication* application) {
-    Entry& entry = entries_[[application processIdentifier]];
-    if (!entry.application || ![entry.application.get() isEqual:application]) {
-        NSImage* icon = [application icon];
-        entry = {.application = Owned<NSRunningApplication*>::share(application),
-                 .icon = icon == nil ? nullptr
-                                     : std::make_shared<AppKitImage>(Owned<NSImage*>::share(icon))};
-    }
-    return entry.icon;
-}
-
-void WorkspaceApplications::Icons::keepOnly(const std::vector<ProcessId>& running) {
-    std::erase_if(entries_, [&running](const auto& entry) {
-        return std::ranges::find(running, entry.first) == running.end();
-    });
-}
-
-WorkspaceApplications::WorkspaceApplications() : icons_(std::make_shared<Icons>()) {}
-
 RunningApplicationPtr WorkspaceApplications::runningApplication(ProcessId processIdentifier) {
     NSRunningApplication* application =
         [NSRunningApplication runningApplicationWithProcessIdentifier:processIdentifier];
-    return application == nil ? nullptr
-                              : std::make_shared<WorkspaceApplication>(application, icons_);
+    return application == nil ? nullptr : std::make_shared<WorkspaceApplication>(application);
 }
 
 std::vector<ProcessId> WorkspaceApplications::processIdentifiers() {
@@ -80,7 +57,6 @@ std::vector<ProcessId> WorkspaceApplications::processIdentifiers() {
     for (NSRunningApplication* application in [[NSWorkspace sharedWorkspace] runningApplications]) {
         result.push_back([application processIdentifier]);
     }
-    icons_->keepOnly(result);
     return result;
 }
 

@@ -72,7 +72,7 @@ what_this_is() {
 walk_tour() {
     mkdir -p "$tour_folder"
     trap stop_log EXIT
-    trap 'exit 130' INT TERM HUP
+    trap 'stop_log; exit 130' INT TERM HUP
     what_this_is
 
     open_with --verify-section-layout

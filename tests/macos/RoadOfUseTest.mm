@@ -88,6 +88,7 @@ TEST_F(RoadOfUseTest, LinesAreLoggedAtTheirLevels) {
     EXPECT_THAT(recorded("os_log_create"),
                 ::testing::UnorderedElementsAre("os_log_create com.pelistra.app status-bar",
                                                 "os_log_create com.pelistra.app overflow-store",
+                                                "os_log_create com.pelistra.app event-posting",
                                                 "os_log_create com.pelistra.app "
                                                 "private-activation"));
 }

@@ -7,6 +7,31 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <set>
+#include <unistd.h>
+
+namespace {
+
+// Who left an object that is gone by now.
+std::set<std::string>& leftAndGone() {
+    static std::set<std::string> names;
+    return names;
+}
+
+} // namespace
+
+@interface Left : NSObject {
+  @public
+    std::string from;
+}
+@end
+
+@implementation Left
+- (void)dealloc {
+    leftAndGone().insert(from);
+    [super dealloc];
+}
+@end
 
 namespace pelistra::appkit {
 namespace {
@@ -47,6 +72,37 @@ TEST(DispatchMainQueueTest, ATimerEndsWithItsToken) {
     runFor(0.05);
     EXPECT_EQ(ticks, before);
     EXPECT_EQ(liveCounts().timers, 0U);
+}
+
+// What the run loop calls without an event leaves nothing for the next event to clear away.
+TEST(PoolTest, QueueTimersNotificationsAndMonitorsHaveTheirOwn) {
+    DispatchMainQueue queue;
+    leftAndGone().clear();
+    int turns = 0;
+    const auto leave = [](const std::string& from) {
+        Left* object = [[Left alloc] init];
+        object->from = from;
+        [object autorelease];
+    };
+    @autoreleasepool {
+        queue.async([&leave] { leave("async"); });
+        queue.asyncAfter(Seconds(0), [&leave] { leave("asyncAfter"); });
+        const auto timer = queue.repeatingTimer(Seconds(0.001), [&leave] { leave("timer"); });
+        const NotificationObserver observer(@"Left", [&leave] { leave("notification"); });
+        GlobalEventMonitor monitor;
+        const auto clicks =
+            monitor.addMonitor(maskOf(EventType::LeftMouseDown), [&leave] { leave("monitor"); });
+        // Inside this pool nothing but their own can release what they left.
+        while (leftAndGone().size() < 3) {
+            [[NSRunLoop mainRunLoop] runMode:NSDefaultRunLoopMode
+                                  beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.01]];
+            ASSERT_LT(++turns, 1000);
+        }
+        [[NSNotificationCenter defaultCenter] postNotificationName:@"Left" object:nil];
+        clickElsewhere(NSEventTypeLeftMouseDown);
+        EXPECT_THAT(leftAndGone(),
+                    ElementsAre("async", "asyncAfter", "monitor", "notification", "timer"));
+    }
 }
 
 TEST(NotificationObserverTest, HandlesOnTheMainThreadUntilItDies) {
@@ -126,6 +182,12 @@ TEST(AppKitImagesTest, AnUnknownSymbolIsNull) {
     EXPECT_EQ(drawn->size(), (Size{.width = 12, .height = 18}));
 }
 
+// The list, without items of our own to add.
+std::optional<std::vector<WindowInfo>> windowList() {
+    UnifiedLog log;
+    return CoreGraphicsWindowList([] { return std::vector<WindowInfo>(); }, log).copyWindowInfo();
+}
+
 TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
     world().otherWindows = {
         @{
@@ -139,10 +201,13 @@ TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
         @{@"kCGWindowBounds" : @"none"},
         @{@"kCGWindowBounds" : @{@"X" : @1, @"Width" : @"3"}},
         @{@"kCGWindowBounds" : @{@"X" : @1, @2 : @3}},
+        @{@"kCGWindowLayer" : @25.5, @"kCGWindowOwnerPID" : @0.5},
+        @{@"kCGWindowOwnerPID" : @4294967297},
+        @{@"kCGWindowLayer" : @25.0, @"kCGWindowOwnerPID" : @-1},
     };
-    const auto windows = CoreGraphicsWindowList().copyWindowInfo();
+    const auto windows = windowList();
     ASSERT_TRUE(windows.has_value());
-    ASSERT_THAT(*windows, SizeIs(4));
+    ASSERT_THAT(*windows, SizeIs(7));
     EXPECT_EQ((*windows)[0], (WindowInfo{.number = 7U,
                                          .ownerPid = std::nullopt,
                                          .ownerName = "名",
@@ -156,15 +221,49 @@ TEST(CoreGraphicsWindowListTest, ReadsWhatHasTheRightType) {
     // Bounds are numbers under texts, or none.
     EXPECT_EQ((*windows)[2], WindowInfo{});
     EXPECT_EQ((*windows)[3], WindowInfo{});
+    // A number that is no such integer is none.
+    EXPECT_EQ((*windows)[4], WindowInfo{});
+    EXPECT_EQ((*windows)[5], WindowInfo{});
+    EXPECT_EQ((*windows)[6].layer, 25);
+    EXPECT_EQ((*windows)[6].ownerPid, -1);
+}
+
+TEST(CoreGraphicsWindowListTest, AddsOurItemsWhenTheListHasNone) {
+    WindowInfo control;
+    control.number = 7;
+    control.ownerPid = getpid();
+    control.layer = 25;
+    control.name = "一";
+    WindowInfo divider = control;
+    divider.number = 8;
+    divider.name = "二";
+    UnifiedLog log;
+    CoreGraphicsWindowList list([&] { return std::vector{control, divider}; }, log);
+    // One of the numbers is listed as somebody else's already, and stays theirs alone.
+    world().otherWindows = { @{@"kCGWindowNumber" : @8, @"kCGWindowOwnerPID" : @400} };
+    WindowInfo withoutNumber = divider;
+    withoutNumber.number.reset();
+    for (int times = 0; times < 2; ++times) {
+        const auto windows = list.copyWindowInfo();
+        ASSERT_THAT(windows, Optional(SizeIs(3)));
+        EXPECT_EQ((*windows)[0].ownerPid, 400);
+        EXPECT_EQ((*windows)[1], control);
+        EXPECT_EQ((*windows)[2], withoutNumber);
+    }
+    EXPECT_THAT(world().log, SizeIs(1));
+
+    // Where the list has one, it is believed.
+    world().otherWindows = { @{@"kCGWindowLayer" : @25, @"kCGWindowOwnerPID" : @(getpid())} };
+    EXPECT_THAT(list.copyWindowInfo(), Optional(SizeIs(1)));
 }
 
 TEST(CoreGraphicsWindowListTest, AnAnswerOfAnotherShapeIsNone) {
     world().otherWindows = { @{@"kCGWindowNumber" : @7} };
-    EXPECT_THAT(CoreGraphicsWindowList().copyWindowInfo(), Optional(SizeIs(1)));
+    EXPECT_THAT(windowList(), Optional(SizeIs(1)));
     world().otherWindows = { @{@"kCGWindowNumber" : @7}, @{@5 : @7} };
-    EXPECT_EQ(CoreGraphicsWindowList().copyWindowInfo(), std::nullopt);
+    EXPECT_EQ(windowList(), std::nullopt);
     world().windowListIsNull = true;
-    EXPECT_EQ(CoreGraphicsWindowList().copyWindowInfo(), std::nullopt);
+    EXPECT_EQ(windowList(), std::nullopt);
 }
 
 TEST(CoreGraphicsScreenCaptureTest, SaysWhyThereIsNoPicture) {
@@ -178,22 +277,18 @@ TEST(CoreGraphicsScreenCaptureTest, SaysWhyThereIsNoPicture) {
     EXPECT_EQ(liveCounts().coreObjects, 0U);
 }
 
-TEST(WorkspaceApplicationsTest, TheSameApplicationGivesTheSamePicture) {
+TEST(WorkspaceApplicationsTest, TellsWhatTheSystemTells) {
     world().applications = {{10, {.name = "A"}}, {11, {.name = "B", .hasIcon = false}}};
     WorkspaceApplications applications;
     const auto icon = applications.runningApplication(10)->icon();
     ASSERT_NE(icon, nullptr);
-    EXPECT_EQ(applications.runningApplication(10)->icon(), icon);
+    // An application may change its icon while it runs.
+    EXPECT_NE(applications.runningApplication(10)->icon(), icon);
     EXPECT_EQ(applications.runningApplication(11)->icon(), nullptr);
     EXPECT_EQ(applications.runningApplication(12), nullptr);
     EXPECT_EQ(applications.runningApplication(11)->bundleUrl(), std::nullopt);
     EXPECT_THAT(applications.runningApplication(11)->localizedName(), Optional(std::string("B")));
     EXPECT_THAT(applications.processIdentifiers(), ElementsAre(10, 11));
-    // Another application under the same process id has its own.
-    world().applications.erase(10);
-    EXPECT_THAT(applications.processIdentifiers(), ElementsAre(11));
-    world().applications[10] = {.name = "C"};
-    EXPECT_NE(applications.runningApplication(10)->icon(), icon);
 }
 
 TEST(MainAppLoginItemTest, TellsTheSystemsWords) {
@@ -209,7 +304,8 @@ TEST(MainAppLoginItemTest, TellsTheSystemsWords) {
 }
 
 TEST(CoreGraphicsEventPostingTest, ReleasesWhatItMade) {
-    CoreGraphicsEventPosting posting;
+    UnifiedLog log;
+    CoreGraphicsEventPosting posting(log);
     world().eventSourcesFail = true;
     EXPECT_EQ(posting.source(EventSourceState::Private), nullptr);
     world().eventSourcesFail = false;
@@ -224,6 +320,26 @@ TEST(CoreGraphicsEventPostingTest, ReleasesWhatItMade) {
     EXPECT_THAT(
         world().postedEvents,
         ElementsAre(PostedEvent{.pid = 9, .type = 1, .x = 1, .y = 2, .button = 0, .fields = {}}));
+}
+
+TEST(CoreGraphicsEventPostingTest, SaysOnceWhetherPostingIsPermitted) {
+    UnifiedLog log;
+    for (const bool permitted : {true, false}) {
+        world().postingPermitted = permitted;
+        CoreGraphicsEventPosting posting(log);
+        const auto source = posting.source(EventSourceState::Private);
+        const auto event = posting.mouseEvent(*source, EventType::LeftMouseDown, {.x = 1, .y = 2},
+                                              MouseButton::Left);
+        EXPECT_TRUE(posting.postToPid(9, *event));
+        EXPECT_TRUE(posting.postToPid(9, *event));
+    }
+    EXPECT_THAT(world().log,
+                ElementsAre(LogLine{"com.pelistra.app", "event-posting", OS_LOG_TYPE_INFO,
+                                    "Posting events is permitted"},
+                            LogLine{"com.pelistra.app", "event-posting", OS_LOG_TYPE_ERROR,
+                                    "Posting events is not permitted; posted clicks may be "
+                                    "dropped silently"}));
+    EXPECT_THAT(recorded("CGPreflightPostEventAccess"), SizeIs(2));
 }
 
 // The class that the entry point makes the application's delegate.
@@ -242,6 +358,9 @@ TEST(PelistraAppTest, StartsTheOrganiserAndAnswersTheMenu) {
         EXPECT_STREQ([[settings keyEquivalent] UTF8String], ",");
         [NSApp sendAction:[settings action] to:[settings target] from:settings];
         EXPECT_THAT(recorded("NSWindowController showWindow:"), SizeIs(1));
+        // Opened once more, it shows the same.
+        EXPECT_FALSE([app applicationShouldHandleReopen:NSApp hasVisibleWindows:NO]);
+        EXPECT_THAT(recorded("NSWindowController showWindow:"), SizeIs(2));
         [NSApp setMainMenu:nil];
         [app release];
         runFor(0.05);

@@ -123,6 +123,23 @@ TEST_F(StartTest, LogsUnderTheSubsystem) {
                                               .message = "Expanded hidden section"}));
 }
 
+TEST_F(StartTest, TheDividerDoesNotAnswerAPress) {
+    launch();
+    EXPECT_EQ([[[statusItem(@"PelistraV3.Divider") button] cell] highlightsBy], NSNoCellMask);
+    EXPECT_NE([[[statusItem(@"PelistraV3.Control") button] cell] highlightsBy], NSNoCellMask);
+}
+
+TEST_F(StartTest, ItemsThatTheControlCentreOwnsAreFoundByTheirOwnWindows) {
+    world().controlCentre = 400;
+    fillMenuBar();
+    launch();
+    EXPECT_THAT(messagesOf("status-bar"),
+                Contains("Status order dividerX=1424.000000 controlX=1488.000000 valid=true"));
+    EXPECT_THAT(messagesOf("window-list"), ::testing::SizeIs(1));
+    clickArrow();
+    EXPECT_EQ(dividerLength(), collapsedLength);
+}
+
 TEST_F(StartTest, MalformedWindowsAreNotOurs) {
     // Another process's window of that name, and entries of wrong types.
     world().otherWindows = {

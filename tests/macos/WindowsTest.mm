@@ -61,7 +61,7 @@ TEST_F(WindowsTest, TheSettingsWindowIsMadeInOrder) {
                             "NSWindow setTitle: \"Pelistra Settings\"",
                             "NSWindow setContentView: PelistraHostingView", "NSWindow center",
                             "NSWindowController initWithWindow: NSWindow",
-                            "NSWindowController showWindow: nil",
+                            "NSWindowController showWindow: nil", "NSWindow orderFrontRegardless",
                             "NSApplication activateIgnoringOtherApps: YES"));
     // Which the view asks for.
     EXPECT_TRUE(NSEqualSizes([[settings() window] contentMinSize], NSMakeSize(600, 520)));
@@ -76,8 +76,9 @@ TEST_F(WindowsTest, ClosingTheSettingsWindowKeepsIt) {
     world().journal.clear();
     rightClickArrow();
     EXPECT_TRUE([window isVisible]);
-    EXPECT_THAT(ofWindows(), ElementsAre("NSWindowController showWindow: nil",
-                                         "NSApplication activateIgnoringOtherApps: YES"));
+    EXPECT_THAT(ofWindows(),
+                ElementsAre("NSWindowController showWindow: nil", "NSWindow orderFrontRegardless",
+                            "NSApplication activateIgnoringOtherApps: YES"));
 }
 
 TEST_F(WindowsTest, TheOnboardingWindowIsMadeInOrder) {
@@ -92,7 +93,7 @@ TEST_F(WindowsTest, TheOnboardingWindowIsMadeInOrder) {
                     "NSWindow setReleasedWhenClosed: NO", "NSWindow setContentMinSize: {680, 500}",
                     "NSWindow setContentView: PelistraHostingView", "NSWindow center",
                     "NSWindowController initWithWindow: NSWindow",
-                    "NSWindowController showWindow: nil",
+                    "NSWindowController showWindow: nil", "NSWindow orderFrontRegardless",
                     "NSApplication activateIgnoringOtherApps: YES"));
 }
 
@@ -108,7 +109,7 @@ TEST_F(WindowsTest, ThePanelIsMadeInOrder) {
                             "NSPanel setTitle: \"Pelistra 第二行\"",
                             "NSPanel setAccessibilityLabel: \"Pelistra 第二行溢出栏\"",
                             "NSPanel setLevel: 25", "NSPanel setFloatingPanel: YES",
-                            "NSPanel setHidesOnDeactivate: NO",
+                            "NSPanel setLevel: 25", "NSPanel setHidesOnDeactivate: NO",
                             "NSPanel setCollectionBehavior: 329", "NSPanel setOpaque: NO",
                             "NSPanel setBackgroundColor: clearColor", "NSPanel setHasShadow: YES",
                             "NSPanel setAnimationBehavior: 4", "NSPanel setReleasedWhenClosed: NO",
@@ -117,6 +118,20 @@ TEST_F(WindowsTest, ThePanelIsMadeInOrder) {
                             "NSPanel setFrameOrigin: {1224, 874}", "NSPanel orderFrontRegardless"));
     EXPECT_THAT(recorded("NSEvent addGlobal"),
                 ElementsAre("NSEvent addGlobalMonitorForEventsMatchingMask 10"));
+}
+
+TEST_F(WindowsTest, ThePanelStaysAboveAndLooksLikeTheMenuBar) {
+    world().menuBarIsDark = true;
+    openRow();
+    EXPECT_EQ([panel() level], 25);
+    EXPECT_TRUE([panel() allowsToolTipsWhenApplicationIsInactive]);
+    EXPECT_TRUE([[[panel() appearance] name] isEqual:NSAppearanceNameDarkAqua]);
+    // The desktop picture has changed meanwhile.
+    clickArrow();
+    waitForLatch();
+    world().menuBarIsDark = false;
+    clickArrow();
+    EXPECT_TRUE([[[panel() appearance] name] isEqual:NSAppearanceNameAqua]);
 }
 
 TEST_F(WindowsTest, TheSettingsShowEveryText) {

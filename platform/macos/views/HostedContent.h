@@ -28,7 +28,8 @@ private:
 
     std::shared_ptr<ui::Content> content_;
     ElementContext context_;
-    NSView* view_;
+    // It owns this object.
+    __unsafe_unretained NSView* view_;
     std::unique_ptr<Element> root_;
     bool redrawIsScheduled_ = false;
     NotificationObserver displayOptions_;

@@ -34,6 +34,25 @@ using namespace pelistra::testing::standins;
     record(format("NSPanel setAccessibilityLabel: \"{}\"", [label UTF8String]));
 }
 
+- (void)setAllowsToolTipsWhenApplicationIsInactive:(BOOL)allows {
+    [attachmentsOf(self) setObject:[NSNumber numberWithBool:allows] forKey:@"toolTips"];
+}
+
+- (BOOL)allowsToolTipsWhenApplicationIsInactive {
+    return [[attachmentsOf(self) objectForKey:@"toolTips"] boolValue];
+}
+
+- (void)setAppearance:(NSAppearance*)appearance {
+    [attachmentsOf(self) removeObjectForKey:@"appearance"];
+    if (appearance != nil) {
+        [attachmentsOf(self) setObject:appearance forKey:@"appearance"];
+    }
+}
+
+- (NSAppearance*)appearance {
+    return [attachmentsOf(self) objectForKey:@"appearance"];
+}
+
 @end
 
 // Global event monitors

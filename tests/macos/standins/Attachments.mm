@@ -52,6 +52,7 @@ NSMutableDictionary* attachmentsOf(id object) {
 void installAttachments() {
     ForgetAtTheEnd<0>::install([NSView class]);
     ForgetAtTheEnd<1>::install([NSImage class]);
+    ForgetAtTheEnd<2>::install([NSWindow class]);
 }
 
 } // namespace pelistra::testing::standins

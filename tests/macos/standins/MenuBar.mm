@@ -77,6 +77,11 @@ std::string nameOf(StandinStatusItem* item) {
     return [super sendActionOn:mask];
 }
 
+- (NSAppearance*)effectiveAppearance {
+    return [NSAppearance
+        appearanceNamed:world().menuBarIsDark ? NSAppearanceNameDarkAqua : NSAppearanceNameAqua];
+}
+
 // GNUstep's buttons know the left mouse button only.
 - (void)rightMouseDown:(NSEvent*)event {
     (void)event;

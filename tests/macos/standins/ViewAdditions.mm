@@ -78,6 +78,11 @@ constexpr double titleBarHeight = 28;
     return [attachmentsOf(self) objectForKey:@"labels"];
 }
 
+- (NSAppearance*)effectiveAppearance {
+    NSAppearance* own = [[self window] appearance];
+    return own != nil ? own : [NSAppearance appearanceNamed:NSAppearanceNameAqua];
+}
+
 @end
 
 // GNUstep's switch answers for itself, with nothing.

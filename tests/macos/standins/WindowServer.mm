@@ -27,11 +27,12 @@ CFStringRef constant(NSString* text) { return reinterpret_cast<CFStringRef>(text
 NSString* string(const std::string& text) { return [NSString stringWithUTF8String:text.c_str()]; }
 
 NSDictionary* describe(const MenuBarWindow& window) {
+    const auto controlCentre = world().controlCentre;
     return @{
         @"kCGWindowNumber" : @(window.window),
-        @"kCGWindowOwnerPID" : @(window.ownerPid),
-        @"kCGWindowOwnerName" : string(window.ownerName),
-        @"kCGWindowName" : string(window.name),
+        @"kCGWindowOwnerPID" : @(controlCentre.value_or(window.ownerPid)),
+        @"kCGWindowOwnerName" : string(controlCentre ? "Control Center" : window.ownerName),
+        @"kCGWindowName" : string(controlCentre ? "" : window.name),
         @"kCGWindowLayer" : @25,
         @"kCGWindowBounds" : @{
             @"X" : @(window.frame.origin.x),
@@ -271,6 +272,11 @@ void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, int64_t v
     record(format("CGEventSetIntegerValueField type={} {} {}", object->event.type,
                   static_cast<std::uint32_t>(field), value));
     object->event.fields.emplace_back(field, value);
+}
+
+bool CGPreflightPostEventAccess() {
+    record("CGPreflightPostEventAccess");
+    return world().postingPermitted;
 }
 
 void CGEventPostToPid(pid_t pid, CGEventRef event) {

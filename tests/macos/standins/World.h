@@ -74,6 +74,9 @@ struct World {
     bool statusItemsHaveButtons = true;
     bool dividerIsRightOfControl = false;
     double barHeight = 24;
+    bool menuBarIsDark = false;
+    // As in macOS 26: the window list has every item's window under this process and name.
+    std::optional<pid_t> controlCentre;
     std::vector<ForeignItem> hiddenItems;
     std::vector<ForeignItem> itemsBetween;
 
@@ -98,6 +101,7 @@ struct World {
     // The user moves it while an event is being posted.
     bool pointerMovesWithPosts = false;
 
+    bool postingPermitted = true;
     bool eventSourcesFail = false;
     std::set<std::uint32_t> failingEventTypes;
     std::vector<PostedEvent> postedEvents;

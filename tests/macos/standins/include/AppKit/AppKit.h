@@ -53,6 +53,10 @@ typedef enum : NSInteger {
 - (void)setTitlebarAppearsTransparent:(BOOL)transparent;
 - (void)setAnimationBehavior:(NSWindowAnimationBehavior)behavior;
 - (void)setAccessibilityLabel:(NSString*)label;
+- (void)setAllowsToolTipsWhenApplicationIsInactive:(BOOL)allows;
+- (BOOL)allowsToolTipsWhenApplicationIsInactive;
+- (void)setAppearance:(NSAppearance*)appearance;
+- (NSAppearance*)appearance;
 @end
 
 @interface NSWindow (StandinSheet)
@@ -79,6 +83,7 @@ typedef enum : NSInteger {
 - (void)setAccessibilityElement:(BOOL)isElement;
 - (void)setAccessibilityLabel:(NSString*)label;
 - (NSString*)accessibilityLabel;
+- (NSAppearance*)effectiveAppearance;
 @end
 
 @interface NSControl (Standin)

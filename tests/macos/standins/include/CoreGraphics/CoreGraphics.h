@@ -68,6 +68,7 @@ CGEventRef CGEventCreateMouseEvent(CGEventSourceRef source, CGEventType mouseTyp
                                    CGPoint mouseCursorPosition, CGMouseButton mouseButton);
 void CGEventSetIntegerValueField(CGEventRef event, CGEventField field, int64_t value);
 void CGEventPostToPid(pid_t pid, CGEventRef event);
+bool CGPreflightPostEventAccess(void);
 
 #ifdef __cplusplus
 }
