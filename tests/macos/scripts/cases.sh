@@ -156,6 +156,24 @@ begin "the benchmarks run"; mkdir -p "$clone/build/mac/bin"
 printf '#!/bin/sh\necho measured "$@"\n' >"$clone/build/mac/bin/pelistra-core-benchmarks"; chmod +x "$clone/build/mac/bin/pelistra-core-benchmarks"
 call bench -- --benchmark_filter=x; ends_with 0; says "measured --benchmark_filter=x"; calls "-DPELISTRA_BENCHMARKS=ON"
 
+# Signing and packing
+
+pack() { call_file packaging/macos/sign-and-pack "$@"; }
+begin "an ad-hoc image of one architecture"; echo arm64 >"$work/state/architectures"
+pack Pelistra.app/ "图 像.dmg"; ends_with 0; says "图 像.dmg"; calls "--timestamp=none"; calls "--sign - Pelistra.app"; calls_not lipo; calls_not notarytool
+begin "a release has both architectures"; echo arm64 >"$work/state/architectures"
+pack --identity "Developer ID" Pelistra.app a.dmg; ends_with 1; says "not built for x86_64"; calls_not codesign
+begin "a release is signed"; pack --identity "Developer ID" Pelistra.app a.dmg; ends_with 0
+calls "--timestamp --entitlements"; calls "codesign --sign Developer ID --timestamp a.dmg"; calls_not notarytool
+begin "application and image are notarised and stapled"
+pack --identity "Developer ID" --notary profile Pelistra.app a.dmg; ends_with 0
+calls "xcrun stapler staple Pelistra.app"; calls "xcrun notarytool submit a.dmg --keychain-profile profile --wait"; calls "xcrun stapler staple a.dmg"
+begin "the notary refuses"; has refused
+pack --identity "Developer ID" --notary profile Pelistra.app a.dmg; ends_with 69; calls_not stapler
+begin "the property list is broken"; has bad-plist; pack Pelistra.app a.dmg; ends_with 1; calls_not codesign
+begin "hdiutil is missing"; lacks hdiutil; pack Pelistra.app a.dmg; ends_with 1; says "hdiutil is missing"; calls_not codesign
+begin "packing nothing"; pack; ends_with 2; says "BUNDLE OUTPUT.dmg"
+
 # The entries decide before anything that this shell might not know, whatever folder they are called from.
 for script in run test bench; do
     begin "the entry $script"
