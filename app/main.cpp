@@ -17,6 +17,7 @@ using namespace pelistra;
 using namespace pelistra::desktop;
 
 constexpr int usageStatus = 2;
+constexpr const char* noAnswer = "the X server does not answer";
 
 int refuse(const std::string& message) {
     std::cerr << "pelistra: " << message << '\n';
@@ -51,6 +52,9 @@ int runOrganiser(x11::Connection& connection, SingleInstance& instance,
         }
     });
     delegate.applicationDidFinishLaunching();
+    if (connection.isStalled()) {
+        return refuse(noAnswer);
+    }
     platform.run();
     instance.setRequestHandler({});
     return EXIT_SUCCESS;
@@ -62,6 +66,7 @@ int start(const std::vector<std::string>& arguments) {
     if (connection == nullptr) {
         return refuse(failure.message);
     }
+    connection->setPatience(x11::Connection::startPatience);
     SingleInstance instance(*connection);
     switch (instance.claim()) {
     case SingleInstance::Claim::Claimed:
@@ -71,7 +76,7 @@ int start(const std::vector<std::string>& arguments) {
     case SingleInstance::Claim::Failed:
         break;
     }
-    return refuse("the X server does not answer");
+    return refuse(noAnswer);
 }
 
 } // namespace

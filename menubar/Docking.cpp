@@ -95,8 +95,9 @@ struct Docking::Question {
 struct Docking::Arrival {
     Arrival(const Server& server, const Question& question)
         : client(question.client),
-          attributes(xcb_get_window_attributes_reply(server.xcb(), question.attributes, nullptr)),
-          geometry(xcb_get_geometry_reply(server.xcb(), question.geometry, nullptr)),
+          attributes(
+              server.connection().take<xcb_get_window_attributes_reply_t>(question.attributes)),
+          geometry(server.connection().take<xcb_get_geometry_reply_t>(question.geometry)),
           embedInfo(readXEmbedInfo(wordsOf(readProperty(server.connection(), question.embedInfo)))),
           hints(sizeFromHints(wordsOf(readProperty(server.connection(), question.hints)))) {
         const TextAnswers answers = readTexts(server, question.texts);

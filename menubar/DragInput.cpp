@@ -53,7 +53,9 @@ void DragInput::end() const {
 }
 
 bool DragInput::isEscape(const xcb_key_press_event_t& event) const {
-    return xcb_key_symbols_get_keysym(symbols_.get(), event.detail, 0) == escapeSymbol;
+    // What the symbols wait for has come by then.
+    return server_->connection().sync() &&
+           xcb_key_symbols_get_keysym(symbols_.get(), event.detail, 0) == escapeSymbol;
 }
 
 void DragInput::refresh(xcb_mapping_notify_event_t& event) const {

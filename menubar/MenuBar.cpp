@@ -15,7 +15,6 @@
 
 #include <xcb/damage.h>
 #include <xcb/randr.h>
-#include <xcb/xcb_aux.h>
 
 namespace pelistra::menubar {
 
@@ -99,7 +98,6 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
     }
     orderFile_.write(order_);
     docking_.releaseAll();
-    xcb_aux_sync(server_->xcb());
     return *end_;
 }
 

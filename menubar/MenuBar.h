@@ -33,7 +33,7 @@ public:
     enum class End { Stopped, TrayTaken, ServerGone };
 
     // Serves until `stopDescriptor` becomes readable, another tray takes over, or the server goes.
-    // Every icon is released before it returns, unless the server is gone.
+    // Every icon is told to go home before it returns, unless the server is gone.
     End run(int stopDescriptor);
 
 private:

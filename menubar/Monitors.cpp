@@ -9,8 +9,8 @@ namespace pelistra::menubar {
 namespace {
 
 Monitor wholeScreen(const Server& server) {
-    const x11::Owned<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
-        server.xcb(), xcb_get_geometry(server.xcb(), server.root()), nullptr));
+    const auto geometry = server.connection().take<xcb_get_geometry_reply_t>(
+        xcb_get_geometry(server.xcb(), server.root()));
     const xcb_screen_t& screen = server.connection().screen();
     return {.frame = {.x = 0,
                       .y = 0,
@@ -24,8 +24,8 @@ Monitor wholeScreen(const Server& server) {
 std::vector<Monitor> queryMonitors(const Server& server) {
     std::vector<Monitor> monitors;
     if (server.hasMonitors()) {
-        const x11::Owned<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
-            server.xcb(), xcb_randr_get_monitors(server.xcb(), server.root(), 1), nullptr));
+        const auto reply = server.connection().take<xcb_randr_get_monitors_reply_t>(
+            xcb_randr_get_monitors(server.xcb(), server.root(), 1));
         if (reply) {
             for (auto monitor = xcb_randr_get_monitors_monitors_iterator(reply.get());
                  monitor.rem != 0; xcb_randr_monitor_info_next(&monitor)) {

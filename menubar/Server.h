@@ -50,8 +50,7 @@ private:
     int damageEvent_ = 0;
     int randrEvent_ = 0;
     bool hasMonitors_ = false;
-    // Owned by the render utility library, per connection.
-    const xcb_render_query_pict_formats_reply_t* formats_ = nullptr;
+    x11::Owned<xcb_render_query_pict_formats_reply_t> formats_;
     xcb_render_pictformat_t alphaFormat_ = 0;
 };
 

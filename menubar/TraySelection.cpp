@@ -26,15 +26,14 @@ constexpr std::size_t nameLimit = 64;
 constexpr std::chrono::seconds patience{3};
 
 // The process that made the window, as the server knows it; empty when it does not.
-std::optional<std::uint32_t> processOf(xcb_connection_t* x, xcb_window_t window) {
-    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(x, &xcb_res_id);
-    if (extension == nullptr || extension->present == 0) {
+std::optional<std::uint32_t> processOf(const x11::Connection& connection, xcb_window_t window) {
+    if (connection.extension(xcb_res_id) == nullptr) {
         return std::nullopt;
     }
     const xcb_res_client_id_spec_t spec{.client = window,
                                         .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const x11::Owned<xcb_res_query_client_ids_reply_t> reply(
-        xcb_res_query_client_ids_reply(x, xcb_res_query_client_ids(x, 1, &spec), nullptr));
+    const auto reply = connection.take<xcb_res_query_client_ids_reply_t>(
+        xcb_res_query_client_ids(connection.get(), 1, &spec));
     if (!reply) {
         return std::nullopt;
     }
@@ -133,9 +132,8 @@ bool TraySelection::readServerTime() {
 }
 
 xcb_window_t TraySelection::currentOwner() const {
-    const x11::Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        server_->xcb(), xcb_get_selection_owner(server_->xcb(), server_->atom(Atom::TraySelection)),
-        nullptr));
+    const auto reply = server_->connection().take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(server_->xcb(), server_->atom(Atom::TraySelection)));
     return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 
@@ -144,7 +142,7 @@ std::string TraySelection::describeOwner(xcb_window_t owner) const {
     const auto nameRequest = requestProperty(server_->connection(), owner, XCB_ATOM_WM_NAME);
     const auto windowClass = readProperty(server_->connection(), classRequest);
     const auto windowName = readProperty(server_->connection(), nameRequest);
-    const std::optional<std::uint32_t> process = processOf(server_->xcb(), owner);
+    const std::optional<std::uint32_t> process = processOf(server_->connection(), owner);
     std::string name = process ? commandOf(*process) : "";
     if (name.empty() && windowClass) {
         name = cleanText(windowClass->text(), nameLimit);

@@ -12,8 +12,8 @@ bool XSettingsWatch::isManagerMessage(const xcb_client_message_event_t& message)
 
 std::string XSettingsWatch::readThemeName() {
     xcb_connection_t* x = server_->xcb();
-    const x11::Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        x, xcb_get_selection_owner(x, server_->atom(Atom::XSettingsSelection)), nullptr));
+    const auto owner = server_->connection().take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(x, server_->atom(Atom::XSettingsSelection)));
     manager_ = owner ? owner->owner : xcb_window_t{XCB_NONE};
     if (manager_ == XCB_NONE) {
         return {};

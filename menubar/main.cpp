@@ -8,6 +8,7 @@
 #include "platform/posix/StopSignals.h"
 #include "platform/x11/Connection.h"
 
+#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -22,6 +23,10 @@ using namespace pelistra::menubar;
 
 constexpr int cannotRun = 1;
 constexpr const char* serverGone = "the X server went away";
+// For as long as it takes, or until it is told to stop: without an answer the bar has nothing to
+// do, and it must not take an icon for gone about which it could not ask.
+constexpr std::chrono::hours patience{24};
+constexpr std::chrono::milliseconds lastPatience{1000};
 
 int fail(const std::string& why) {
     log(why);
@@ -29,12 +34,15 @@ int fail(const std::string& why) {
 }
 
 int failFor(const std::string& reason, const x11::Connection& connection) {
-    // With the server gone, nothing that it did not answer says anything.
+    // Nothing that the server did not answer says anything.
+    if (connection.isStalled()) {
+        return fail("the X server does not answer");
+    }
     return fail(connection.isAlive() ? reason : serverGone);
 }
 
 int serve(const Options& options) {
-    const StopSignals signals;
+    posix::StopSignals signals;
     x11::Connection::Failure failure;
     const std::unique_ptr<x11::Connection> connection =
         x11::Connection::open(options.display, failure);
@@ -50,8 +58,14 @@ int serve(const Options& options) {
     if (!tray) {
         return failFor(reason, *connection);
     }
+    signals.begin();
+    connection->setPatience(patience, signals.fileDescriptor());
     MenuBar bar(*server, std::move(tray), options, OrderFile(OrderFile::defaultPath()));
-    switch (bar.run(signals.fileDescriptor())) {
+    const MenuBar::End end = bar.run(signals.fileDescriptor());
+    // Whoever waits for the end of this process finds all icons released.
+    connection->setPatience(lastPatience);
+    connection->sync();
+    switch (end) {
     case MenuBar::End::ServerGone:
         return fail(serverGone);
     case MenuBar::End::TrayTaken:

@@ -24,11 +24,6 @@ constexpr int mostRepetitions = 5;
 // Long enough after the start that a program whose last click was ours has forgotten the device.
 constexpr Seconds cleaningDelay{1};
 
-bool isPresent(const x11::Connection& connection, xcb_extension_t& extension) {
-    const auto* data = xcb_get_extension_data(connection.get(), &extension);
-    return data != nullptr && data->present != 0;
-}
-
 int wholePart(xcb_input_fp1616_t fixed) {
     constexpr int fractionBits = 16;
     return fixed >> fractionBits;
@@ -39,7 +34,7 @@ int wholePart(xcb_input_fp1616_t fixed) {
 ClickDelivery::ClickDelivery(const x11::Connection& connection, MainQueue& mainQueue, LogSink& log)
     : connection_(&connection), mainQueue_(&mainQueue), logger_(log, "private-activation"),
       replies_(connection), device_(connection, replies_),
-      hasResource_(isPresent(connection, xcb_res_id)) {
+      hasResource_(connection.extension(xcb_res_id) != nullptr) {
     mainQueue_->asyncAfter(cleaningDelay, lifetime_.guard([this] {
         if (replies_.begin(patience)) {
             device_.removeAbandoned();
@@ -335,7 +330,7 @@ void ClickDelivery::handle(const xcb_generic_event_t& event) {
     if (!menu_ || x11::typeOf(event) != XCB_GE_GENERIC) {
         return;
     }
-    const auto* const extension = xcb_get_extension_data(connection_->get(), &xcb_input_id);
+    const auto* const extension = connection_->extension(xcb_input_id);
     const auto& generic = x11::eventAs<xcb_ge_generic_event_t>(event);
     if (extension == nullptr || generic.extension != extension->major_opcode) {
         return;

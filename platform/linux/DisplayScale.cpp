@@ -27,8 +27,8 @@ std::optional<double> trayScale(const x11::Connection& connection) {
     const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection.screenNumber());
     const auto atoms = x11::internAtoms(
         connection, std::array<std::string_view, 2>{selection, "_PELISTRA_MENUBAR_SCALE"});
-    const x11::Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection.get(), xcb_get_selection_owner(connection.get(), atoms[0]), nullptr));
+    const auto owner = connection.take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection.get(), atoms[0]));
     if (!owner || owner->owner == XCB_WINDOW_NONE) {
         return std::nullopt;
     }

@@ -108,8 +108,9 @@ struct Clicks {
 struct LinuxPlatform::Services {
     Services(x11::Connection& connection, SingleInstance& instance,
              std::vector<std::string> arguments)
-        : qt(connection), pump(connection, log), defaults(defaultsPath(), mainQueue, log),
-          trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
+        : mainConnection(connection), qt(connection), pump(connection, log),
+          defaults(defaultsPath(), mainQueue, log), trayHost(connection, pump, log),
+          screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)),
           desktopLook(connection, pump, look), windows(viewServices(), connection),
           iconAtoms(connection), canvas(connection), toolTip(connection),
@@ -147,6 +148,7 @@ struct LinuxPlatform::Services {
             Logger(log, "x11").error("Icons cannot be clicked: " + failure.message);
             return nullptr;
         }
+        own->setPatience(x11::Connection::startPatience);
         return std::make_unique<Clicks>(std::move(own), trayLook, mainQueue, log);
     }
 
@@ -184,6 +186,9 @@ struct LinuxPlatform::Services {
         std::_Exit(EXIT_FAILURE);
     }
 
+    x11::Connection& mainConnection;
+    // Before all that may wait for the server when it goes.
+    posix::StopSignals stopSignals;
     QtRuntime qt;
     SystemLog log;
     GlibMainQueue mainQueue;
@@ -211,7 +216,6 @@ struct LinuxPlatform::Services {
     XInputGlobalClicks globalClicks;
     AutostartLoginItem loginItem;
     MenuBarStarter menuBarStarter;
-    StopSignals stopSignals;
     SourcePtr stop;
     SubscriptionPtr instanceEvents;
 };
@@ -242,6 +246,12 @@ Platform LinuxPlatform::platform() {
 }
 
 void LinuxPlatform::run() {
+    const int stopDescriptor = services_->stopSignals.fileDescriptor();
+    services_->stopSignals.begin();
+    services_->mainConnection.setPatience(x11::Connection::usualPatience, stopDescriptor);
+    if (services_->clicks) {
+        services_->clicks->connection->setPatience(x11::Connection::usualPatience, stopDescriptor);
+    }
     services_->application.run();
 }
 

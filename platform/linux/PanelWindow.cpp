@@ -44,7 +44,8 @@ PanelAtoms::PanelAtoms(const x11::Connection& connection)
                               std::array<std::string_view, NameCount>{
                                   "_NET_WM_STATE", "_NET_WM_STATE_ABOVE", "_NET_WM_STATE_STICKY",
                                   "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER",
-                                  "_NET_WM_DESKTOP", "_GTK_FRAME_EXTENTS", "_COMPTON_SHADOW"})) {}
+                                  "_NET_WM_DESKTOP", "_GTK_FRAME_EXTENTS", "_COMPTON_SHADOW"})),
+      hasShapes_(connection.extension(xcb_shape_id) != nullptr) {}
 
 PanelWindow::PanelWindow(const Traits& traits, const PanelAtoms& atoms)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
@@ -151,11 +152,7 @@ void PanelWindow::updateOutline() {
 
 void PanelWindow::setShape(const std::vector<QRect>& region) {
     xcb_connection_t* const connection = qtConnection();
-    if (connection == nullptr) {
-        return;
-    }
-    const auto* extension = xcb_get_extension_data(connection, &xcb_shape_id);
-    if (extension == nullptr || extension->present == 0) {
+    if (connection == nullptr || !atoms_.hasShapes()) {
         return;
     }
     std::vector<xcb_rectangle_t> rectangles;

@@ -12,7 +12,8 @@
 
 namespace pelistra::desktop {
 
-// What the desktop is told about a panel; names of properties and states, interned once.
+// What the desktop is told about a panel: names of properties and states, interned once; and
+// whether windows can have a shape.
 class PanelAtoms {
 public:
     enum Name : std::uint8_t {
@@ -30,9 +31,11 @@ public:
     explicit PanelAtoms(const x11::Connection& connection);
 
     [[nodiscard]] xcb_atom_t operator[](Name name) const { return atoms_[name]; }
+    [[nodiscard]] bool hasShapes() const { return hasShapes_; }
 
 private:
     std::array<xcb_atom_t, NameCount> atoms_{};
+    bool hasShapes_;
 };
 
 // The window of a panel: no window manager places, decorates, stacks or focuses it, so it lies

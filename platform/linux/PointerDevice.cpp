@@ -41,19 +41,15 @@ xcb_input_fp1616_t fixed(int value) {
     return static_cast<xcb_input_fp1616_t>(static_cast<std::uint32_t>(value) << fractionBits);
 }
 
-bool isPresent(const x11::Connection& connection, xcb_extension_t& extension) {
-    const auto* data = xcb_get_extension_data(connection.get(), &extension);
-    return data != nullptr && data->present != 0;
-}
-
 } // namespace
 
 PointerDevice::PointerDevice(const x11::Connection& connection, x11::Replies& replies)
     : connection_(&connection), replies_(&replies), host_(hostName()) {
-    if (!isPresent(connection, xcb_input_id) || !isPresent(connection, xcb_test_id)) {
+    const auto* const input = connection.extension(xcb_input_id);
+    if (input == nullptr || connection.extension(xcb_test_id) == nullptr) {
         return;
     }
-    firstEvent_ = xcb_get_extension_data(connection.get(), &xcb_input_id)->first_event;
+    firstEvent_ = input->first_event;
     constexpr std::chrono::milliseconds patience{1000};
     if (!replies.begin(patience)) {
         return;
@@ -293,7 +289,7 @@ bool PointerDevice::isAbandoned(const Maker& maker) {
     }
     // A process that ended is no client; one that runs under a reused id is most likely none
     // either.
-    if (isPresent(*connection_, xcb_res_id)) {
+    if (connection_->extension(xcb_res_id) != nullptr) {
         const xcb_res_client_id_spec_t everybody{.client = XCB_NONE,
                                                  .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
         const auto reply = replies_->take<xcb_res_query_client_ids_reply_t>(

@@ -54,8 +54,8 @@ ProcessId QtApplication::processIdentifier() const {
 }
 
 ScreenPoint QtApplication::mouseLocation() const {
-    const x11::Owned<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
-        connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
+    const auto pointer = connection_.take<xcb_query_pointer_reply_t>(
+        xcb_query_pointer(connection_.get(), connection_.root()));
     if (pointer) {
         lastMouseLocation_ = screens_.coordinates().toScreen(pointer->root_x, pointer->root_y);
     }

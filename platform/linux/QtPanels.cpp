@@ -21,6 +21,11 @@ QString textOf(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+xcb_atom_t compositorSelectionOf(const x11::Connection& connection) {
+    const std::string name = "_NET_WM_CM_S" + std::to_string(connection.screenNumber());
+    return x11::internAtoms(connection, std::array<std::string_view, 1>{name}).front();
+}
+
 // The panel may be let go of while its window handles the click that led to it.
 struct LaterDeleter {
     void operator()(PanelWindow* window) const {
@@ -94,7 +99,7 @@ private:
         const PanelWindow::Traits traits{.isComposited = panels_.isComposited(),
                                          .hasShadow = hasShadow_};
         if (window_ == nullptr || window_->traits() != traits) {
-            window_.reset(new PanelWindow(traits, panels_.atoms())); // NOLINT(*-owning-memory)
+            window_.reset(new PanelWindow(traits, panels_.atoms_)); // NOLINT(*-owning-memory)
             if (content_ != nullptr) {
                 auto widget = panels_.services_.contentWidget(content_, traits.isComposited);
                 window_->setContentWidget(widget.release());
@@ -127,7 +132,9 @@ private:
     SubscriptionPtr lookChanges_;
 };
 
-QtPanels::QtPanels(PanelServices services) : services_(std::move(services)) {}
+QtPanels::QtPanels(PanelServices services)
+    : services_(std::move(services)), atoms_(services_.connection),
+      compositorSelection_(compositorSelectionOf(services_.connection)) {}
 
 // Windows of panels that have gone after the event loop ended.
 QtPanels::~QtPanels() {
@@ -140,22 +147,12 @@ std::unique_ptr<Panel> QtPanels::panel(Size contentSize, std::uint32_t /*styleMa
 
 bool QtPanels::isComposited() const {
     const x11::Connection& connection = services_.connection;
-    if (compositorSelection_ == XCB_ATOM_NONE) {
-        const std::string name = "_NET_WM_CM_S" + std::to_string(connection.screenNumber());
-        compositorSelection_ =
-            x11::internAtoms(connection, std::array<std::string_view, 1>{name}).front();
+    const auto owner = connection.take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection.get(), compositorSelection_));
+    if (owner) {
+        isComposited_ = owner->owner != XCB_WINDOW_NONE && connection.alphaVisual().type != nullptr;
     }
-    const x11::Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection.get(), xcb_get_selection_owner(connection.get(), compositorSelection_),
-        nullptr));
-    return owner && owner->owner != XCB_WINDOW_NONE && connection.alphaVisual().type != nullptr;
-}
-
-const PanelAtoms& QtPanels::atoms() {
-    if (atoms_ == nullptr) {
-        atoms_ = std::make_unique<PanelAtoms>(services_.connection);
-    }
-    return *atoms_;
+    return isComposited_;
 }
 
 } // namespace pelistra::desktop

@@ -44,11 +44,11 @@ public:
 private:
     friend class QtPanel;
 
-    [[nodiscard]] const PanelAtoms& atoms();
-
     PanelServices services_;
-    mutable xcb_atom_t compositorSelection_ = XCB_ATOM_NONE;
-    std::unique_ptr<PanelAtoms> atoms_;
+    PanelAtoms atoms_;
+    xcb_atom_t compositorSelection_;
+    // As it was when the server last answered.
+    mutable bool isComposited_ = false;
 };
 
 } // namespace pelistra::desktop

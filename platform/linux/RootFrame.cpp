@@ -6,10 +6,8 @@ std::optional<RootRect> rootFrameOf(const x11::Connection& connection, xcb_windo
     const auto geometryCookie = xcb_get_geometry(connection.get(), window);
     const auto placeCookie =
         xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0);
-    const x11::Owned<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(connection.get(), geometryCookie, nullptr));
-    const x11::Owned<xcb_translate_coordinates_reply_t> place(
-        xcb_translate_coordinates_reply(connection.get(), placeCookie, nullptr));
+    const auto geometry = connection.take<xcb_get_geometry_reply_t>(geometryCookie);
+    const auto place = connection.take<xcb_translate_coordinates_reply_t>(placeCookie);
     if (!geometry || !place) {
         return std::nullopt;
     }

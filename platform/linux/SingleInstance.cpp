@@ -147,14 +147,14 @@ std::optional<xcb_timestamp_t> SingleInstance::serverTime() {
             return x11::typeOf(candidate) == XCB_PROPERTY_NOTIFY &&
                    x11::eventAs<xcb_property_notify_event_t>(candidate).window == window_;
         },
-        patience);
+        x11::Connection::startPatience);
     return event ? std::optional(x11::eventAs<xcb_property_notify_event_t>(*event).time)
                  : std::nullopt;
 }
 
 xcb_window_t SingleInstance::owner() const {
-    const x11::Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        connection_.get(), xcb_get_selection_owner(connection_.get(), atoms_[Selection]), nullptr));
+    const auto reply = connection_.take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection_.get(), atoms_[Selection]));
     return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
 }
 

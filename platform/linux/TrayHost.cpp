@@ -59,6 +59,7 @@ TrayHost::TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log)
     xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK, &mask);
     earlyEvents_ = pump.addEarlyHandler([this](const auto& event) { noteChange(event); });
     events_ = pump.addHandler([this](const auto& event) { handle(event); });
+    recoveries_ = pump.addRecoveryHandler([this] { recover(); });
 }
 
 void TrayHost::start() {
@@ -72,7 +73,12 @@ double TrayHost::scale() const {
     if (tray_ && tray_->scale) {
         return *tray_->scale;
     }
-    return resourceScale(connection_).value_or(1);
+    const std::uint64_t unanswered = connection_.unanswered();
+    const double scale = resourceScale(connection_).value_or(1);
+    if (connection_.unanswered() == unanswered) {
+        resourceScale_ = scale;
+    }
+    return resourceScale_;
 }
 
 std::optional<std::vector<std::uint32_t>> TrayHost::dockedWindows() const {
@@ -148,8 +154,7 @@ void TrayHost::handle(const xcb_generic_event_t& event) {
         // Which icons are docked is asked when somebody wants to know.
         if (tray_ && notify.window == tray_->owner && notify.atom != atoms_[BarItems] &&
             notify.atom != atoms_[BarDetails] && notify.atom != atoms_[BarSerial]) {
-            tray_ = describe(tray_->owner);
-            observers_.call(Change::Changed);
+            update(tray_->owner, Change::Changed);
         }
         break;
     }
@@ -166,9 +171,12 @@ void TrayHost::handleMessage(const xcb_client_message_event_t& message) {
 }
 
 void TrayHost::look() {
-    const x11::Owned<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        connection_.get(), xcb_get_selection_owner(connection_.get(), atoms_[Selection]), nullptr));
-    const xcb_window_t owner = reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+    const auto reply = connection_.take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection_.get(), atoms_[Selection]));
+    if (!reply) {
+        return;
+    }
+    const xcb_window_t owner = reply->owner;
     if (tray_ && tray_->owner != owner) {
         lose();
     }
@@ -179,11 +187,25 @@ void TrayHost::look() {
     const auto cookie =
         xcb_change_window_attributes_checked(connection_.get(), owner, XCB_CW_EVENT_MASK, &mask);
     // An owner that is gone already is announced again by its successor.
-    if (const x11::ErrorPtr error{xcb_request_check(connection_.get(), cookie)}; error) {
-        return;
+    if (connection_.hasAccepted(cookie)) {
+        update(owner, Change::Arrived);
     }
-    tray_ = describe(owner);
-    observers_.call(Change::Arrived);
+}
+
+void TrayHost::update(xcb_window_t owner, Change change) {
+    const std::uint64_t unanswered = connection_.unanswered();
+    Tray tray = describe(owner);
+    if (connection_.unanswered() == unanswered) {
+        tray_ = std::move(tray);
+        observers_.call(change);
+    }
+}
+
+void TrayHost::recover() {
+    look();
+    if (tray_) {
+        update(tray_->owner, Change::Changed);
+    }
 }
 
 void TrayHost::lose() {
@@ -232,11 +254,7 @@ void TrayHost::describeBar(Tray& tray) const {
     const auto geometryCookie = xcb_get_geometry(connection_.get(), tray.barWindow);
     const auto strut =
         x11::requestProperty(connection_, tray.barWindow, atoms_[StrutPartial], XCB_ATOM_CARDINAL);
-    xcb_generic_error_t* rawError = nullptr;
-    const x11::Owned<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(connection_.get(), geometryCookie, &rawError));
-    const x11::ErrorPtr error(rawError);
-    if (geometry) {
+    if (const auto geometry = connection_.take<xcb_get_geometry_reply_t>(geometryCookie)) {
         tray.barHeight = geometry->height;
     }
     if (const auto words = wordsOf(connection_, strut); words.size() == Strut{}.size()) {

@@ -86,6 +86,10 @@ private:
     void handleMessage(const xcb_client_message_event_t& message);
     void look();
     void lose();
+    // Describes the tray of that owner and tells of it; leaves things as they are when the server
+    // does not answer.
+    void update(xcb_window_t owner, Change change);
+    void recover();
     [[nodiscard]] Tray describe(xcb_window_t owner) const;
     void describeBar(Tray& tray) const;
 
@@ -94,10 +98,13 @@ private:
     Logger logger_;
     std::array<xcb_atom_t, NameCount> atoms_{};
     std::optional<Tray> tray_;
+    // What the resource database said last.
+    mutable double resourceScale_ = 1;
     std::uint64_t changes_ = 0;
     HandlerList<Change> observers_;
     SubscriptionPtr earlyEvents_;
     SubscriptionPtr events_;
+    SubscriptionPtr recoveries_;
 };
 
 } // namespace pelistra::desktop

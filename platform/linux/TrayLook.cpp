@@ -135,24 +135,18 @@ TrayLook::TrayLook(const x11::Connection& connection, ChangesHeard changesHeard,
         "WINDOW"};
     atoms_ = x11::internAtoms(connection, names);
 
-    xcb_prefetch_extension_data(connection.get(), &xcb_res_id);
-    xcb_prefetch_extension_data(connection.get(), &xcb_randr_id);
-    const auto isPresent = [&](xcb_extension_t& extension) {
-        const auto* data = xcb_get_extension_data(connection.get(), &extension);
-        return data != nullptr && data->present != 0;
-    };
     if (!replies_.begin(patience)) {
         return;
     }
     constexpr std::uint16_t randrMinor = 5;
     constexpr std::uint16_t resourceMinor = 2;
-    if (isPresent(xcb_randr_id)) {
+    if (connection.extension(xcb_randr_id) != nullptr) {
         const auto version = replies_.take<xcb_randr_query_version_reply_t>(
             xcb_randr_query_version(connection.get(), 1, randrMinor));
         hasMonitors_ =
             version && (version->major_version > 1 || version->minor_version >= randrMinor);
     }
-    if (isPresent(xcb_res_id)) {
+    if (connection.extension(xcb_res_id) != nullptr) {
         const auto version = replies_.take<xcb_res_query_version_reply_t>(
             xcb_res_query_version(connection.get(), 1, resourceMinor));
         hasResource_ =

@@ -9,6 +9,8 @@ TrayStatusBar::TrayStatusBar(const StatusItemServices& services, EventPump& pump
                              MainQueue& mainQueue)
     : services_(services), pump_(pump), mainQueue_(mainQueue),
       events_(pump.addHandler([this](const auto& event) { handle(event); })),
+      recoveries_(pump.addRecoveryHandler(
+          [this] { std::ranges::for_each(items_, &TrayStatusItem::savePosition); })),
       trayChanges_(
           services.trayHost.observe([this](TrayHost::Change change) { handleTray(change); })) {}
 

@@ -45,6 +45,7 @@ private:
     bool firstDockingIsOver_ = false;
     int ejections_ = 0;
     SubscriptionPtr events_;
+    SubscriptionPtr recoveries_;
     SubscriptionPtr trayChanges_;
     Lifetime lifetime_;
 };

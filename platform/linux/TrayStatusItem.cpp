@@ -307,6 +307,9 @@ void TrayStatusItem::handleProperty(const xcb_property_notify_event_t& event) {
 }
 
 void TrayStatusItem::savePosition() {
+    if (window_ == nullptr) {
+        return;
+    }
     const auto value = x11::readProperty(
         services_.connection,
         x11::requestProperty(services_.connection, window(),

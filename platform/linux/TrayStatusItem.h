@@ -66,6 +66,8 @@ public:
     [[nodiscard]] xcb_window_t window() const;
     // The tray looks different now, or its scale has changed.
     void refreshLook();
+    // Writes down the place that the tray has given it, if the tray says so.
+    void savePosition();
 
     void handle(const xcb_generic_event_t& event);
 
@@ -78,7 +80,6 @@ private:
     void handleCrossing(const xcb_enter_notify_event_t& event, bool enters);
     void setHovered(bool hovered);
     void trigger(EventType type, std::uint16_t state);
-    void savePosition();
     void requestLength();
     void requestSize(int width, int height);
     void redraw();

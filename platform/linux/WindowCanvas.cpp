@@ -6,12 +6,21 @@
 
 namespace pelistra::desktop {
 
-WindowCanvas::WindowCanvas(const x11::Connection& connection)
-    : connection_(connection), formats_(xcb_render_util_query_formats(connection.get())) {
+WindowCanvas::WindowCanvas(const x11::Connection& connection) : connection_(connection) {
+    if (connection.extension(xcb_render_id) == nullptr) {
+        return;
+    }
+    // The server answers in the version that the client says it speaks.
+    const auto version = xcb_render_query_version(connection.get(), XCB_RENDER_MAJOR_VERSION,
+                                                  XCB_RENDER_MINOR_VERSION);
+    xcb_discard_reply(connection.get(), version.sequence);
+    formats_ = connection.take<xcb_render_query_pict_formats_reply_t>(
+        xcb_render_query_pict_formats(connection.get()));
     if (formats_ == nullptr) {
         return;
     }
-    const auto* alpha = xcb_render_util_find_standard_format(formats_, XCB_PICT_STANDARD_ARGB_32);
+    const auto* alpha =
+        xcb_render_util_find_standard_format(formats_.get(), XCB_PICT_STANDARD_ARGB_32);
     alphaFormat_ = alpha != nullptr ? alpha->id : 0;
 }
 
@@ -21,7 +30,7 @@ void WindowCanvas::show(xcb_window_t window, xcb_visualid_t visual, const QImage
     if (alphaFormat_ == 0 || pixels.isNull()) {
         return;
     }
-    if (const auto* format = xcb_render_util_find_visual_format(formats_, visual)) {
+    if (const auto* format = xcb_render_util_find_visual_format(formats_.get(), visual)) {
         composite(window, format->format, pixels, x, y);
     }
 }

@@ -22,8 +22,8 @@ private:
                    int y) const;
 
     const x11::Connection& connection_;
-    // The formats of this connection; they belong to the render utility library.
-    const xcb_render_query_pict_formats_reply_t* formats_;
+    // Null without the extension.
+    x11::Owned<xcb_render_query_pict_formats_reply_t> formats_;
     // Eight bits each of alpha and the colours; 0 without the extension.
     xcb_render_pictformat_t alphaFormat_ = 0;
 };

@@ -160,6 +160,9 @@ void WindowFrame::stayOutOfTaskbars() {
     const auto [state, skipTaskbar, skipPager] = x11::internAtoms(
         connection_, std::array<std::string_view, 3>{"_NET_WM_STATE", "_NET_WM_STATE_SKIP_TASKBAR",
                                                      "_NET_WM_STATE_SKIP_PAGER"});
+    if (state == XCB_ATOM_NONE || skipTaskbar == XCB_ATOM_NONE || skipPager == XCB_ATOM_NONE) {
+        return;
+    }
     setWords(qt, static_cast<xcb_window_t>(winId()), state, XCB_ATOM_ATOM,
              std::array{skipTaskbar, skipPager});
 }

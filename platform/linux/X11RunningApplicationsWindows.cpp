@@ -156,8 +156,7 @@ private:
     [[nodiscard]] std::unordered_map<std::uint32_t, ProcessId>
     processesOf(const std::vector<WindowId>& windows) {
         std::unordered_map<std::uint32_t, ProcessId> processes;
-        const auto* const extension = xcb_get_extension_data(connection_.get(), &xcb_res_id);
-        if (windows.empty() || extension == nullptr || extension->present == 0) {
+        if (windows.empty() || connection_.extension(xcb_res_id) == nullptr) {
             return processes;
         }
         std::vector<xcb_res_client_id_spec_t> specs;

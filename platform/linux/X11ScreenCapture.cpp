@@ -33,10 +33,9 @@ struct X11ScreenCapture::Source {
 
 X11ScreenCapture::X11ScreenCapture(const x11::Connection& connection)
     : connection_(&connection), replies_(connection) {
-    const auto* extension = xcb_get_extension_data(connection.get(), &xcb_composite_id);
     // Pixmaps of windows can be named since version 0.2.
     constexpr std::uint32_t minor = 2;
-    if (extension == nullptr || extension->present == 0 || !replies_.begin(patience)) {
+    if (connection.extension(xcb_composite_id) == nullptr || !replies_.begin(patience)) {
         return;
     }
     const auto version = replies_.take<xcb_composite_query_version_reply_t>(

@@ -73,18 +73,18 @@ SubscriptionPtr XInputGlobalClicks::addMonitor(EventMask matching, std::function
 
 bool XInputGlobalClicks::prepare() {
     if (!isSupported_) {
-        const auto* extension = xcb_get_extension_data(connection_.get(), &xcb_input_id);
-        isSupported_ = false;
-        if (extension != nullptr && extension->present != 0) {
+        const std::uint64_t unanswered = connection_.unanswered();
+        x11::Owned<xcb_input_xi_query_version_reply_t> version;
+        if (const auto* extension = connection_.extension(xcb_input_id)) {
             opcode_ = extension->major_opcode;
-            const x11::Owned<xcb_input_xi_query_version_reply_t> version(
-                xcb_input_xi_query_version_reply(
-                    connection_.get(),
-                    xcb_input_xi_query_version(connection_.get(), inputMajor, inputMinor),
-                    nullptr));
-            isSupported_ = version && std::pair(version->major_version, version->minor_version) >=
-                                          std::pair(inputMajor, inputMinor);
+            version = connection_.take<xcb_input_xi_query_version_reply_t>(
+                xcb_input_xi_query_version(connection_.get(), inputMajor, inputMinor));
         }
+        if (connection_.unanswered() != unanswered) {
+            return false;
+        }
+        isSupported_ = version && std::pair(version->major_version, version->minor_version) >=
+                                      std::pair(inputMajor, inputMinor);
     }
     return *isSupported_;
 }
@@ -116,12 +116,13 @@ void XInputGlobalClicks::handle(const xcb_generic_event_t& event) {
 }
 
 void XInputGlobalClicks::handlePress(const xcb_input_raw_button_press_event_t& press) {
+    const std::uint64_t unanswered = connection_.unanswered();
     const auto type = typeOf(press.detail);
     const auto wanted = [&type](const auto& monitor) {
         return (monitor->matching & maskOf(*type)) != 0;
     };
     if (!type || std::ranges::none_of(monitors_, wanted) || isOwnDevice(press.deviceid) ||
-        isOwnPlace(press.deviceid)) {
+        isOwnPlace(press.deviceid) || connection_.unanswered() != unanswered) {
         return;
     }
     // A handler may end its own monitor or another one.
@@ -137,8 +138,8 @@ void XInputGlobalClicks::handlePress(const xcb_input_raw_button_press_event_t& p
 // Raw events carry the device's own button; which one that is to the user is a setting of the
 // server, as for left-handed people.
 std::optional<EventType> XInputGlobalClicks::typeOf(std::uint32_t physicalButton) const {
-    const x11::Owned<xcb_get_pointer_mapping_reply_t> mapping(xcb_get_pointer_mapping_reply(
-        connection_.get(), xcb_get_pointer_mapping(connection_.get()), nullptr));
+    const auto mapping = connection_.take<xcb_get_pointer_mapping_reply_t>(
+        xcb_get_pointer_mapping(connection_.get()));
     std::uint32_t button = physicalButton;
     if (mapping && physicalButton >= 1 && physicalButton <= mapping->map_len) {
         button = xcb_get_pointer_mapping_map(mapping.get())[physicalButton - 1];
@@ -154,8 +155,8 @@ std::optional<EventType> XInputGlobalClicks::typeOf(std::uint32_t physicalButton
 }
 
 bool XInputGlobalClicks::isOwnDevice(xcb_input_device_id_t device) const {
-    const x11::Owned<xcb_input_xi_query_device_reply_t> reply(xcb_input_xi_query_device_reply(
-        connection_.get(), xcb_input_xi_query_device(connection_.get(), device), nullptr));
+    const auto reply = connection_.take<xcb_input_xi_query_device_reply_t>(
+        xcb_input_xi_query_device(connection_.get(), device));
     if (!reply) {
         return false;
     }
@@ -171,9 +172,8 @@ bool XInputGlobalClicks::isOwnDevice(xcb_input_device_id_t device) const {
 }
 
 bool XInputGlobalClicks::isOwnPlace(xcb_input_device_id_t device) const {
-    const x11::Owned<xcb_input_xi_query_pointer_reply_t> pointer(xcb_input_xi_query_pointer_reply(
-        connection_.get(),
-        xcb_input_xi_query_pointer(connection_.get(), connection_.root(), device), nullptr));
+    const auto pointer = connection_.take<xcb_input_xi_query_pointer_reply_t>(
+        xcb_input_xi_query_pointer(connection_.get(), connection_.root(), device));
     if (!pointer) {
         return false;
     }
@@ -186,10 +186,8 @@ bool XInputGlobalClicks::isOwnPlace(xcb_input_device_id_t device) const {
         if (isOwnWindow(window)) {
             return true;
         }
-        const x11::Owned<xcb_translate_coordinates_reply_t> inside(xcb_translate_coordinates_reply(
-            connection_.get(),
-            xcb_translate_coordinates(connection_.get(), connection_.root(), window, x, y),
-            nullptr));
+        const auto inside = connection_.take<xcb_translate_coordinates_reply_t>(
+            xcb_translate_coordinates(connection_.get(), connection_.root(), window, x, y));
         window = inside ? inside->child : xcb_window_t{XCB_WINDOW_NONE};
     }
     return topLevel != XCB_WINDOW_NONE && isFrameOfOwnWindow(topLevel);
@@ -209,8 +207,8 @@ bool XInputGlobalClicks::isFrameOfOwnWindow(xcb_window_t topLevel) const {
 
 xcb_window_t XInputGlobalClicks::topLevelOf(xcb_window_t window) const {
     for (int depth = 0; depth < deepestWindow; ++depth) {
-        const x11::Owned<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-            connection_.get(), xcb_query_tree(connection_.get(), window), nullptr));
+        const auto tree =
+            connection_.take<xcb_query_tree_reply_t>(xcb_query_tree(connection_.get(), window));
         if (!tree || tree->parent == XCB_WINDOW_NONE) {
             return XCB_WINDOW_NONE;
         }

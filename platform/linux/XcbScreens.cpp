@@ -26,13 +26,12 @@ XcbScreens::XcbScreens(x11::Connection& connection, EventPump& pump, TrayHost& t
         connection_, std::array<std::string_view, 2>{"_NET_WORKAREA", "_NET_CURRENT_DESKTOP"});
     workAreaAtom_ = atoms[0];
     currentDesktopAtom_ = atoms[1];
-    const auto* randr = xcb_get_extension_data(connection_.get(), &xcb_randr_id);
-    if (randr != nullptr && randr->present != 0) {
+    if (const auto* randr = connection_.extension(xcb_randr_id)) {
         // Monitors came with version 1.5; the server answers in the version that it was asked for.
         constexpr std::uint32_t major = 1;
         constexpr std::uint32_t minor = 5;
-        const x11::Owned<xcb_randr_query_version_reply_t> version(xcb_randr_query_version_reply(
-            connection_.get(), xcb_randr_query_version(connection_.get(), major, minor), nullptr));
+        const auto version = connection_.take<xcb_randr_query_version_reply_t>(
+            xcb_randr_query_version(connection_.get(), major, minor));
         if (version && (version->major_version > major || version->minor_version >= minor)) {
             randrEvent_ = randr->first_event;
             xcb_randr_select_input(
@@ -43,6 +42,7 @@ XcbScreens::XcbScreens(x11::Connection& connection, EventPump& pump, TrayHost& t
     }
     lastScreens_ = screens();
     events_ = pump.addHandler([this](const auto& event) { handle(event); });
+    recoveries_ = pump.addRecoveryHandler([this] { scheduleComparison(); });
     trayChanges_ = trayHost_.observe([this](TrayHost::Change) { scheduleComparison(); });
 }
 
@@ -66,13 +66,15 @@ SubscriptionPtr XcbScreens::observeParameterChanges(std::function<void()> handle
 }
 
 Coordinates XcbScreens::coordinates() const {
+    const std::uint64_t unanswered = connection_.unanswered();
     ScreenFacts facts;
     facts.monitors = monitors();
     facts.scale = trayHost_.scale();
-    return coordinatesFrom(facts);
+    return coordinatesFrom(connection_.unanswered() == unanswered ? facts : lastFacts_);
 }
 
 ScreenFacts XcbScreens::facts() const {
+    const std::uint64_t unanswered = connection_.unanswered();
     ScreenFacts facts;
     facts.monitors = monitors();
     facts.scale = trayHost_.scale();
@@ -83,7 +85,10 @@ ScreenFacts XcbScreens::facts() const {
     }
     // The root as the server has it now: what the connection was told at its start ages.
     facts.root = rootFrameOf(connection_, connection_.root()).value_or(RootRect{});
-    return facts;
+    if (connection_.unanswered() == unanswered) {
+        lastFacts_ = facts;
+    }
+    return lastFacts_;
 }
 
 std::vector<Monitor> XcbScreens::monitors() const {
@@ -94,9 +99,8 @@ std::vector<Monitor> XcbScreens::monitors() const {
         }
         return result;
     }
-    const x11::Owned<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
-        connection_.get(), xcb_randr_get_monitors(connection_.get(), connection_.root(), 1),
-        nullptr));
+    const auto reply = connection_.take<xcb_randr_get_monitors_reply_t>(
+        xcb_randr_get_monitors(connection_.get(), connection_.root(), 1));
     if (!reply) {
         return result;
     }
@@ -127,8 +131,8 @@ std::optional<RootRect> XcbScreens::workArea() const {
 }
 
 std::optional<ScreenPoint> XcbScreens::focusedPoint() const {
-    const x11::Owned<xcb_get_input_focus_reply_t> focus(xcb_get_input_focus_reply(
-        connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    const auto focus =
+        connection_.take<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_.get()));
     // None and PointerRoot are no windows.
     if (!focus || focus->focus <= XCB_INPUT_FOCUS_POINTER_ROOT ||
         focus->focus == connection_.root()) {

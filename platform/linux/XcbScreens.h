@@ -25,6 +25,7 @@ public:
     [[nodiscard]] Coordinates coordinates() const;
 
 private:
+    // What was so last when the server does not answer.
     [[nodiscard]] ScreenFacts facts() const;
     [[nodiscard]] std::vector<Monitor> monitors() const;
     [[nodiscard]] std::optional<RootRect> workArea() const;
@@ -41,9 +42,11 @@ private:
     // The first event of RandR; 0 without RandR.
     std::uint8_t randrEvent_ = 0;
     std::vector<Screen> lastScreens_;
+    mutable ScreenFacts lastFacts_;
     bool comparisonIsScheduled_ = false;
     HandlerList<> observers_;
     SubscriptionPtr events_;
+    SubscriptionPtr recoveries_;
     SubscriptionPtr trayChanges_;
     Lifetime lifetime_;
 };

@@ -1,6 +1,7 @@
 #include "platform/posix/PrivateFile.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <system_error>
 #include <vector>
@@ -82,6 +83,23 @@ int writeAll(int descriptor, std::string_view content) {
     return ::fsync(descriptor) == 0 ? 0 : errno;
 }
 
+// StopSignals ends the program only once the file is written.
+class NoDeadline {
+public:
+    NoDeadline() {
+        sigset_t deadline;
+        sigemptyset(&deadline);
+        sigaddset(&deadline, SIGALRM);
+        ::pthread_sigmask(SIG_BLOCK, &deadline, &before_);
+    }
+    NoDeadline(const NoDeadline&) = delete;
+    NoDeadline& operator=(const NoDeadline&) = delete;
+    ~NoDeadline() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+private:
+    sigset_t before_{};
+};
+
 } // namespace
 
 std::optional<std::string> readFile(const std::filesystem::path& path, std::size_t byteLimit) {
@@ -113,6 +131,7 @@ std::optional<std::string> readFile(const std::filesystem::path& path, std::size
 }
 
 std::string writeFileAtomically(const std::filesystem::path& path, std::string_view content) {
+    const NoDeadline noDeadline;
     if (const int error = makeFolders(path.parent_path()); error != 0) {
         return reason(error);
     }

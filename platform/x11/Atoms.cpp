@@ -13,8 +13,7 @@ void internAtoms(const Connection& connection, std::span<const std::string_view>
                                           static_cast<std::uint16_t>(name.size()), name.data()));
     }
     for (std::size_t i = 0; i < cookies.size(); ++i) {
-        const Owned<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(connection.get(), cookies[i], nullptr));
+        const auto reply = connection.take<xcb_intern_atom_reply_t>(cookies[i]);
         result[i] = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     }
 }

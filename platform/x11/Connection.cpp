@@ -1,8 +1,14 @@
 #include "platform/x11/Connection.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdlib>
+#include <utility>
 
+#include <poll.h>
 #include <xcb/xcb_aux.h>
+#include <xcb/xcbext.h>
 
 namespace pelistra::x11 {
 
@@ -48,6 +54,8 @@ std::unique_ptr<Connection> Connection::open(const std::string& displayName, Fai
         failure.message = reasonFor(XCB_CONN_CLOSED_INVALID_SCREEN, display);
         return nullptr;
     }
+    // Asked for when a large request is first sent, which must not have to wait for it.
+    xcb_prefetch_maximum_request_length(connection);
     return std::unique_ptr<Connection>(new Connection(connection, screen, screenNumber));
 }
 
@@ -77,6 +85,100 @@ void Connection::flush() const {
 
 bool Connection::isAlive() const {
     return xcb_connection_has_error(connection_) == 0;
+}
+
+void Connection::setPatience(std::chrono::milliseconds patience, int stopDescriptor) {
+    patience_ = patience;
+    stopDescriptor_ = stopDescriptor;
+}
+
+Connection::Answer Connection::await(unsigned sequence, TimePoint deadline) const {
+    if (isStalled()) {
+        ++unanswered_;
+        xcb_discard_reply(connection_, sequence);
+        return {};
+    }
+    flush();
+    Answer answer;
+    xcb_generic_error_t* error = nullptr;
+    while (xcb_poll_for_reply(connection_, sequence, &answer.reply, &error) == 0) {
+        if (!waitForInput(deadline)) {
+            ++unanswered_;
+            owed_ = sequence;
+            return {};
+        }
+    }
+    const ErrorPtr ownedError(error);
+    answer.hasCome = isAlive();
+    return answer;
+}
+
+bool Connection::waitForInput(TimePoint deadline) const {
+    using std::chrono::milliseconds;
+    std::array<pollfd, 2> descriptors{
+        pollfd{.fd = fileDescriptor(), .events = POLLIN, .revents = 0},
+        pollfd{.fd = stopDescriptor_, .events = POLLIN, .revents = 0}};
+    while (true) {
+        const auto left =
+            std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+        const int ready = ::poll(descriptors.data(), descriptors.size(),
+                                 static_cast<int>(std::max<milliseconds::rep>(left.count(), 0)));
+        if (ready > 0) {
+            return descriptors[0].revents != 0;
+        }
+        if (ready == 0 || errno != EINTR) {
+            return false;
+        }
+    }
+}
+
+bool Connection::isStalled() const {
+    if (!owed_) {
+        return false;
+    }
+    void* reply = nullptr;
+    xcb_generic_error_t* error = nullptr;
+    if (xcb_poll_for_reply(connection_, *owed_, &reply, &error) == 0) {
+        return true;
+    }
+    const Owned<void> ownedReply(reply);
+    const ErrorPtr ownedError(error);
+    owed_.reset();
+    hasRecovered_ = true;
+    return false;
+}
+
+bool Connection::hasRecovered() const {
+    return !isStalled() && std::exchange(hasRecovered_, false);
+}
+
+bool Connection::hasAccepted(xcb_void_cookie_t cookie) const {
+    // With the answer to a later question there is an error of this one, or none.
+    if (!sync()) {
+        xcb_discard_reply(connection_, cookie.sequence);
+        return false;
+    }
+    void* reply = nullptr;
+    xcb_generic_error_t* rawError = nullptr;
+    static_cast<void>(xcb_poll_for_reply(connection_, cookie.sequence, &reply, &rawError));
+    const ErrorPtr error(rawError);
+    return error == nullptr;
+}
+
+bool Connection::sync() const {
+    return take<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_)) != nullptr;
+}
+
+const xcb_query_extension_reply_t* Connection::extension(xcb_extension_t& extension) const {
+    if (std::ranges::find(knownExtensions_, &extension) == knownExtensions_.end()) {
+        xcb_prefetch_extension_data(connection_, &extension);
+        if (!sync()) {
+            return nullptr;
+        }
+        knownExtensions_.push_back(&extension);
+    }
+    const auto* const data = xcb_get_extension_data(connection_, &extension);
+    return data != nullptr && data->present != 0 ? data : nullptr;
 }
 
 Connection::Visual Connection::visual(xcb_visualid_t id) const {

@@ -2,15 +2,30 @@
 
 #include "platform/x11/Handles.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace pelistra::x11 {
 
 // A connection to the X server, closed on destruction. Never null: opening one that fails says why.
+//
+// Answers are waited for with a bound, so that a server that is grabbed, stopped or busy costs the
+// answer and never freezes the program. Nobody else waits for the server: what XCB and its utility
+// libraries offer for that knows no bound.
 class Connection {
 public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    // How long one answer is waited for. A user notices a longer halt, and a server that does not
+    // answer for so long is grabbed or stopped.
+    static constexpr std::chrono::milliseconds usualPatience{1000};
+    // The same while a program starts: it needs all answers, and has nothing else to do.
+    static constexpr std::chrono::milliseconds startPatience{60'000};
+
     struct Failure {
         // A sentence for the user, naming the display.
         std::string message;
@@ -45,6 +60,40 @@ public:
     // False once the server has gone or has refused the connection.
     [[nodiscard]] bool isAlive() const;
 
+    // How long one answer is waited for from now on; at first it is usualPatience. A wait also ends
+    // when there is something to read from `stopDescriptor`, if it is not -1.
+    void setPatience(std::chrono::milliseconds patience, int stopDescriptor = -1);
+    // The answer to a request whose errors come with its answer (not an _unchecked one). Null when
+    // the server answered with an error, or not in time.
+    template <class Reply, class Cookie>
+    [[nodiscard]] Owned<Reply> take(Cookie cookie) const {
+        return Owned<Reply>(static_cast<Reply*>(await(cookie.sequence, deadline()).reply));
+    }
+    // Whether the server has carried out a _checked request that has no answer.
+    [[nodiscard]] bool hasAccepted(xcb_void_cookie_t cookie) const;
+    // Whether the server has handled everything that was sent until now.
+    bool sync() const; // NOLINT(modernize-use-nodiscard): it can be enough to have waited
+    // An extension that the server has; null for others, or when it did not answer.
+    [[nodiscard]] const xcb_query_extension_reply_t* extension(xcb_extension_t& extension) const;
+
+    // True while the server still owes an answer that was waited for in vain. All further waits end
+    // at once then, since answers come in their order.
+    [[nodiscard]] bool isStalled() const;
+    // How many answers did not come in time so far. While several questions leave it unchanged,
+    // what is missing among their answers is missing on the server too.
+    [[nodiscard]] std::uint64_t unanswered() const { return unanswered_; }
+    // True once after each time that the server was stalled, when it answers again: what was asked
+    // meanwhile has to be asked once more.
+    [[nodiscard]] bool hasRecovered() const;
+
+    // The answer that was waited for, or whether none came in time; for x11::Replies.
+    struct Answer {
+        // Memory for the caller to free; null for an error.
+        void* reply = nullptr;
+        bool hasCome = false;
+    };
+    [[nodiscard]] Answer await(unsigned sequence, TimePoint deadline) const;
+
     // The visual with the given id on this screen and its depth; null type when there is none.
     struct Visual {
         const xcb_visualtype_t* type = nullptr;
@@ -60,9 +109,22 @@ private:
     Connection(xcb_connection_t* connection, xcb_screen_t* screen, int screenNumber)
         : connection_(connection), screen_(screen), screenNumber_(screenNumber) {}
 
+    [[nodiscard]] TimePoint deadline() const {
+        return std::chrono::steady_clock::now() + patience_;
+    }
+    // Whether the server said something before that time.
+    [[nodiscard]] bool waitForInput(TimePoint deadline) const;
+
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;
     int screenNumber_;
+    std::chrono::milliseconds patience_ = usualPatience;
+    int stopDescriptor_ = -1;
+    // What the server has and has not said so far: no part of what this object is to its users.
+    mutable std::optional<unsigned> owed_;
+    mutable std::uint64_t unanswered_ = 0;
+    mutable bool hasRecovered_ = false;
+    mutable std::vector<const xcb_extension_t*> knownExtensions_;
 };
 
 } // namespace pelistra::x11

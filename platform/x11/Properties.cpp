@@ -14,11 +14,7 @@ PropertyRequest requestProperty(const Connection& connection, xcb_window_t windo
 }
 
 std::optional<PropertyValue> readProperty(const Connection& connection, PropertyRequest request) {
-    xcb_generic_error_t* rawError = nullptr;
-    const Owned<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection.get(), request.cookie, &rawError));
-    const ErrorPtr error(rawError);
-    return propertyValue(reply.get());
+    return propertyValue(connection.take<xcb_get_property_reply_t>(request.cookie).get());
 }
 
 std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply) {

@@ -52,7 +52,8 @@ struct PropertyValue {
     [[nodiscard]] std::vector<std::string> texts() const;
 };
 
-// Waits for the answer. Empty when the window is gone or has no such property.
+// Waits for the answer. Empty when the window is gone, has no such property, or the server did not
+// answer in time.
 [[nodiscard]] std::optional<PropertyValue> readProperty(const Connection& connection,
                                                         PropertyRequest request);
 

@@ -4,12 +4,11 @@
 
 #include <chrono>
 #include <cstdint>
-#include <optional>
 
 namespace pelistra::x11 {
 
-// Answers of the X server that are waited for with a bound, so that a server that is grabbed,
-// stopped or busy costs a failed task and never a frozen program. One object per connection.
+// Answers of the X server for a task that may wait for a bounded time altogether, where a question
+// alone would take them from the connection.
 //
 // A task begins with begin(), sends its requests in batches and takes every answer with take(): the
 // answers of one batch cost one round trip together when all of its requests are sent before the
@@ -36,16 +35,12 @@ public:
 
 private:
     [[nodiscard]] void* takeRaw(unsigned sequence);
-    [[nodiscard]] bool waitForInput() const;
-    void fail(unsigned sequence);
 
     const Connection* connection_;
-    std::chrono::steady_clock::time_point deadline_;
+    Connection::TimePoint deadline_;
     std::uint64_t written_ = 0;
     int roundTrips_ = 0;
     bool failed_ = false;
-    // The first answer that a failed task was waiting for.
-    std::optional<unsigned> owed_;
 };
 
 } // namespace pelistra::x11

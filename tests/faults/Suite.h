@@ -24,6 +24,7 @@ struct Fault {
 [[nodiscard]] std::vector<Fault> killFaults();
 [[nodiscard]] std::vector<Fault> clientFaults();
 [[nodiscard]] std::vector<Fault> stopFaults();
+[[nodiscard]] std::vector<Fault> signalFaults();
 [[nodiscard]] std::vector<Fault> clickFaults();
 [[nodiscard]] std::vector<Fault> screenFaults();
 [[nodiscard]] std::vector<Fault> fileFaults();

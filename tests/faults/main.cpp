@@ -31,8 +31,8 @@ bool tryAll(bool isShort, std::string_view text) {
     using namespace pelistra::testing;
     Suite suite;
     // What needs a server of its own kind comes last.
-    for (auto faults : {killFaults(), clientFaults(), stopFaults(), clickFaults(), fileFaults(),
-                        diskFaults(), clockFaults(), screenFaults()}) {
+    for (auto faults : {killFaults(), clientFaults(), stopFaults(), signalFaults(), clickFaults(),
+                        fileFaults(), diskFaults(), clockFaults(), screenFaults()}) {
         std::erase_if(faults, [&](const Fault& fault) {
             return (isShort && !fault.isInShortForm) || fault.name.find(text) == std::string::npos;
         });

@@ -5,6 +5,7 @@
 #include "tests/house/Includes.h"
 #include "tests/house/Packages.h"
 #include "tests/house/Sources.h"
+#include "tests/house/Waits.h"
 
 #include <algorithm>
 #include <fstream>
@@ -83,6 +84,25 @@ TEST(HouseTests, EveryKindOfForeignIncludeIsSeen) {
         EXPECT_THAT(foreignIncludes(directive, Layer::Core), IsEmpty()) << directive;
     }
     EXPECT_THAT(foreignIncludes("#include \"overflow/OverflowItem.h\"", Layer::Seam), SizeIs(1));
+}
+
+TEST(HouseTests, NobodyWaitsForTheServerWithoutABound) {
+    EXPECT_THAT(endlessWaitsOfTree(sourceFolder), IsEmpty());
+}
+
+TEST(HouseTests, EndlessWaitsAreFound) {
+    for (const char* call :
+         {"xcb_get_geometry_reply(x, cookie, nullptr)", "xcb_input_xi_query_device_reply (x, c, 0)",
+          "xcb_wait_for_event(x)", "xcb_wait_for_reply(x, 1, nullptr)", "xcb_request_check(x, c)",
+          "xcb_aux_sync(x)", "xcb_get_extension_data(x, &xcb_randr_id)",
+          "xcb_render_util_query_formats(x)"}) {
+        EXPECT_THAT(endlessWaits(call), SizeIs(1)) << call;
+    }
+    for (const char* call :
+         {"connection.take<xcb_get_geometry_reply_t>(cookie)", "xcb_poll_for_reply(x, 1, &a, &b)",
+          "xcb_discard_reply(x, 1)", "xcb_get_geometry(x, window)"}) {
+        EXPECT_THAT(endlessWaits(call), IsEmpty()) << call;
+    }
 }
 
 TEST(HouseTests, TheCoreLinksNothing) {

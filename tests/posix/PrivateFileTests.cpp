@@ -1,14 +1,18 @@
 #include "platform/posix/PrivateFile.h"
 
+#include "platform/posix/StopSignals.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -29,6 +33,7 @@ struct Calls {
     std::vector<std::string> list;
     int fsyncError = 0;
     int renameError = 0;
+    std::chrono::milliseconds fsyncTime{};
 };
 
 Calls& calls() {
@@ -69,6 +74,22 @@ protected:
     TemporaryFolder folder_;
     fs::path path_ = folder_.path() / "one" / "two" / "file";
 };
+
+TEST_F(PrivateFileTest, IsWrittenToItsEndWhenTheProgramMustEndMeanwhile) {
+    calls().fsyncTime = posix::StopSignals::patience;
+    EXPECT_EXIT(
+        {
+            posix::StopSignals signals;
+            signals.begin();
+            ::raise(SIGTERM);
+            static_cast<void>(write("last words"));
+            // The deadline was held off until now.
+            ::_exit(1);
+        },
+        ::testing::ExitedWithCode(0), "");
+    EXPECT_EQ(contentOf(path_), "last words");
+    EXPECT_THAT(namesIn(path_.parent_path()), ElementsAre("file"));
+}
 
 // A umask that lets everybody in, or not even oneself.
 class UmaskAs {
@@ -200,6 +221,7 @@ int __wrap_fsync(int descriptor) {
         errno = calls.fsyncError;
         return -1;
     }
+    std::this_thread::sleep_for(calls.fsyncTime);
     return __real_fsync(descriptor);
 }
 

@@ -50,6 +50,10 @@ SubscriptionPtr EventPump::addEarlyHandler(Handler handler) {
     return earlyHandlers_.add(std::move(handler));
 }
 
+SubscriptionPtr EventPump::addRecoveryHandler(std::function<void()> handler) {
+    return recoveryHandlers_.add(std::move(handler));
+}
+
 void EventPump::setConnectionLostHandler(std::function<void()> handler) {
     connectionLost_ = std::move(handler);
 }
@@ -62,7 +66,8 @@ bool EventPump::isReady() {
             waiting_.push_back(std::move(event));
         }
     }
-    return !waiting_.empty() || !connection_.isAlive();
+    hasRecovered_ = hasRecovered_ || connection_.hasRecovered();
+    return !waiting_.empty() || hasRecovered_ || !connection_.isAlive();
 }
 
 x11::EventPtr EventPump::read() {
@@ -93,6 +98,9 @@ bool EventPump::drain() {
         if (event) {
             dispatch(*event);
         }
+    }
+    if (connection_.hasRecovered() || std::exchange(hasRecovered_, false)) {
+        recoveryHandlers_.call();
     }
     connection_.flush();
     if (!connection_.isAlive()) {

@@ -35,6 +35,10 @@ public:
     // turn comes. It must do no more than take note.
     [[nodiscard]] SubscriptionPtr addEarlyHandler(Handler handler);
 
+    // Calls the handler when the server answers again after it was stalled: whoever got no answer
+    // meanwhile asks once more.
+    [[nodiscard]] SubscriptionPtr addRecoveryHandler(std::function<void()> handler);
+
     // What happens, once, when the server has gone.
     void setConnectionLostHandler(std::function<void()> handler);
 
@@ -69,6 +73,9 @@ private:
     Logger logger_;
     HandlerList<const xcb_generic_event_t&> handlers_;
     HandlerList<const xcb_generic_event_t&> earlyHandlers_;
+    HandlerList<> recoveryHandlers_;
+    // Noticed, and not told yet.
+    bool hasRecovered_ = false;
     // Read, and not dispatched yet.
     std::deque<x11::EventPtr> waiting_;
     std::function<void()> connectionLost_;

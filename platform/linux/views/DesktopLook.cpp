@@ -27,6 +27,7 @@ DesktopLook::DesktopLook(const x11::Connection& connection, EventPump& pump, Pub
     property_ = atoms[1];
     managerMessage_ = atoms[2];
     events_ = pump.addHandler([this](const xcb_generic_event_t& event) { handle(event); });
+    recoveries_ = pump.addRecoveryHandler([this] { findManager(); });
     findManager();
 }
 
@@ -52,9 +53,12 @@ void DesktopLook::handle(const xcb_generic_event_t& event) {
 }
 
 void DesktopLook::findManager() {
-    const x11::Owned<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        connection_.get(), xcb_get_selection_owner(connection_.get(), selection_), nullptr));
-    manager_ = owner ? owner->owner : xcb_window_t{XCB_WINDOW_NONE};
+    const auto owner = connection_.take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection_.get(), selection_));
+    if (!owner) {
+        return;
+    }
+    manager_ = owner->owner;
     if (manager_ == XCB_WINDOW_NONE) {
         return;
     }

@@ -21,7 +21,7 @@ public:
 
 private:
     void handle(const xcb_generic_event_t& event);
-    // Finds the manager anew and reads what it publishes.
+    // Finds the manager anew and reads what it publishes; all stays as it is without an answer.
     void findManager();
     void read();
 
@@ -32,6 +32,7 @@ private:
     xcb_atom_t managerMessage_ = XCB_ATOM_NONE;
     xcb_window_t manager_ = XCB_WINDOW_NONE;
     SubscriptionPtr events_;
+    SubscriptionPtr recoveries_;
 };
 
 } // namespace pelistra::desktop

@@ -15,6 +15,8 @@ namespace pelistra::testing {
     if (!connection) {
         throw std::runtime_error(failure.message);
     }
+    // A test waits as long as a busy machine needs.
+    connection->setPatience(x11::Connection::startPatience);
     return connection;
 }
 

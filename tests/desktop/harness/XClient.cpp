@@ -29,6 +29,7 @@ std::unique_ptr<x11::Connection> openConnection(const std::string& display) {
     if (!connection) {
         throw std::runtime_error(failure.message);
     }
+    connection->setPatience(x11::Connection::startPatience);
     return connection;
 }
 
