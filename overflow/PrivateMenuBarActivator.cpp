@@ -49,13 +49,15 @@ PrivateMenuBarActivator::addressedEvent(EventSource& source, EventType type, Poi
 bool PrivateMenuBarActivator::post(const OverflowItem& item, const MouseEvent& down,
                                    const MouseEvent& up) const {
     const ScreenPoint before = application_.mouseLocation();
-    const bool posted =
-        eventPosting_.postToPid(item.ownerPID, down) && eventPosting_.postToPid(item.ownerPID, up);
+    // Whoever got the first one waits for the second, so what became of it decides nothing.
+    const bool downIsPosted = eventPosting_.postToPid(item.ownerPID, down);
+    const bool upIsPosted = eventPosting_.postToPid(item.ownerPID, up);
     if (application_.mouseLocation() != before) {
         logger_.fault(
             "Targeted activation unexpectedly changed pointer position; disabling this result");
         return false;
     }
+    const bool posted = downIsPosted && upIsPosted;
     if (posted) {
         logger_.info("Posted a PID-scoped click to window " + std::to_string(item.id));
     }

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <mutex>
 #include <string>
 #include <utility>
 
@@ -43,14 +42,10 @@ std::string ownerNameOf(std::optional<std::string> reported,
 
 std::shared_ptr<PrivateMenuBarBridge>
 PrivateMenuBarBridge::shared(const OverflowServices& services) {
-    static std::mutex mutex;
-    static std::weak_ptr<PrivateMenuBarBridge> instance;
-    const std::scoped_lock lock(mutex);
-    auto bridge = instance.lock();
-    if (!bridge) {
-        bridge = std::make_shared<PrivateMenuBarBridge>(services);
-        instance = bridge;
-    }
+    // Kept for good: at the end of the process the services that it closes its library with are
+    // gone.
+    static const auto& bridge =
+        *new auto(std::make_shared<PrivateMenuBarBridge>(services)); // NOLINT(*-owning-memory)
     return bridge;
 }
 

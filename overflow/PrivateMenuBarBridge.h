@@ -17,8 +17,9 @@ namespace pelistra {
 // bridge stays usable and knows no windows.
 class PrivateMenuBarBridge {
 public:
-    // The bridge that the whole process shares, made by the first call and kept for as long as
-    // anybody holds it. The services count only in the call that makes it.
+    // The bridge that the whole process shares, made by the first call and kept until the process
+    // ends. The services count only in the call that makes it, and nobody uses the bridge once they
+    // are gone.
     [[nodiscard]] static std::shared_ptr<PrivateMenuBarBridge>
     shared(const OverflowServices& services);
 

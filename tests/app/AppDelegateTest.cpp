@@ -64,7 +64,7 @@ protected:
         press(guide.content->body(), "开始使用 Pelistra");
     }
 
-    FakePlatform fake_;
+    FakePlatform& fake_ = freshPlatform();
     std::optional<AppDelegate> delegate_;
 };
 

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -401,30 +403,35 @@ TEST_F(PrivateMenuBarBridgeTest, WindowFrameIsEmptyWhenTheServerRefuses) {
     EXPECT_THAT(log.lines, IsEmpty());
 }
 
-TEST_F(PrivateMenuBarBridgeTest, SharedBridgeIsMadeOnceForAllThreads) {
-    std::vector<std::shared_ptr<PrivateMenuBarBridge>> bridges(8);
-    {
-        std::vector<std::jthread> threads;
-        for (auto& bridge : bridges) {
-            threads.emplace_back(
-                [this, &bridge] { bridge = PrivateMenuBarBridge::shared(services()); });
-        }
-    }
-    EXPECT_THAT(bridges, Each(Eq(bridges.front())));
-    EXPECT_THAT(journal.entriesStartingWith("dlopen"), SizeIs(1));
-}
-
-TEST_F(PrivateMenuBarBridgeTest, SharedBridgeIsMadeOnce) {
-    auto first = PrivateMenuBarBridge::shared(services());
-    const auto second = PrivateMenuBarBridge::shared(services());
-    EXPECT_EQ(first, second);
-    first.reset();
-    EXPECT_EQ(PrivateMenuBarBridge::shared(services()), second);
-    EXPECT_THAT(journal.entriesStartingWith("dlopen"), SizeIs(1));
-    EXPECT_THAT(journal.entriesStartingWith("dlclose"), IsEmpty());
-}
-
 using PrivateMenuBarBridgeDeathTest = PrivateMenuBarBridgeTest;
+
+// In a process of its own, since it lasts as long as that.
+TEST_F(PrivateMenuBarBridgeDeathTest, SharedBridgeIsMadeOnceForAllThreadsAndNeverGoes) {
+    EXPECT_EXIT(
+        {
+            static const Journal& calls = journal;
+            // Runs after everything that was made later has gone.
+            std::atexit([] {
+                if (calls.entriesStartingWith("dlopen").size() != 1 ||
+                    !calls.entriesStartingWith("dlclose").empty()) {
+                    std::_Exit(EXIT_FAILURE);
+                }
+            });
+            std::vector<const PrivateMenuBarBridge*> bridges(8);
+            {
+                std::vector<std::jthread> threads;
+                for (auto& bridge : bridges) {
+                    threads.emplace_back([this, &bridge] {
+                        bridge = PrivateMenuBarBridge::shared(services()).get();
+                    });
+                }
+            }
+            const auto* const later = PrivateMenuBarBridge::shared(services()).get();
+            const bool isOne = std::ranges::count(bridges, later) == std::ssize(bridges);
+            std::exit(isOne ? EXIT_SUCCESS : EXIT_FAILURE);
+        },
+        ::testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
 
 TEST_F(PrivateMenuBarBridgeDeathTest, WindowNumberListedTwiceIsFatal) {
     place(1, clockPid, 10);

@@ -19,6 +19,8 @@
 #include "tests/platform/FakeWindows.h"
 #include "tests/platform/Journal.h"
 
+#include <optional>
+
 namespace pelistra::testing {
 
 // All of the fakes over one journal, as the platform that the core is handed.
@@ -69,5 +71,12 @@ struct FakePlatform {
         }
     }
 };
+
+// Fakes for the test that begins, in the place of the last one's: what is made once for the whole
+// process, the shared bridge, refers to the fakes of the first test.
+[[nodiscard]] inline FakePlatform& freshPlatform() {
+    static std::optional<FakePlatform> platform;
+    return platform.emplace();
+}
 
 } // namespace pelistra::testing

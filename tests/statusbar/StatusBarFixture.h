@@ -75,7 +75,7 @@ protected:
     // The log lines of the controller: level and text.
     [[nodiscard]] std::vector<std::string> logged() const;
 
-    FakePlatform fake_;
+    FakePlatform& fake_ = freshPlatform();
     std::vector<Icon> icons_;
     std::unique_ptr<StatusBarController> controller_;
     int settingsShown_ = 0;
