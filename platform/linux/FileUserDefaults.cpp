@@ -79,8 +79,9 @@ bool FileUserDefaults::hasObject(std::string_view key) const {
 
 bool FileUserDefaults::boolForKey(std::string_view key) const {
     const auto found = value(key);
+    // As on the other system, a number counts as true when it is not 0.
     const bool* flag = found ? std::get_if<bool>(&*found) : nullptr;
-    return flag != nullptr && *flag;
+    return flag != nullptr ? *flag : numberForKey(key).value_or(0) != 0;
 }
 
 std::optional<double> FileUserDefaults::numberForKey(std::string_view key) const {

@@ -87,13 +87,23 @@ TEST_F(FileUserDefaultsTest, TheFileIsPrivate) {
 }
 
 TEST_F(FileUserDefaultsTest, AValueOfAnotherTypeReadsAsNone) {
-    write("\"number\" = 1\n\"text\" = \"true\"\n\"flag\" = true\n");
+    write("\"text\" = \"true\"\n\"flag\" = true\n");
     const auto defaults = open();
     EXPECT_TRUE(defaults->hasObject("text"));
-    EXPECT_FALSE(defaults->boolForKey("number"));
     EXPECT_FALSE(defaults->boolForKey("text"));
     EXPECT_EQ(defaults->numberForKey("flag"), std::nullopt);
     EXPECT_EQ(defaults->numberForKey("text"), std::nullopt);
+}
+
+TEST_F(FileUserDefaultsTest, ANumberIsTrueWhenItIsNotZero) {
+    write("\"one\" = 1\n\"half\" = 0.5\n\"less\" = -2\n\"none\" = 0\n\"never\" = -0.0\n");
+    const auto defaults = open();
+    for (const char* key : {"one", "half", "less"}) {
+        EXPECT_TRUE(defaults->boolForKey(key)) << key;
+    }
+    for (const char* key : {"none", "never", "absent"}) {
+        EXPECT_FALSE(defaults->boolForKey(key)) << key;
+    }
 }
 
 TEST_F(FileUserDefaultsTest, ANumberThatCannotBeWrittenIsNotKept) {
