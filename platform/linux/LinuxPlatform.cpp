@@ -7,6 +7,7 @@
 #include "platform/linux/DisplayScale.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/MenuBarStarter.h"
+#include "platform/linux/PanelLook.h"
 #include "platform/linux/QtApplication.h"
 #include "platform/linux/QtImages.h"
 #include "platform/linux/QtPanels.h"
@@ -112,7 +113,7 @@ struct LinuxPlatform::Services {
           defaults(defaultsPath(), mainQueue, log), trayHost(connection, pump, log),
           screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)),
-          desktopLook(connection, pump, look), windows(viewServices(), connection),
+          desktopLook(connection, pump, look), windows(viewServices(look), connection),
           iconAtoms(connection), canvas(connection), toolTip(connection),
           statusBar({.connection = connection,
                      .trayHost = trayHost,
@@ -152,14 +153,14 @@ struct LinuxPlatform::Services {
         return std::make_unique<Clicks>(std::move(own), trayLook, mainQueue, log);
     }
 
-    [[nodiscard]] ViewServices viewServices() {
+    [[nodiscard]] ViewServices viewServices(Published<Look>& shownIn) {
         return {.mainQueue = mainQueue,
                 .application = application,
                 .handleEvent =
                     [this](const Event& event, const std::function<void()>& block) {
                         application.handleEvent(event, block);
                     },
-                .look = look};
+                .look = shownIn};
     }
 
     [[nodiscard]] PanelServices panelServices(const x11::Connection& connection) {
@@ -167,12 +168,12 @@ struct LinuxPlatform::Services {
                 .coordinates = [this] { return screens.coordinates(); },
                 .contentWidget =
                     [this](std::shared_ptr<ui::Content> content, bool translucent) {
-                        auto widget =
-                            std::make_unique<ContentWidget>(std::move(content), viewServices());
+                        auto widget = std::make_unique<ContentWidget>(std::move(content),
+                                                                      viewServices(barLook));
                         widget->setMaterialTranslucent(translucent);
                         return widget;
                     },
-                .look = look};
+                .look = barLook};
     }
 
     [[nodiscard]] EventPosting& eventPosting() {
@@ -200,6 +201,8 @@ struct LinuxPlatform::Services {
     QtImages images;
     Published<Look> look;
     DesktopLook desktopLook;
+    Published<Look> barLook;
+    PanelLook panelLook{trayHost, look, barLook};
     QtWindows windows;
     TrayIconAtoms iconAtoms;
     WindowCanvas canvas;

@@ -4,6 +4,7 @@ pkg_check_modules(XCB_DOCK REQUIRED IMPORTED_TARGET xcb xcb-shape xcb-xinput)
 target_sources(pelistra_linux PRIVATE
     AutostartLoginItem.cpp
     MenuBarStarter.cpp
+    PanelLook.cpp
     PanelOutline.cpp
     PanelWindow.cpp
     QtPanels.cpp
