@@ -1,5 +1,7 @@
 #include "platform/linux/PointerDevice.h"
 
+#include "platform/posix/Environment.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -30,12 +32,6 @@ constexpr std::uint8_t deviceButtonRelease = 4;
 constexpr std::uint8_t leftButton = 1;
 constexpr xcb_input_device_id_t allDevices = 0;
 
-std::string hostName() {
-    constexpr std::size_t longestName = 256;
-    std::array<char, longestName> name{};
-    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
-}
-
 xcb_input_fp1616_t fixed(int value) {
     constexpr int fractionBits = 16;
     return static_cast<xcb_input_fp1616_t>(static_cast<std::uint32_t>(value) << fractionBits);
@@ -44,7 +40,7 @@ xcb_input_fp1616_t fixed(int value) {
 } // namespace
 
 PointerDevice::PointerDevice(const x11::Connection& connection, x11::Replies& replies)
-    : connection_(&connection), replies_(&replies), host_(hostName()) {
+    : connection_(&connection), replies_(&replies), host_(posix::hostName()) {
     const auto* const input = connection.extension(xcb_input_id);
     if (input == nullptr || connection.extension(xcb_test_id) == nullptr) {
         return;

@@ -1,5 +1,6 @@
 #include "platform/linux/TrayIconWindow.h"
 
+#include "platform/posix/Environment.h"
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Properties.h"
 
@@ -77,6 +78,10 @@ void TrayIconWindow::describe(const Traits& traits) {
     setTextAs(atoms_[TrayIconAtoms::NetWmName], atoms_[TrayIconAtoms::Utf8String]);
     x11::setText(connection_, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
                  traits.name + std::string("\0Pelistra\0"sv));
+    // Whoever cannot ask the server whose window it is has to know on which machine the process
+    // runs.
+    x11::setText(connection_, window_, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING,
+                 posix::hostName());
     const auto processId = static_cast<std::uint32_t>(::getpid());
     x11::setWords(connection_, window_, atoms_[TrayIconAtoms::NetWmPid], XCB_ATOM_CARDINAL,
                   std::array{processId});

@@ -2,6 +2,7 @@
 
 #include "platform/linux/ScreenLayout.h"
 #include "platform/linux/TrayLookText.h"
+#include "platform/posix/Environment.h"
 #include "platform/x11/Atoms.h"
 #include "platform/x11/PublishedItems.h"
 
@@ -15,7 +16,6 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include <unistd.h>
 #include <xcb/randr.h>
 #include <xcb/res.h>
 
@@ -28,12 +28,6 @@ constexpr std::uint32_t nameByteLimit = 1024;
 // Two looks at one moment, as one refresh takes them, are one look. The bar needs longer to react
 // to anything.
 constexpr std::chrono::milliseconds oneMoment{1};
-
-std::string ownHostName() {
-    constexpr std::size_t longestName = 256;
-    std::array<char, longestName> name{};
-    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
-}
 
 // The primary monitor; the first one when none is marked as primary.
 RootRect primaryOf(const xcb_randr_get_monitors_reply_t& monitors) {
@@ -122,7 +116,7 @@ struct TrayLook::Batch {
 TrayLook::TrayLook(const x11::Connection& connection, ChangesHeard changesHeard,
                    std::chrono::milliseconds longestTrust)
     : connection_(&connection), changesHeard_(std::move(changesHeard)), longestTrust_(longestTrust),
-      replies_(connection), hostName_(ownHostName()) {
+      replies_(connection), hostName_(posix::hostName()) {
     const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection.screenNumber());
     const std::array<std::string_view, static_cast<std::size_t>(Name::Count)> names{
         selection,

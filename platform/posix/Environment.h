@@ -1,8 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+
+#include <unistd.h>
 
 namespace pelistra::posix {
 
@@ -19,6 +23,14 @@ namespace pelistra::posix {
 [[nodiscard]] inline std::filesystem::path environmentPath(const char* name) {
     const std::filesystem::path path = environmentText(name);
     return path.is_absolute() ? path : std::filesystem::path();
+}
+
+// The name of this machine, as programs give it for the windows that they make on it; empty when it
+// has none.
+[[nodiscard]] inline std::string hostName() {
+    constexpr std::size_t longestName = 256;
+    std::array<char, longestName> name{};
+    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
 } // namespace pelistra::posix

@@ -196,9 +196,18 @@ void PrivateDisplay::startServer(const Options& options) {
 // Each server picks a free display by itself and writes its number to its standard output.
 
 std::unique_ptr<ChildProcess> PrivateDisplay::startVirtual(const Options& options) {
-    return start({"Xvfb", "-displayfd", "1", "-screen", "0", sizeOf(options) + "x24", "-dpi",
-                  std::to_string(options.dpi), "-nolisten", "tcp", "-noreset", "+extension",
-                  "RANDR", "+extension", "Composite"});
+    std::vector<std::string> command{"Xvfb",      "-displayfd",
+                                     "1",         "-screen",
+                                     "0",         sizeOf(options) + "x24",
+                                     "-dpi",      std::to_string(options.dpi),
+                                     "-nolisten", "tcp",
+                                     "-noreset",  "+extension",
+                                     "RANDR",     "+extension",
+                                     "Composite"};
+    for (const std::string& extension : options.withoutExtensions) {
+        command.insert(command.end(), {"-extension", extension});
+    }
+    return start(command);
 }
 
 std::unique_ptr<ChildProcess> PrivateDisplay::startNested(const Options& options) {

@@ -31,6 +31,8 @@ public:
         // Start openbox, the window manager of the desktop tests.
         bool windowManager = false;
         bool sessionBus = false;
+        // Extensions that the server is to lack; Virtual only.
+        std::vector<std::string> withoutExtensions;
         Server server = Server::Virtual;
     };
 
