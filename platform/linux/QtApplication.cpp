@@ -5,7 +5,6 @@
 #include <utility>
 
 #include <QApplication>
-#include <QWidget>
 #include <unistd.h>
 
 namespace pelistra::desktop {
@@ -19,14 +18,9 @@ void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
-void QtApplication::activateIgnoringOtherApps() {
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (window->windowType() == Qt::Window && window->isVisible()) {
-            window->raise();
-            window->activateWindow();
-        }
-    }
-}
+// A window that is shown is active and in front of all others already. On X11 an application is not
+// more than its windows: to raise the others as well would put one of them above that one.
+void QtApplication::activateIgnoringOtherApps() {}
 
 void QtApplication::terminate() {
     g_main_loop_quit(loop_.get());

@@ -32,7 +32,7 @@ public:
         bool windowManager = false;
         bool sessionBus = false;
         // Extensions that the server is to lack; Virtual only.
-        std::vector<std::string> withoutExtensions;
+        std::vector<std::string> withoutExtensions = {};
         Server server = Server::Virtual;
     };
 

@@ -14,6 +14,9 @@ namespace pelistra::testing {
 
 namespace {
 
+// What the user asks for by a taskbar, as window managers are told it.
+constexpr std::uint32_t fromPager = 2;
+
 template <class Reply, class Cookie>
 x11::Owned<Reply> answer(xcb_connection_t* connection, Cookie cookie,
                          Reply* (*read)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
@@ -187,10 +190,20 @@ void XClient::sendMessage(xcb_window_t to, std::uint32_t eventMask, xcb_window_t
 }
 
 void XClient::requestFullScreen(xcb_window_t window, bool fullScreen) {
-    constexpr std::uint32_t fromPager = 2;
     sendMessage(root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                 window, "_NET_WM_STATE",
                 {fullScreen ? 1U : 0U, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager, 0});
+}
+
+void XClient::requestActivation(xcb_window_t window) {
+    sendMessage(root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                window, "_NET_ACTIVE_WINDOW", {fromPager, XCB_CURRENT_TIME, 0, 0, 0});
+}
+
+void XClient::requestMinimise(xcb_window_t window) {
+    constexpr std::uint32_t iconicState = 3;
+    sendMessage(root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                window, "WM_CHANGE_STATE", {iconicState, 0, 0, 0, 0});
 }
 
 void XClient::requestClose(xcb_window_t window) {

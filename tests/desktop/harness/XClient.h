@@ -94,6 +94,10 @@ public:
 
     // Asks the window manager to make a window cover its whole screen, or to let it go back.
     void requestFullScreen(xcb_window_t window, bool fullScreen);
+    // Asks the window manager to make a window the active one, as a taskbar does.
+    void requestActivation(xcb_window_t window);
+    // Asks the window manager to minimise a window.
+    void requestMinimise(xcb_window_t window);
     // Asks a window to close (WM_DELETE_WINDOW), as the window manager's button does.
     void requestClose(xcb_window_t window);
 

@@ -8,6 +8,7 @@
 #include "tests/platform/FakeLogSink.h"
 
 #include <array>
+#include <csignal>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,6 +67,31 @@ TEST_F(TrayChangesTest, AreCountedBeforeAnythingIsDispatched) {
     }
     pump_.drain();
     EXPECT_EQ(host_.scale(), 2);
+}
+
+TEST_F(TrayChangesTest, WaitForAServerThatDoesNotAnswer) {
+    tray_.emplace(display_.name());
+    host_.start();
+    ASSERT_EQ(host_.scale(), 1);
+    int changes = 0;
+    const auto observer = host_.observe([&](desktop::TrayHost::Change) { ++changes; });
+    const auto before = count();
+    tray_->setMenuBarScale(200);
+    tray_->x().sync();
+    ASSERT_TRUE(isCountedAfter(before));
+    connection_->setPatience(std::chrono::milliseconds(100));
+    ::kill(display_.serverPid(), SIGSTOP);
+    pump_.drain();
+    EXPECT_EQ(changes, 0);
+    ASSERT_TRUE(host_.tray().has_value());
+    EXPECT_EQ(host_.scale(), 1) << "what was known";
+    ::kill(display_.serverPid(), SIGCONT);
+    connection_->setPatience(x11::Connection::startPatience);
+    EXPECT_TRUE(waitFor([&] {
+        pump_.drain();
+        return host_.scale() == 2;
+    }));
+    EXPECT_GT(changes, 0);
 }
 
 TEST_F(TrayChangesTest, IncludeItsEndAndItsSuccessor) {

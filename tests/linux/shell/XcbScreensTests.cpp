@@ -37,6 +37,17 @@ TEST_F(XcbScreensTest, TheWholeRootIsOneScreenOnASimpleServer) {
     EXPECT_THAT(screens_.main(), Optional(screens[0]));
 }
 
+TEST_F(XcbScreensTest, TheScreensStayWhileTheServerDoesNotAnswer) {
+    const auto screens = screens_.screens();
+    const auto origin = screens_.coordinates().toScreen(0, 0);
+    connection_->setPatience(std::chrono::milliseconds(100));
+    ::kill(display_.serverPid(), SIGSTOP);
+    EXPECT_EQ(screens_.screens(), screens);
+    EXPECT_EQ(screens_.main(), screens.front());
+    EXPECT_EQ(screens_.coordinates().toScreen(0, 0), origin);
+    ::kill(display_.serverPid(), SIGCONT);
+}
+
 TEST_F(XcbScreensTest, MonitorsComeAndAreToldOnce) {
     int changes = 0;
     const auto token = screens_.observeParameterChanges([&] { ++changes; });
