@@ -40,9 +40,26 @@ void endNow(int /*number*/) {
     ::_exit(EXIT_SUCCESS);
 }
 
+// Returns how it was handled before.
+struct sigaction handle(int number, void (*handler)(int)) {
+    struct sigaction action{};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    struct sigaction before{};
+    ::sigaction(number, &action, &before);
+    return before;
+}
+
 } // namespace
 
 StopSignals::StopSignals() : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    for (const int number : numbers) {
+        // Who starts a program that way, as nohup does, wants it to go on.
+        struct sigaction present{};
+        if (::sigaction(number, nullptr, &present) != 0 || present.sa_handler != SIG_IGN) {
+            take(number, endNow);
+        }
+    }
     sigevent event{};
     // To this thread alone: it holds the signal off while it writes a file.
     event.sigev_notify = SIGEV_THREAD_ID;
@@ -73,21 +90,14 @@ void StopSignals::begin() {
     }
     wakeDescriptor = descriptor_;
     deadline = *timer_;
-    take(SIGALRM, endNow);
-    for (const int number : numbers) {
-        // Who starts a program that way, as nohup does, wants it to go on.
-        struct sigaction present{};
-        if (::sigaction(number, nullptr, &present) != 0 || present.sa_handler != SIG_IGN) {
-            take(number, noteSignal);
-        }
+    for (const auto& [number, before] : before_) {
+        handle(number, noteSignal);
     }
+    take(SIGALRM, endNow);
 }
 
-void StopSignals::take(int number, void (*handler)(int)) {
-    struct sigaction action{};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    ::sigaction(number, &action, &before_[number]);
+void StopSignals::take(int number, Handler handler) {
+    before_[number] = handle(number, handler);
 }
 
 } // namespace pelistra::posix

@@ -27,14 +27,15 @@ public:
     StopSignals& operator=(const StopSignals&) = delete;
     ~StopSignals();
 
-    // Takes the signals over. Until then each of them ends the program at once.
+    // Until then each signal ends the program at once, with status 0.
     void begin();
 
     // Readable from the first signal on; -1 when the system could not make it.
     [[nodiscard]] int fileDescriptor() const { return descriptor_; }
 
 private:
-    void take(int number, void (*handler)(int));
+    using Handler = void (*)(int);
+    void take(int number, Handler handler);
 
     int descriptor_;
     std::optional<timer_t> timer_;

@@ -19,6 +19,7 @@ QtOnDisplay::QtOnDisplay(const PrivateDisplay::Options& options, const char* sca
     if (connection_ == nullptr) {
         throw std::runtime_error(failure.message);
     }
+    connection_->setPatience(x11::Connection::startPatience);
     queue_.emplace();
     pump_.emplace(*connection_, log_);
 }
