@@ -53,6 +53,12 @@ Known known(const std::string& name) {
                 .unit = "us",
                 .limit = count == "500" ? std::optional(below(microseconds)) : std::nullopt};
     }
+    if (name.starts_with("arrangeRow")) {
+        constexpr double microseconds = 1000;
+        return {.what = "row of " + count + " items arranged",
+                .unit = "us",
+                .limit = count == "400" ? std::optional(below(microseconds)) : std::nullopt};
+    }
     constexpr double milliseconds = 3;
     return {.what = "list of " + count + " hidden icons brought up to date",
             .unit = "ms",

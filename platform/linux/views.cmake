@@ -6,19 +6,18 @@ target_sources(pelistra_linux PRIVATE
     views/DesktopLook.cpp
     views/Element.cpp
     views/ElementFactory.cpp
-    views/EnteringElement.cpp
     views/Fonts.cpp
+    views/GroupElements.cpp
     views/LeafElements.cpp
     views/Look.cpp
-    views/ModifierElements.cpp
     views/Motion.cpp
     views/Outlines.cpp
     views/Proxies.cpp
     views/PublishedLook.cpp
+    views/QtMeasures.cpp
     views/RepresentedElement.cpp
     views/Scene.cpp
     views/Scroller.cpp
     views/ScrollElements.cpp
-    views/StackElements.cpp
     views/TextElement.cpp
     views/ToggleElement.cpp)

@@ -1,7 +1,7 @@
 #include "secondrow/SecondRowView.h"
 #include "tests/secondrow/SecondRowFixture.h"
 #include "tests/ui/RecordedFrontEnd.h"
-#include "tests/ui/ViewQueries.h"
+#include "ui/Nodes.h"
 
 #include <gmock/gmock.h>
 
@@ -19,19 +19,11 @@ class SecondRowUpdateTest : public SecondRowFixture {
 protected:
     SecondRowUpdateTest() { store_->items.set(items(3)); }
 
-    static EventView* eventViewIn(const Widget& widget) {
-        if (widget.eventView) {
-            return widget.eventView.get();
-        }
-        for (const auto& child : widget.children) {
-            if (auto* found = eventViewIn(*child)) {
-                return found;
-            }
-        }
-        return nullptr;
-    }
     [[nodiscard]] const Widget* cell(std::uint64_t id) const {
-        return frontEnd_->widgetWithKey(id);
+        return frontEnd_->widget<Button>(id);
+    }
+    [[nodiscard]] EventView* events(std::uint64_t id) const {
+        return frontEnd_->widget<Represented>(id)->eventView.get();
     }
 
     std::vector<OverflowItem> activated_;
@@ -58,11 +50,11 @@ TEST_F(SecondRowUpdateTest, AMovedFrameDrawsNothingButIsHandedOn) {
     store_->items.set(moved);
     EXPECT_EQ(frontEnd_->update(), 0);
 
-    only<Button>(cell(2)->view).action();
+    cell(2)->placed.view.as<Button>()->action();
     ASSERT_EQ(activated_.size(), 1);
     EXPECT_EQ(activated_.front().lastKnownFrame.origin.x, -640);
 
-    eventViewIn(*cell(2))->rightMouseDown({.type = EventType::RightMouseDown});
+    events(2)->rightMouseDown({.type = EventType::RightMouseDown});
     ASSERT_EQ(menus_.size(), 1);
     EXPECT_EQ(menus_.front().lastKnownFrame.origin.x, -640);
 }
@@ -80,31 +72,31 @@ TEST_F(SecondRowUpdateTest, ANewPictureDrawsItsOwnCellOnly) {
 TEST_F(SecondRowUpdateTest, CellsAreKeptWhenOthersComeAndGo) {
     frontEnd_ = std::make_unique<RecordedFrontEnd>(fakes_.application, *view_);
     const auto* kept = cell(3);
-    const auto* keptEvents = eventViewIn(*kept);
+    const auto* keptEvents = events(3);
     store_->items.set({item(9), item(3)});
     frontEnd_->update();
     EXPECT_EQ(cell(3), kept);
-    EXPECT_EQ(eventViewIn(*cell(3)), keptEvents);
+    EXPECT_EQ(events(3), keptEvents);
     EXPECT_EQ(cell(1), nullptr);
     EXPECT_NE(cell(9), nullptr);
 }
 
 TEST_F(SecondRowUpdateTest, TheRowIsKeptWhenTheMessageAndTheCameraButtonComeAndGo) {
-    const auto* strip = frontEnd_->widgetWithKey("items");
-    const auto* arrange = frontEnd_->widgetWithKey("arrange");
+    const auto* strip = frontEnd_->widget<HorizontalScroll>("items");
+    const auto* arrange = frontEnd_->widget<Button>("arrange");
     store_->message.set("text");
     store_->hasScreenCapturePermission.set(false);
     frontEnd_->update();
-    EXPECT_EQ(frontEnd_->widgetWithKey("items"), strip);
-    EXPECT_EQ(frontEnd_->widgetWithKey("arrange"), arrange);
-    EXPECT_NE(frontEnd_->widgetWithKey("message"), nullptr);
-    EXPECT_NE(frontEnd_->widgetWithKey("permission"), nullptr);
+    EXPECT_EQ(frontEnd_->widget<HorizontalScroll>("items"), strip);
+    EXPECT_EQ(frontEnd_->widget<Button>("arrange"), arrange);
+    EXPECT_NE(frontEnd_->widget<Text>("message"), nullptr);
+    EXPECT_NE(frontEnd_->widget<Button>("permission"), nullptr);
     store_->message.set(std::nullopt);
     store_->hasScreenCapturePermission.set(true);
     frontEnd_->update();
-    EXPECT_EQ(frontEnd_->widgetWithKey("items"), strip);
-    EXPECT_EQ(frontEnd_->widgetWithKey("message"), nullptr);
-    EXPECT_EQ(frontEnd_->widgetWithKey("permission"), nullptr);
+    EXPECT_EQ(frontEnd_->widget<HorizontalScroll>("items"), strip);
+    EXPECT_EQ(frontEnd_->widget<Text>("message"), nullptr);
+    EXPECT_EQ(frontEnd_->widget<Button>("permission"), nullptr);
 }
 
 } // namespace

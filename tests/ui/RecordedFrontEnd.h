@@ -1,25 +1,26 @@
 #pragma once
 
 #include "platform/Application.h"
+#include "tests/ui/InventedMeasures.h"
+#include "ui/Arrangement.h"
 #include "ui/Content.h"
 #include "ui/Representable.h"
-#include "ui/View.h"
 
 #include <memory>
-#include <string_view>
+#include <string>
 #include <vector>
 
 namespace pelistra::testing {
 
-// The smallest front end there can be: it keeps a widget for each node of a content's body, keeps
-// it across updates where the vocabulary says so, and counts what it would have to draw.
+// The smallest front end there can be: it keeps a widget for each placed element of a content's
+// body across updates, and counts what it would have to draw.
 class RecordedFrontEnd {
 public:
     struct Widget {
-        explicit Widget(ui::View shown) : view(std::move(shown)) {}
+        [[nodiscard]] const std::string& key() const { return placed.key; }
 
         // The newest value, so that its action is the one to call.
-        ui::View view;
+        ui::Placed placed;
         std::unique_ptr<ui::EventView> eventView;
         std::vector<std::unique_ptr<Widget>> children;
     };
@@ -31,18 +32,26 @@ public:
     // How often the content said that its state is about to change.
     [[nodiscard]] int announcements() const { return announcements_; }
 
-    [[nodiscard]] const Widget& root() const { return *root_; }
-    // The widget of the child with that key anywhere in the tree, or null.
-    [[nodiscard]] const Widget* widgetWithKey(const ui::Key& key) const;
+    // The first widget of that kind of node inside of the child with that key, or null.
+    template <ui::NodeKind Kind>
+    [[nodiscard]] const Widget* widget(const ui::Key& key) const {
+        return find(widgets_, step(key),
+                    [](const Widget& each) { return each.placed.view.as<Kind>() != nullptr; });
+    }
 
 private:
-    std::unique_ptr<Widget> make(const ui::View& view);
-    void updateWidget(Widget& widget, const ui::View& view);
-    void updateChildren(Widget& widget, const std::vector<ui::View>& before);
+    using Widgets = std::vector<std::unique_ptr<Widget>>;
+
+    // How the way to that child is written.
+    static std::string step(const ui::Key& key);
+    static const Widget* find(const Widgets& in, const std::string& step,
+                              bool (*isWanted)(const Widget&));
+    void updateAll(Widgets& widgets, const std::vector<ui::Placed>& now);
 
     const Application& application_;
     ui::Content& content_;
-    std::unique_ptr<Widget> root_;
+    InventedMeasures measures_;
+    Widgets widgets_;
     int drawn_ = 0;
     int announcements_ = 0;
     SubscriptionPtr subscription_;

@@ -35,12 +35,12 @@ std::string textIn(const ui::View& view) {
     return found;
 }
 
-QString accessibleNameOf(const ui::Button& button, const Surroundings& surroundings) {
-    if (!surroundings.accessibilityLabel.empty()) {
-        return QString::fromStdString(surroundings.accessibilityLabel);
+QString accessibleNameOf(const ui::Button& button, const ui::Placed& placed) {
+    if (!placed.accessibilityLabel.empty()) {
+        return QString::fromStdString(placed.accessibilityLabel);
     }
     const std::string text = textIn(button.label);
-    return QString::fromStdString(text.empty() ? surroundings.help : text);
+    return QString::fromStdString(text.empty() ? placed.help : text);
 }
 
 } // namespace
@@ -69,12 +69,10 @@ void ButtonElement::press() {
     scene().act(EventType::LeftMouseUp, [action] { action(); });
 }
 
-void ButtonElement::changed(const ui::Button* before, const Surroundings& surroundings) {
-    isFormRow_ = surroundings.isFormRow;
-    if (before != nullptr && (before->style != node().style || before->size != node().size)) {
-        sizeChanged();
-    }
-    if (before != nullptr && *before != node()) {
+void ButtonElement::changed(const ui::View* before, const ui::Placed& now,
+                            const Surroundings& surroundings) {
+    isFormRow_ = now.isFormRow;
+    if (before != nullptr && *before != view()) {
         appearanceChanged();
     }
     if (proxy_.isNull()) {
@@ -84,69 +82,16 @@ void ButtonElement::changed(const ui::Button* before, const Surroundings& surrou
         scene().adopt(*proxy_);
         proxy_->show();
     }
-    const QString name = accessibleNameOf(node(), surroundings);
+    const QString name = accessibleNameOf(node(), now);
     if (proxy_->accessibleName() != name) {
         proxy_->setAccessibleName(name);
     }
-    setHelp(*proxy_, surroundings.help);
-    Surroundings inside = surroundings;
-    inside.isInControl = true;
-    inside.isFormRow = false;
-    updateChild(label_, node().label, inside);
-}
-
-ui::Edges ButtonElement::insets() const {
-    const bool isText = !textIn(node().label).empty();
-    switch (node().style) {
-    case ButtonStyle::Plain:
-        return {};
-    case ButtonStyle::Borderless:
-        return isText ? ui::Edges{.top = 5, .leading = 12, .bottom = 5, .trailing = 12}
-                      : ui::Edges::all(6);
-    case ButtonStyle::BorderedProminent:
-        return node().size == ui::ControlSize::Large
-                   ? ui::Edges{.top = 6, .leading = 20, .bottom = 6, .trailing = 20}
-                   : ui::Edges{.top = 3, .leading = 14, .bottom = 3, .trailing = 14};
-    case ButtonStyle::Automatic:
-        break;
-    }
-    return isFormRow_ ? metrics::formRowInsets
-                      : ui::Edges{.top = 3, .leading = 14, .bottom = 3, .trailing = 14};
-}
-
-QSizeF ButtonElement::sizeThatFits(const Proposal& proposal) {
-    const ui::Edges edges = insets();
-    const double wide = edges.leading + edges.trailing;
-    const double high = edges.top + edges.bottom;
-    Proposal inside;
-    if (proposal.width) {
-        inside.width = std::max(0.0, *proposal.width - wide);
-    }
-    if (proposal.height) {
-        inside.height = std::max(0.0, *proposal.height - high);
-    }
-    QSizeF size = label_->measure(inside) + QSizeF(wide, high);
-    if (isFormRow_ && proposal.width) {
-        size.setWidth(*proposal.width);
-    }
-    if (node().style == ButtonStyle::BorderedProminent) {
-        size.setWidth(std::max(size.width(), metrics::leastProminentWidth));
-    }
-    return size;
-}
-
-void ButtonElement::arrange() {
-    const ui::Edges edges = insets();
-    const QRectF inner = frame().adjusted(edges.leading, edges.top, -edges.trailing, -edges.bottom);
-    const QSizeF size = label_->measure({.width = inner.width(), .height = inner.height()});
-    QRectF place(QPointF(0, 0), size);
-    place.moveCenter(inner.center());
-    if (isFormRow_) {
-        place.moveLeft(inner.left());
-    }
-    place.moveTopLeft(QPointF(scene().snapped(place.x()), scene().snapped(place.y())));
-    label_->place(place);
+    setHelp(*proxy_, now.help);
     proxy_->setGeometry(frame().toAlignedRect());
+}
+
+void ButtonElement::updateChildren(const ui::Placed& placed, const Surroundings& surroundings) {
+    Element::updateChildren(placed, {.host = surroundings.host, .isInControl = true});
 }
 
 double ButtonElement::drawingMargin() const {
@@ -238,16 +183,14 @@ void ButtonElement::paintFocus(QPainter& painter, const Look& look) const {
 }
 
 void ButtonElement::paint(QPainter& painter, const PaintState& state) {
-    const double margin = drawingMargin();
-    if (!proxy_ ||
-        !shownFrame().adjusted(-margin, -margin, margin, margin).intersects(state.dirty)) {
+    if (!proxy_ || !drawnArea().intersects(state.dirty)) {
         return;
     }
     paintField(painter, state);
     PaintState inside = state;
     inside.foreground = labelColor(state.look);
     // A picture gives way a little under the finger; a field shows the press by itself.
-    label_->paint(painter, inside);
+    Element::paint(painter, inside);
     if (proxy_->showsFocus()) {
         paintFocus(painter, state.look);
     }

@@ -16,7 +16,6 @@ public:
     ~ButtonElement() override;
 
     void paint(QPainter& painter, const PaintState& state) override;
-    void forEachChild(const std::function<void(Element&)>& call) override { call(*label_); }
     [[nodiscard]] QWidget* focusable() const override { return proxy_; }
 
     [[nodiscard]] bool isDefaultAction() const;
@@ -25,14 +24,13 @@ public:
     void press();
 
 protected:
-    void changed(const ui::Button* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
-    void arrange() override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
+    void updateChildren(const ui::Placed& placed, const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
     [[nodiscard]] double drawingMargin() const override;
 
 private:
-    [[nodiscard]] ui::Edges insets() const;
     // What it answers to, and shows hover, press and focus in.
     [[nodiscard]] ui::Outline outline() const;
     [[nodiscard]] QColor labelColor(const Look& look) const;
@@ -41,7 +39,6 @@ private:
     void paintFocus(QPainter& painter, const Look& look) const;
 
     bool isFormRow_ = false;
-    ElementPtr label_;
     QPointer<ButtonProxy> proxy_;
 };
 

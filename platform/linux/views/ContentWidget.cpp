@@ -85,18 +85,21 @@ void ContentWidget::setMaterialTranslucent(bool translucent) {
     }
 }
 
+QSize ContentWidget::sizeFor(const ui::Proposal& offered) const {
+    const Size size = scene_->measure(offered);
+    return {static_cast<int>(std::ceil(size.width)), static_cast<int>(std::ceil(size.height))};
+}
+
 QSize ContentWidget::sizeHint() const {
-    const QSizeF size = scene_->idealSize();
-    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+    return sizeFor({});
 }
 
 QSize ContentWidget::leastSize() const {
-    const QSizeF size = scene_->leastSize();
-    return {static_cast<int>(std::ceil(size.width())), static_cast<int>(std::ceil(size.height()))};
+    return sizeFor({.width = 0, .height = 0});
 }
 
 int ContentWidget::heightFor(int width) const {
-    return static_cast<int>(std::ceil(scene_->heightFor(width)));
+    return sizeFor({.width = width}).height();
 }
 
 void ContentWidget::requestRefresh() {
@@ -184,7 +187,6 @@ void ContentWidget::paintEvent(QPaintEvent* event) {
 
 void ContentWidget::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    scene_->requestLayout();
     scene_->layout();
     if (alert_ != nullptr) {
         alert_->setGeometry(rect());

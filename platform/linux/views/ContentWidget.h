@@ -4,6 +4,7 @@
 #include "platform/Subscription.h"
 #include "platform/linux/views/ViewServices.h"
 #include "ui/Content.h"
+#include "ui/Measures.h"
 
 #include <memory>
 
@@ -50,6 +51,7 @@ protected:
 private:
     friend class Scene;
 
+    [[nodiscard]] QSize sizeFor(const ui::Proposal& offered) const;
     void requestRefresh();
     void refresh();
     void applyLook(const Look& look);

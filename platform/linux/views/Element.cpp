@@ -1,45 +1,100 @@
 #include "platform/linux/views/Element.h"
 
 #include "platform/linux/views/Scene.h"
-#include "ui/Nodes.h"
+
+#include <algorithm>
+#include <utility>
 
 #include <QWidget>
 
 namespace pelistra::desktop {
 
-QSizeF Element::measure(const Proposal& proposal) {
-    for (const auto& known : measured_) {
-        if (known && known->proposal == proposal) {
-            return known->size;
+void ElementList::update(const std::vector<ui::Placed>& placed, Scene& scene, Element* owner,
+                         const Surroundings& surroundings) {
+    const auto keyOf = [](const auto& each) { return each->key(); };
+    const bool isSame = std::ranges::equal(present_, placed, {}, keyOf, &ui::Placed::key);
+    auto now = ui::continued(
+        present_, placed, [&](const ui::Placed& each) { return makeElement(each, scene, owner); });
+    std::swap(present_, now);
+    keepLeaving(now, scene);
+    if (!isSame) {
+        scene.structureChanged();
+    }
+    for (std::size_t place = 0; place < placed.size(); ++place) {
+        present_[place]->update(placed[place], surroundings);
+    }
+}
+
+void ElementList::keepLeaving(std::vector<ElementPtr>& before, const Scene& scene) {
+    const auto motion = scene.currentMotion();
+    for (std::size_t place = 0; place < before.size(); ++place) {
+        ElementPtr& gone = before[place];
+        if (!gone) {
+            continue;
+        }
+        gone->willLeave();
+        if (motion && gone->leave(motion)) {
+            leavingMotion_ = motion;
+            leaving_.push_back({.element = std::move(gone), .place = place});
         }
     }
-    const QSizeF size = sizeThatFits(proposal);
-    measured_.at(nextMeasured_) = Measured{.proposal = proposal, .size = size};
-    nextMeasured_ = (nextMeasured_ + 1) % measured_.size();
-    return size;
+}
+
+void ElementList::paint(QPainter& painter, const PaintState& state) {
+    if (leavingMotion_ && leavingMotion_->hasEnded()) {
+        leaving_.clear();
+        leavingMotion_.reset();
+    }
+    for (std::size_t place = 0; place < present_.size(); ++place) {
+        for (const Leaving& each : leaving_) {
+            if (each.place == place) {
+                each.element->paint(painter, state);
+            }
+        }
+        present_[place]->paint(painter, state);
+    }
+    for (const Leaving& each : leaving_) {
+        if (each.place >= present_.size()) {
+            each.element->paint(painter, state);
+        }
+    }
+}
+
+void ElementList::forEach(const std::function<void(Element&)>& call) const {
+    for (const auto& element : present_) {
+        call(*element);
+    }
+}
+
+void Element::update(const ui::Placed& placed, const Surroundings& surroundings) {
+    const auto before = std::exchange(view_, placed.view);
+    key_ = placed.key;
+    place(qRect(placed.frame));
+    changed(before ? &*before : nullptr, placed, surroundings);
+    updateChildren(placed, surroundings);
 }
 
 void Element::place(const QRectF& frame) {
-    if (frame != frame_ || !isPlaced_) {
-        const QRectF before = drawnArea();
-        if (isPlaced_ && joinMotion()) {
-            frameBefore_ = frame_;
-        }
-        frame_ = frame;
-        if (draws()) {
-            if (isPlaced_) {
-                invalidate(before);
-            }
-            invalidate(drawnArea());
-        }
-        isPlaced_ = true;
+    if (frame == frame_ && isPlaced_) {
+        return;
     }
-    arrange();
+    const QRectF before = drawnArea();
+    if (isPlaced_ && joinMotion()) {
+        frameBefore_ = frame_;
+    }
+    frame_ = frame;
+    if (draws()) {
+        if (isPlaced_) {
+            invalidate(before);
+        }
+        invalidate(drawnArea());
+    }
+    isPlaced_ = true;
 }
 
-void Element::invalidate(const QRectF& area) {
+void Element::invalidate(const QRectF& area) const {
     if (parent_ != nullptr) {
-        parent_->invalidate(area);
+        parent_->invalidateInside(area);
     } else {
         scene_.invalidate(area);
     }
@@ -50,13 +105,6 @@ void Element::willLeave() {
         invalidate(drawnArea());
     }
     forEachChild([](Element& child) { child.willLeave(); });
-}
-
-void Element::sizeChanged() {
-    for (Element* each = this; each != nullptr; each = each->parent_) {
-        each->measured_ = {};
-    }
-    scene_.requestLayout();
 }
 
 void Element::appearanceChanged() {
@@ -98,19 +146,6 @@ bool Element::joinMotion() {
     return true;
 }
 
-void Element::updateChild(ElementPtr& child, const ui::View& view,
-                          const Surroundings& surroundings) {
-    if (!child || !canContinue(child->view(), view)) {
-        if (child) {
-            child->willLeave();
-        }
-        child = makeElement(view, scene_, this);
-        scene_.structureChanged();
-        sizeChanged();
-    }
-    child->update(view, surroundings);
-}
-
 void hideWidgets(Element& element) {
     if (QWidget* widget = element.widget()) {
         widget->hide();
@@ -118,12 +153,8 @@ void hideWidgets(Element& element) {
     element.forEachChild([](Element& child) { hideWidgets(child); });
 }
 
-bool canContinue(const ui::View& before, const ui::View& after) {
-    if (before.node().kind.index() != after.node().kind.index()) {
-        return false;
-    }
-    const auto* key = before.as<ui::Identified>();
-    return key == nullptr || key->key == after.as<ui::Identified>()->key;
+QRectF qRect(const ui::Area& area) {
+    return {area.minX(), area.minY(), area.width(), area.height()};
 }
 
 } // namespace pelistra::desktop

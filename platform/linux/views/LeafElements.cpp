@@ -17,15 +17,9 @@ namespace pelistra::desktop {
 
 namespace {
 
-// What a view without a size of its own takes where it is offered none.
-constexpr double sizeWithoutOffer = 10;
 constexpr double dividerOpacity = 0.14;
 // How much shines through a material.
 constexpr double materialOpacity = 0.8;
-
-QSizeF whatIsOffered(const Proposal& proposal) {
-    return {proposal.width.value_or(sizeWithoutOffer), proposal.height.value_or(sizeWithoutOffer)};
-}
 
 bool isWeighty(ui::Weight weight) {
     return weight == ui::Weight::Semibold || weight == ui::Weight::Bold;
@@ -41,22 +35,11 @@ double strokeFactor(ui::Weight weight) {
 
 // Symbols
 
-void SymbolElement::changed(const ui::Symbol* before, const Surroundings& /*surroundings*/) {
-    if (before == nullptr || before->name != node().name || before->font != node().font) {
-        sizeChanged();
-    }
-    if (before != nullptr && *before != node()) {
+void SymbolElement::changed(const ui::View* before, const ui::Placed& /*now*/,
+                            const Surroundings& /*surroundings*/) {
+    if (before != nullptr && *before != view()) {
         appearanceChanged();
     }
-}
-
-QSizeF SymbolElement::sizeThatFits(const Proposal& /*proposal*/) {
-    const auto symbol = symbolNamed(node().name);
-    if (!symbol) {
-        return {};
-    }
-    const double factor = ui::pointSize(node().font, scene().look().bodySize) / symbolTextSize;
-    return {std::ceil(symbol->width * factor), std::ceil(symbol->height * factor)};
 }
 
 void SymbolElement::paint(QPainter& painter, const PaintState& state) {
@@ -77,27 +60,12 @@ void SymbolElement::paint(QPainter& painter, const PaintState& state) {
 
 // Pictures
 
-void PictureElement::changed(const ui::Picture* before, const Surroundings& /*surroundings*/) {
-    if (before == nullptr || *before != node()) {
+void PictureElement::changed(const ui::View* before, const ui::Placed& /*now*/,
+                             const Surroundings& /*surroundings*/) {
+    if (before != nullptr && *before != view()) {
         pixels_ = QImage();
-        sizeChanged();
         appearanceChanged();
     }
-}
-
-QSizeF PictureElement::sizeThatFits(const Proposal& proposal) {
-    if (!node().image) {
-        return {};
-    }
-    const Size nominal = node().image->size();
-    if (nominal.width <= 0 || nominal.height <= 0) {
-        return {};
-    }
-    const double factor =
-        std::min(proposal.width ? *proposal.width / nominal.width : ui::infinity,
-                 proposal.height ? *proposal.height / nominal.height : ui::infinity);
-    const double used = std::isfinite(factor) ? factor : 1;
-    return {nominal.width * used, nominal.height * used};
 }
 
 const QImage& PictureElement::pixels(const QSize& size, const QColor& label) {
@@ -138,36 +106,13 @@ void PictureElement::paint(QPainter& painter, const PaintState& state) {
     painter.drawImage(target, image);
 }
 
-// Space and lines
-
-void SpacerElement::changed(const ui::Spacer* /*before*/, const Surroundings& surroundings) {
-    axis_ = surroundings.stack;
-}
-
-QSizeF SpacerElement::sizeThatFits(const Proposal& proposal) {
-    const double width = axis_ == Axis::Vertical ? 0 : proposal.width.value_or(0);
-    const double height = axis_ == Axis::Horizontal ? 0 : proposal.height.value_or(0);
-    return {width, height};
-}
-
-void DividerElement::changed(const ui::Divider* before, const Surroundings& surroundings) {
-    const bool isVertical = surroundings.stack == Axis::Horizontal;
-    if (before == nullptr || isVertical != isVertical_) {
-        isVertical_ = isVertical;
-        sizeChanged();
-    }
-}
-
-QSizeF DividerElement::sizeThatFits(const Proposal& proposal) {
-    const QSizeF offered = whatIsOffered(proposal);
-    return isVertical_ ? QSizeF(1, offered.height()) : QSizeF(offered.width(), 1);
-}
+// Lines
 
 void DividerElement::paint(QPainter& painter, const PaintState& state) {
     // One device pixel wide, on a device pixel.
     QRectF line = shownFrame();
     const double hair = 1 / scene().scale();
-    if (isVertical_) {
+    if (line.height() > line.width()) {
         line =
             QRectF(scene().snapped(line.center().x() - (hair / 2)), line.y(), hair, line.height());
     } else {
@@ -179,20 +124,16 @@ void DividerElement::paint(QPainter& painter, const PaintState& state) {
 
 // Shapes
 
-void FilledShapeElement::changed(const ui::FilledShape* before,
+void FilledShapeElement::changed(const ui::View* before, const ui::Placed& /*now*/,
                                  const Surroundings& /*surroundings*/) {
-    if (before == nullptr || *before == node()) {
+    if (before == nullptr || *before == view()) {
         return;
     }
     fillBefore_.reset();
     if (joinMotion()) {
-        fillBefore_ = before->fill;
+        fillBefore_ = before->as<ui::FilledShape>()->fill;
     }
     appearanceChanged();
-}
-
-QSizeF FilledShapeElement::sizeThatFits(const Proposal& proposal) {
-    return whatIsOffered(proposal);
 }
 
 QBrush FilledShapeElement::brush(const QRectF& area, const Look& look) const {
@@ -216,15 +157,11 @@ void FilledShapeElement::paint(QPainter& painter, const PaintState& state) {
     }
 }
 
-void StrokedShapeElement::changed(const ui::StrokedShape* before,
+void StrokedShapeElement::changed(const ui::View* before, const ui::Placed& /*now*/,
                                   const Surroundings& /*surroundings*/) {
-    if (before != nullptr && *before != node()) {
+    if (before != nullptr && *before != view()) {
         appearanceChanged();
     }
-}
-
-QSizeF StrokedShapeElement::sizeThatFits(const Proposal& proposal) {
-    return whatIsOffered(proposal);
 }
 
 void StrokedShapeElement::paint(QPainter& painter, const PaintState& state) {

@@ -5,7 +5,6 @@
 
 #include <optional>
 
-#include <QColor>
 #include <QImage>
 
 namespace pelistra::desktop {
@@ -16,8 +15,8 @@ public:
     void paint(QPainter& painter, const PaintState& state) override;
 
 protected:
-    void changed(const ui::Symbol* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
 };
 
@@ -28,8 +27,8 @@ public:
     void lookChanged() override { pixels_ = QImage(); }
 
 protected:
-    void changed(const ui::Picture* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
 
 private:
@@ -39,31 +38,13 @@ private:
     QImage pixels_;
 };
 
-class SpacerElement final : public ElementOf<ui::Spacer> {
-public:
-    using ElementOf::ElementOf;
-    void paint(QPainter& /*painter*/, const PaintState& /*state*/) override {}
-
-protected:
-    void changed(const ui::Spacer* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
-
-private:
-    std::optional<Axis> axis_;
-};
-
 class DividerElement final : public ElementOf<ui::Divider> {
 public:
     using ElementOf::ElementOf;
     void paint(QPainter& painter, const PaintState& state) override;
 
 protected:
-    void changed(const ui::Divider* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
     [[nodiscard]] bool draws() const override { return true; }
-
-private:
-    bool isVertical_ = false;
 };
 
 class FilledShapeElement final : public ElementOf<ui::FilledShape> {
@@ -72,8 +53,8 @@ public:
     void paint(QPainter& painter, const PaintState& state) override;
 
 protected:
-    void changed(const ui::FilledShape* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
 
 private:
@@ -89,8 +70,8 @@ public:
     void paint(QPainter& painter, const PaintState& state) override;
 
 protected:
-    void changed(const ui::StrokedShape* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
     [[nodiscard]] double drawingMargin() const override { return node().lineWidth; }
 };

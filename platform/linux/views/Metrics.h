@@ -19,7 +19,7 @@ inline constexpr double switchWidth = 36;
 inline constexpr double switchHeight = 21;
 inline constexpr double switchDistance = 14;
 
-inline constexpr double formMargin = 24;
+inline constexpr ui::Edges formMargins = {.top = 18, .leading = 24, .bottom = 24, .trailing = 24};
 inline constexpr double formSectionDistance = 20;
 inline constexpr double formTitleDistance = 6;
 inline constexpr double formCardRadius = 12;

@@ -40,16 +40,13 @@ bool RepresentedElement::offer(EventType type, const QWidget& widget, const QPoi
     return isTaken;
 }
 
-void RepresentedElement::changed(const ui::Represented* before, const Surroundings& surroundings) {
+void RepresentedElement::changed(const ui::View* before, const ui::Placed& /*now*/,
+                                 const Surroundings& surroundings) {
     host_ = surroundings.host;
-    if (before == nullptr || *before != node() || !eventView_) {
+    if (before == nullptr || *before != view()) {
         eventView_ = node().value->makeView(scene().services().application);
     }
     node().value->updateView(*eventView_);
-}
-
-QSizeF RepresentedElement::sizeThatFits(const Proposal& proposal) {
-    return {proposal.width.value_or(0), proposal.height.value_or(0)};
 }
 
 } // namespace pelistra::desktop

@@ -24,8 +24,8 @@ public:
     [[nodiscard]] bool offer(EventType type, const QWidget& widget, const QPointF& point);
 
 protected:
-    void changed(const ui::Represented* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
 
 private:
     QWidget* host_ = nullptr;

@@ -27,14 +27,15 @@ void collectFocusable(Element& element, std::vector<QWidget*>& found) {
 
 void tellLook(Element& element) {
     element.lookChanged();
-    element.forEachChild([](Element& child) { tellLook(child); });
-    element.sizeChanged();
+    element.forEachChild(tellLook);
 }
 
 } // namespace
 
 Scene::Scene(ContentWidget& widget, ViewServices services)
-    : widget_(widget), services_(std::move(services)) {
+    : widget_(widget), services_(std::move(services)), ownMeasures_(services_.look),
+      measures_(services_.measures != nullptr ? *services_.measures : ownMeasures_),
+      arranger_(measures_) {
     ticks_.setInterval(frameMilliseconds);
     ticks_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&ticks_, &QTimer::timeout, &ticks_, [this] { advance(); });
@@ -43,62 +44,37 @@ Scene::Scene(ContentWidget& widget, ViewServices services)
 Scene::~Scene() = default;
 
 void Scene::update(const ui::View& body) {
-    alert_.reset();
-    const Surroundings surroundings = {.host = &widget_};
-    if (!root_ || !canContinue(root_->view(), body)) {
-        if (root_) {
-            root_->willLeave();
-        }
-        root_ = makeElement(body, *this, nullptr);
-        structureChanged();
-        requestLayout();
-    }
-    root_->update(body, surroundings);
+    body_ = body;
     layout();
 }
 
 void Scene::layout() {
-    if (!root_) {
-        return;
-    }
-    if (std::exchange(needsLayout_, false)) {
-        const QRectF all(QPointF(0, 0), QSizeF(widget_.size()));
-        const QSizeF size = root_->measure({.width = all.width(), .height = all.height()});
-        QRectF frame(QPointF(0, 0), size);
-        frame.moveCenter(all.center());
-        root_->place(frame);
-    }
+    const auto& arrangement =
+        arranger_.arrange(*body_, {.size = {.width = static_cast<double>(widget_.width()),
+                                            .height = static_cast<double>(widget_.height())},
+                                   .scale = scale()});
+    alert_ = arrangement.alert;
+    elements_.update(arrangement.elements, *this, nullptr, {.host = &widget_});
     if (std::exchange(structureHasChanged_, false)) {
         chainFocus();
     }
 }
 
 void Scene::paint(QPainter& painter, const QRectF& dirty) {
-    if (root_) {
-        root_->paint(
-            painter,
-            {.look = look(), .foreground = resolved(ui::Role::Primary, look()), .dirty = dirty});
-    }
+    elements_.paint(
+        painter,
+        {.look = look(), .foreground = resolved(ui::Role::Primary, look()), .dirty = dirty});
 }
 
-QSizeF Scene::idealSize() {
-    return root_ ? root_->measure({}) : QSizeF();
+Size Scene::measure(const ui::Proposal& offered) const {
+    return ui::measured(*body_, offered, scale(), measures_);
 }
 
 void Scene::lookChanged() {
-    if (root_) {
-        tellLook(*root_);
-        layout();
-    }
+    elements_.forEach(tellLook);
+    arranger_.forget();
+    layout();
     widget_.update();
-}
-
-QSizeF Scene::leastSize() {
-    return root_ ? root_->measure({.width = 0, .height = 0}) : QSizeF(0, 0);
-}
-
-double Scene::heightFor(double width) {
-    return root_ ? root_->measure({.width = width}).height() : 0;
 }
 
 void Scene::focusCame(const QWidget& widget) {
@@ -164,9 +140,7 @@ void Scene::advance() {
 
 void Scene::chainFocus() {
     std::vector<QWidget*> widgets;
-    if (root_) {
-        collectFocusable(*root_, widgets);
-    }
+    elements_.forEach([&widgets](Element& element) { collectFocusable(element, widgets); });
     for (std::size_t place = 1; place < widgets.size(); ++place) {
         QWidget::setTabOrder(widgets[place - 1], widgets[place]);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/views/Element.h"
+#include "platform/linux/views/QtMeasures.h"
 #include "platform/linux/views/ViewServices.h"
 #include "ui/Nodes.h"
 
@@ -29,13 +30,11 @@ public:
 
     // Shows that body from now on.
     void update(const ui::View& body);
-    // Gives the elements the whole widget.
+    // Shows the body of before in the whole widget.
     void layout();
     void paint(QPainter& painter, const QRectF& dirty);
-    [[nodiscard]] QSizeF idealSize();
-    // The size that it takes where there is no room at all.
-    [[nodiscard]] QSizeF leastSize();
-    [[nodiscard]] double heightFor(double width);
+    // What the body takes of what it is offered.
+    [[nodiscard]] Size measure(const ui::Proposal& offered) const;
     // Everything is drawn, and measured, anew.
     void lookChanged();
 
@@ -50,7 +49,6 @@ public:
 
     // For the elements.
     void invalidate(const QRectF& area);
-    void requestLayout() { needsLayout_ = true; }
     // There are new elements: the order of Tab is made anew.
     void structureChanged() { structureHasChanged_ = true; }
     // The content's body is asked for on a later turn although it has not announced a change.
@@ -84,7 +82,6 @@ public:
     // content widget. True when the event has been taken.
     [[nodiscard]] bool offer(EventType type, const QPointF& point);
 
-    void setAlert(const ui::Alert& alert) { alert_ = alert; }
     [[nodiscard]] const std::optional<ui::Alert>& alert() const { return alert_; }
 
 private:
@@ -93,8 +90,11 @@ private:
 
     ContentWidget& widget_;
     ViewServices services_;
+    QtMeasures ownMeasures_;
+    const ui::Measures& measures_;
+    ui::Arranger arranger_;
+    std::optional<ui::View> body_;
     bool materialIsTranslucent_ = false;
-    bool needsLayout_ = true;
     bool structureHasChanged_ = false;
     std::shared_ptr<Motion> currentMotion_;
     std::vector<std::shared_ptr<Motion>> motions_;
@@ -104,7 +104,7 @@ private:
     std::vector<Scroller*> scrollers_;
     std::optional<ui::Alert> alert_;
     // Last, because the elements leave the lists above when they die.
-    ElementPtr root_;
+    ElementList elements_;
 };
 
 } // namespace pelistra::desktop

@@ -4,7 +4,6 @@
 #include "platform/linux/views/Outlines.h"
 #include "platform/linux/views/Scene.h"
 #include "ui/Palette.h"
-#include "ui/Walk.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,13 +53,6 @@ private:
     const Scene& scene_;
 };
 
-bool isControlRow(const ui::View& row) {
-    if (const auto* button = row.as<ui::Button>()) {
-        return button->style == ui::ButtonStyle::Automatic;
-    }
-    return row.as<ui::Toggle>() != nullptr;
-}
-
 } // namespace
 
 template <class Kind>
@@ -71,28 +63,36 @@ ScrollingElement<Kind>::~ScrollingElement() {
 }
 
 template <class Kind>
-void ScrollingElement<Kind>::makeScroller(Axis axis, QWidget* host) {
-    axis_ = axis;
-    scroller_ = std::make_unique<Scroller>(axis, host, [this] { this->appearanceChanged(); });
-    events_ = std::make_unique<ScrollEvents>(*scroller_, this->scene());
-    this->scene().adopt(*scroller_->viewport());
-    this->scene().add(*scroller_);
+void ScrollingElement<Kind>::changed(const ui::View* before, const ui::Placed& now,
+                                     const Surroundings& surroundings) {
+    if (before == nullptr) {
+        scroller_ = std::make_unique<Scroller>(orientation_, surroundings.host,
+                                               [this] { this->appearanceChanged(); });
+        events_ = std::make_unique<ScrollEvents>(*scroller_, this->scene());
+        this->scene().adopt(*scroller_->viewport());
+        this->scene().add(*scroller_);
+    }
+    scroller_->setGeometry(this->frame(), {now.content.width, now.content.height});
+}
+
+template <class Kind>
+void ScrollingElement<Kind>::updateChildren(const ui::Placed& placed,
+                                            const Surroundings& /*surroundings*/) {
+    Element::updateChildren(placed, {.host = scroller_->content()});
 }
 
 template <class Kind>
 QPointF ScrollingElement<Kind>::origin() const {
-    const QPointF shift = axis_ == Axis::Horizontal ? QPointF(scroller_->offset(), 0)
-                                                    : QPointF(0, scroller_->offset());
+    const QPointF shift = orientation_ == Qt::Horizontal ? QPointF(scroller_->offset(), 0)
+                                                         : QPointF(0, scroller_->offset());
     return QPointF(this->frame().toAlignedRect().topLeft()) - shift;
 }
 
 template <class Kind>
-void ScrollingElement<Kind>::invalidate(const QRectF& area) {
+void ScrollingElement<Kind>::invalidateInside(const QRectF& area) {
     const QRectF visible = area.translated(origin()).intersected(this->frame());
-    if (!visible.isEmpty() && this->parent() != nullptr) {
-        this->parent()->invalidate(visible);
-    } else if (!visible.isEmpty()) {
-        this->scene().invalidate(visible);
+    if (!visible.isEmpty()) {
+        this->invalidate(visible);
     }
 }
 
@@ -114,31 +114,8 @@ void ScrollingElement<Kind>::paintScrolled(
 
 // Sideways
 
-void HorizontalScrollElement::changed(const ui::HorizontalScroll* /*before*/,
-                                      const Surroundings& surroundings) {
-    if (!hasScroller()) {
-        makeScroller(Axis::Horizontal, surroundings.host);
-    }
-    Surroundings inside = surroundings;
-    inside.host = scroller().content();
-    inside.isFormRow = false;
-    updateChild(content_, node().content, inside);
-}
-
-QSizeF HorizontalScrollElement::sizeThatFits(const Proposal& proposal) {
-    const QSizeF size = content_->measure({.width = std::nullopt, .height = proposal.height});
-    return {proposal.width.value_or(size.width()), size.height()};
-}
-
-void HorizontalScrollElement::arrange() {
-    const QSizeF size = content_->measure({.width = std::nullopt, .height = frame().height()});
-    content_->place(
-        QRectF(QPointF(0, scene().snapped((frame().height() - size.height()) / 2)), size));
-    scroller().setGeometry(frame(), QSizeF(size.width(), frame().height()));
-}
-
 // Draws into a layer of its own whose edges fade where more lies beyond them.
-void HorizontalScrollElement::paintFaded(QPainter& painter, const PaintState& state) const {
+void HorizontalScrollElement::paintFaded(QPainter& painter, const PaintState& state) {
     const double scale = scene().scale();
     QImage layer(QSize(static_cast<int>(std::ceil(frame().width() * scale)),
                        static_cast<int>(std::ceil(frame().height() * scale))),
@@ -149,7 +126,7 @@ void HorizontalScrollElement::paintFaded(QPainter& painter, const PaintState& st
     inside.setRenderHints(painter.renderHints());
     inside.translate(-frame().topLeft());
     paintScrolled(inside, state,
-                  [&](const PaintState& scrolled) { content_->paint(inside, scrolled); });
+                  [&](const PaintState& scrolled) { Element::paint(inside, scrolled); });
     inside.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     const auto fade = [&inside](const QPointF& clear, const QPointF& full, const QRectF& area) {
         QLinearGradient gradient(clear, full);
@@ -177,159 +154,40 @@ void HorizontalScrollElement::paint(QPainter& painter, const PaintState& state) 
         paintFaded(painter, state);
     } else {
         paintScrolled(painter, state,
-                      [&](const PaintState& scrolled) { content_->paint(painter, scrolled); });
+                      [&](const PaintState& scrolled) { Element::paint(painter, scrolled); });
     }
 }
 
 // Forms
 
-void GroupedFormElement::forEachChild(const std::function<void(Element&)>& call) {
-    for (const auto& section : sections_) {
-        call(*section.title);
-        for (const auto& row : section.rows) {
-            call(*row);
-        }
-    }
-}
-
-void GroupedFormElement::updateSection(FormSectionElement& section, const ui::FormSection& now,
-                                       const Surroundings& surroundings) {
-    updateChild(section.title,
-                ui::Text{.text = now.title,
-                         .font = {.size = ui::TextStyle::Body, .weight = ui::Weight::Semibold}},
-                surroundings);
-    std::vector<ui::View> before;
-    before.reserve(section.rows.size());
-    for (const auto& row : section.rows) {
-        before.push_back(row->view());
-    }
-    const auto origins = ui::continuedFrom(before, now.rows);
-    std::vector<ElementPtr> rows(now.rows.size());
-    for (std::size_t place = 0; place < rows.size(); ++place) {
-        if (const auto origin = origins[place]) {
-            rows[place] = std::move(section.rows[*origin]);
-        }
-    }
-    std::swap(rows, section.rows);
-    if (before.size() != now.rows.size()) {
-        sizeChanged();
-    }
-    for (const auto& gone : rows) {
-        if (gone) {
-            gone->willLeave();
-        }
-    }
-    for (std::size_t place = 0; place < now.rows.size(); ++place) {
-        Surroundings inside = surroundings;
-        inside.isFormRow = isControlRow(now.rows[place]);
-        updateChild(section.rows[place], now.rows[place], inside);
-    }
-}
-
-void GroupedFormElement::changed(const ui::GroupedForm* /*before*/,
+void GroupedFormElement::changed(const ui::View* before, const ui::Placed& now,
                                  const Surroundings& surroundings) {
-    if (!hasScroller()) {
-        makeScroller(Axis::Vertical, surroundings.host);
-    }
-    if (sections_.size() != node().sections.size()) {
-        sizeChanged();
+    ScrollingElement::changed(before, now, surroundings);
+    if (cards_ != now.cards) {
+        cards_ = now.cards;
         appearanceChanged();
     }
-    sections_.resize(node().sections.size());
-    Surroundings inside = surroundings;
-    inside.host = scroller().content();
-    inside.stack = Axis::Vertical;
-    for (std::size_t place = 0; place < sections_.size(); ++place) {
-        updateSection(sections_[place], node().sections[place], inside);
-    }
 }
 
-double GroupedFormElement::layOutSection(FormSectionElement& section, const QRectF& column,
-                                         bool places) {
-    const ui::Edges& insets = metrics::formRowInsets;
-    const QSizeF title = section.title->measure({.width = column.width()});
-    if (places) {
-        section.title->place(
-            QRectF(column.left() + insets.leading, column.top(), title.width(), title.height()));
-        section.lines.clear();
-    }
-    const double cardTop = column.top() + title.height() + metrics::formTitleDistance;
-    double at = cardTop;
-    for (std::size_t place = 0; place < section.rows.size(); ++place) {
-        Element& row = *section.rows[place];
-        const bool isControl = isControlRow(row.view());
-        const ui::Edges around = isControl ? ui::Edges() : insets;
-        const double width = column.width() - around.leading - around.trailing;
-        const QSizeF size = row.measure({.width = width});
-        if (places) {
-            row.place(QRectF(column.left() + around.leading, at + around.top, size.width(),
-                             size.height()));
-        }
-        at += around.top + size.height() + around.bottom;
-        if (places && place + 1 < section.rows.size()) {
-            section.lines.push_back(at);
-        }
-    }
-    if (places) {
-        const QRectF card(column.left(), cardTop, column.width(), at - cardTop);
-        if (card != section.card) {
-            invalidate(section.card);
-            section.card = card;
-            invalidate(card);
-        }
-    }
-    return at;
-}
-
-double GroupedFormElement::layOut(double width, bool places) {
-    const double columnWidth =
-        std::max(0.0, std::min(width - (2 * metrics::formMargin), metrics::formWidest));
-    const double left = std::floor((width - columnWidth) / 2);
-    double at = metrics::formMargin - metrics::formTitleDistance;
-    for (std::size_t place = 0; place < sections_.size(); ++place) {
-        at += place > 0 ? metrics::formSectionDistance : 0;
-        at = layOutSection(sections_[place], QRectF(left, at, columnWidth, 0), places);
-    }
-    return at + metrics::formMargin;
-}
-
-QSizeF GroupedFormElement::sizeThatFits(const Proposal& proposal) {
-    const double width = proposal.width.value_or(metrics::formWidest);
-    const double bounded = std::isfinite(width) ? width : metrics::formWidest;
-    return {width, proposal.height ? *proposal.height : layOut(bounded, false)};
-}
-
-void GroupedFormElement::arrange() {
-    const double height = layOut(frame().width(), true);
-    scroller().setGeometry(frame(), QSizeF(frame().width(), height));
-}
-
-void GroupedFormElement::paintSection(const FormSectionElement& section, QPainter& painter,
-                                      const PaintState& state) const {
-    section.title->paint(painter, state);
-    if (!section.card.adjusted(-2, -2, 2, 4).intersects(state.dirty)) {
+void GroupedFormElement::paintCard(const ui::Card& card, QPainter& painter,
+                                   const PaintState& state) const {
+    const QRectF area = qRect(card.area);
+    if (!area.adjusted(-2, -2, 2, 4).intersects(state.dirty)) {
         return;
     }
     const ui::RoundedRectangle outline = {.cornerRadius = metrics::formCardRadius};
     const double hair = 1 / scene().scale();
     constexpr double shadowOpacity = 0.05;
-    painter.fillPath(pathOf(outline, section.card.translated(0, 1)),
-                     withOpacity(Qt::black, shadowOpacity));
-    const QPainterPath card = pathOf(outline, section.card);
-    painter.fillPath(card, resolved(ui::palette::card, state.look));
-    painter.strokePath(
-        pathOf(outline, section.card.adjusted(hair / 2, hair / 2, -hair / 2, -hair / 2)),
-        QPen(resolved(ui::Role::Primary, state.look, hairlineOpacity), hair));
-    for (const double line : section.lines) {
-        painter.fillRect(QRectF(section.card.left() + metrics::formRowInsets.leading,
-                                scene().snapped(line - (hair / 2)),
-                                section.card.width() - (metrics::formRowInsets.leading +
-                                                        metrics::formRowInsets.trailing),
-                                hair),
-                         resolved(ui::Role::Primary, state.look, hairlineOpacity));
-    }
-    for (const auto& row : section.rows) {
-        row->paint(painter, state);
+    painter.fillPath(pathOf(outline, area.translated(0, 1)), withOpacity(Qt::black, shadowOpacity));
+    painter.fillPath(pathOf(outline, area), resolved(ui::palette::card, state.look));
+    const QColor line = resolved(ui::Role::Primary, state.look, hairlineOpacity);
+    painter.strokePath(pathOf(outline, area.adjusted(hair / 2, hair / 2, -hair / 2, -hair / 2)),
+                       QPen(line, hair));
+    const ui::Edges& insets = metrics::formRowInsets;
+    for (const double y : card.lines) {
+        painter.fillRect(QRectF(area.left() + insets.leading, scene().snapped(y - (hair / 2)),
+                                area.width() - insets.leading - insets.trailing, hair),
+                         line);
     }
 }
 
@@ -347,9 +205,10 @@ void GroupedFormElement::paintThumb(QPainter& painter, const Look& look) const {
 void GroupedFormElement::paint(QPainter& painter, const PaintState& state) {
     painter.fillRect(frame().intersected(state.dirty), resolved(ui::palette::window, state.look));
     paintScrolled(painter, state, [&](const PaintState& scrolled) {
-        for (const auto& section : sections_) {
-            paintSection(section, painter, scrolled);
+        for (const ui::Card& card : cards_) {
+            paintCard(card, painter, scrolled);
         }
+        Element::paint(painter, scrolled);
     });
     if (scroller().furthest() > 0) {
         paintThumb(painter, state.look);

@@ -5,7 +5,6 @@
 #include "ui/Nodes.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <QObject>
@@ -18,18 +17,20 @@ template <class Kind>
 class ScrollingElement // NOLINT(cppcoreguidelines-virtual-class-destructor)
     : public ElementOf<Kind> {
 public:
-    using ElementOf<Kind>::ElementOf;
+    ScrollingElement(Qt::Orientation orientation, Scene& scene, Element* parent)
+        : ElementOf<Kind>(scene, parent), orientation_(orientation) {}
     ScrollingElement(const ScrollingElement&) = delete;
     ScrollingElement& operator=(const ScrollingElement&) = delete;
     ~ScrollingElement() override;
 
-    void invalidate(const QRectF& area) override;
+    void invalidateInside(const QRectF& area) override;
     [[nodiscard]] QWidget* widget() const override { return scroller_->viewport(); }
 
 protected:
-    void makeScroller(Axis axis, QWidget* host);
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
+    void updateChildren(const ui::Placed& placed, const Surroundings& surroundings) override;
     [[nodiscard]] Scroller& scroller() const { return *scroller_; }
-    [[nodiscard]] bool hasScroller() const { return scroller_ != nullptr; }
     [[nodiscard]] QPointF origin() const;
     // Draws by the block, moved and clipped to what is visible.
     void paintScrolled(QPainter& painter, const PaintState& state,
@@ -38,7 +39,7 @@ protected:
     [[nodiscard]] bool draws() const override { return true; }
 
 private:
-    Axis axis_ = Axis::Horizontal;
+    Qt::Orientation orientation_;
     std::unique_ptr<Scroller> scroller_;
     // Hears what reaches the viewport.
     std::unique_ptr<QObject> events_;
@@ -46,54 +47,31 @@ private:
 
 class HorizontalScrollElement final : public ScrollingElement<ui::HorizontalScroll> {
 public:
-    using ScrollingElement::ScrollingElement;
+    HorizontalScrollElement(Scene& scene, Element* parent)
+        : ScrollingElement(Qt::Horizontal, scene, parent) {}
 
     void paint(QPainter& painter, const PaintState& state) override;
-    void forEachChild(const std::function<void(Element&)>& call) override { call(*content_); }
-
-protected:
-    void changed(const ui::HorizontalScroll* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
-    void arrange() override;
 
 private:
-    void paintFaded(QPainter& painter, const PaintState& state) const;
-
-    ElementPtr content_;
-};
-
-// One section: its title, and its rows on a card.
-struct FormSectionElement {
-    ElementPtr title;
-    std::vector<ElementPtr> rows;
-    QRectF card;
-    // Where the hairlines between the rows lie.
-    std::vector<double> lines;
+    void paintFaded(QPainter& painter, const PaintState& state);
 };
 
 class GroupedFormElement final : public ScrollingElement<ui::GroupedForm> {
 public:
-    using ScrollingElement::ScrollingElement;
+    GroupedFormElement(Scene& scene, Element* parent)
+        : ScrollingElement(Qt::Vertical, scene, parent) {}
 
     void paint(QPainter& painter, const PaintState& state) override;
-    void forEachChild(const std::function<void(Element&)>& call) override;
 
 protected:
-    void changed(const ui::GroupedForm* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
-    void arrange() override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
 
 private:
-    void updateSection(FormSectionElement& section, const ui::FormSection& now,
-                       const Surroundings& surroundings);
-    // Places everything at that width when `places`; returns the height.
-    double layOut(double width, bool places);
-    double layOutSection(FormSectionElement& section, const QRectF& column, bool places);
-    void paintSection(const FormSectionElement& section, QPainter& painter,
-                      const PaintState& state) const;
+    void paintCard(const ui::Card& card, QPainter& painter, const PaintState& state) const;
     void paintThumb(QPainter& painter, const Look& look) const;
 
-    std::vector<FormSectionElement> sections_;
+    std::vector<ui::Card> cards_;
 };
 
 } // namespace pelistra::desktop

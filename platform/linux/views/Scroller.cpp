@@ -20,9 +20,9 @@ constexpr double airAroundFocus = 12;
 
 } // namespace
 
-Scroller::Scroller(Axis axis, QWidget* parent, std::function<void()> moved)
+Scroller::Scroller(Qt::Orientation orientation, QWidget* parent, std::function<void()> moved)
     // NOLINTNEXTLINE(*-owning-memory): deleted by the destructor, or by the parent before
-    : axis_(axis), viewport_(new QWidget(parent)), content_(new QWidget(viewport_)),
+    : orientation_(orientation), viewport_(new QWidget(parent)), content_(new QWidget(viewport_)),
       moved_(std::move(moved)) {
     viewport_->setAttribute(Qt::WA_NoSystemBackground);
     content_->setAttribute(Qt::WA_NoSystemBackground);
@@ -42,7 +42,7 @@ Scroller::~Scroller() {
 }
 
 double Scroller::along(const QSizeF& size) const {
-    return axis_ == Axis::Horizontal ? size.width() : size.height();
+    return orientation_ == Qt::Horizontal ? size.width() : size.height();
 }
 
 void Scroller::setGeometry(const QRectF& viewport, const QSizeF& contentSize) {
@@ -68,7 +68,7 @@ void Scroller::scrollTo(double offset) {
     }
     offset_ = bounded;
     const int place = -static_cast<int>(std::lround(offset_));
-    content_->move(axis_ == Axis::Horizontal ? QPoint(place, 0) : QPoint(0, place));
+    content_->move(orientation_ == Qt::Horizontal ? QPoint(place, 0) : QPoint(0, place));
     moved_();
 }
 
@@ -90,7 +90,7 @@ void Scroller::wheel(const QWheelEvent& event, bool reduceMotion) {
     const auto larger = [](const QPoint& delta) {
         return std::abs(delta.x()) > std::abs(delta.y()) ? delta.x() : delta.y();
     };
-    const bool isSideways = axis_ == Axis::Horizontal;
+    const bool isSideways = orientation_ == Qt::Horizontal;
     if (!pixels.isNull()) {
         slide_.stop();
         scrollTo(offset_ - (isSideways ? larger(pixels) : pixels.y()));
@@ -102,7 +102,7 @@ void Scroller::wheel(const QWheelEvent& event, bool reduceMotion) {
 }
 
 bool Scroller::key(int key, bool reduceMotion) {
-    const bool isSideways = axis_ == Axis::Horizontal;
+    const bool isSideways = orientation_ == Qt::Horizontal;
     if (key == Qt::Key_Home) {
         slideTo(0, reduceMotion);
     } else if (key == Qt::Key_End) {
@@ -123,7 +123,7 @@ bool Scroller::key(int key, bool reduceMotion) {
 
 void Scroller::bringIntoView(const QWidget& widget, bool reduceMotion) {
     const QRect area(widget.mapTo(content_, QPoint(0, 0)), widget.size());
-    const bool isSideways = axis_ == Axis::Horizontal;
+    const bool isSideways = orientation_ == Qt::Horizontal;
     const double begin = (isSideways ? area.left() : area.top()) - airAroundFocus;
     const double end =
         (isSideways ? area.left() + area.width() : area.top() + area.height()) + airAroundFocus;

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "platform/linux/views/Element.h"
-
 #include <functional>
 #include <memory>
 
 #include <QPointer>
+#include <QRectF>
 #include <QVariantAnimation>
 #include <QWidget>
 
@@ -19,7 +18,7 @@ namespace pelistra::desktop {
 class Scroller {
 public:
     // `moved` is called after every change of the offset.
-    Scroller(Axis axis, QWidget* parent, std::function<void()> moved);
+    Scroller(Qt::Orientation orientation, QWidget* parent, std::function<void()> moved);
     Scroller(const Scroller&) = delete;
     Scroller& operator=(const Scroller&) = delete;
     ~Scroller();
@@ -44,7 +43,7 @@ public:
 private:
     [[nodiscard]] double along(const QSizeF& size) const;
 
-    Axis axis_;
+    Qt::Orientation orientation_;
     QPointer<QWidget> viewport_;
     QPointer<QWidget> content_;
     std::function<void()> moved_;

@@ -44,36 +44,12 @@ void setCommandSigns(QTextLayout& layout) {
     layout.setFormats(ranges);
 }
 
-} // namespace
-
-TextElement::~TextElement() {
-    delete label_;
+bool isOneLine(const ui::Text& text) {
+    return text.lineLimit == 1;
 }
 
-void TextElement::changed(const ui::Text* before, const Surroundings& surroundings) {
-    if (before == nullptr || before->text != node().text) {
-        text_ = QString::fromStdString(node().text);
-    }
-    if (before == nullptr || before->text != node().text || before->font != node().font ||
-        before->lineLimit != node().lineLimit) {
-        sizeChanged();
-    }
-    if (before != nullptr && *before != node()) {
-        appearanceChanged();
-    }
-    if (surroundings.isInControl) {
-        // The control is what is read.
-        delete label_;
-        return;
-    }
-    if (label_.isNull()) {
-        label_ = new TextProxy(surroundings.host); // NOLINT(*-owning-memory)
-        label_->show();
-    }
-    label_->setContent(text_, surroundings.accessibilityLabel, surroundings.help);
-}
-
-QSizeF TextElement::breakLines(QTextLayout& layout, double width) const {
+// Breaks the text into lines; returns its size.
+Size breakLines(QTextLayout& layout, double width) {
     double height = 0;
     double widest = 0;
     layout.beginLayout();
@@ -84,31 +60,48 @@ QSizeF TextElement::breakLines(QTextLayout& layout, double width) const {
         widest = std::max(widest, line.naturalTextWidth());
     }
     layout.endLayout();
-    return {std::ceil(widest), height};
+    return {.width = std::ceil(widest), .height = height};
 }
 
-QSizeF TextElement::sizeThatFits(const Proposal& proposal) {
-    const QFont font = qtFont(node().font, scene().look());
-    const double offered = std::max(proposal.width.value_or(unlimited), 1.0);
-    if (isOneLine()) {
+} // namespace
+
+Size textSize(const ui::Text& text, std::optional<double> width, const Look& look) {
+    const QFont font = qtFont(text.font, look);
+    const double offered = std::clamp(width.value_or(unlimited), 1.0, unlimited);
+    QString shown = QString::fromStdString(text.text);
+    if (isOneLine(text)) {
         const QFontMetricsF metrics(font);
-        return {std::min(std::ceil(metrics.horizontalAdvance(text_)), offered),
-                std::ceil(metrics.height())};
+        return {.width = std::min(std::ceil(metrics.horizontalAdvance(shown)), offered),
+                .height = std::ceil(metrics.height())};
     }
-    QString broken = text_;
-    broken.replace(u'\n', QChar::LineSeparator);
-    QTextLayout layout(broken, font);
+    shown.replace(u'\n', QChar::LineSeparator);
+    QTextLayout layout(shown, font);
     setCommandSigns(layout);
-    QTextOption option = optionFor(node());
+    QTextOption option = optionFor(text);
     option.setAlignment(Qt::AlignLeft);
     layout.setTextOption(option);
-    return breakLines(layout, std::min(offered, unlimited));
+    return breakLines(layout, offered);
 }
 
-void TextElement::arrange() {
-    if (label_) {
-        label_->setGeometry(frame().toAlignedRect());
+TextElement::~TextElement() {
+    delete label_;
+}
+
+void TextElement::changed(const ui::View* before, const ui::Placed& now,
+                          const Surroundings& surroundings) {
+    if (before != nullptr && *before != view()) {
+        appearanceChanged();
     }
+    if (surroundings.isInControl) {
+        // The control is what is read.
+        return;
+    }
+    if (label_.isNull()) {
+        label_ = new TextProxy(surroundings.host); // NOLINT(*-owning-memory)
+        label_->show();
+    }
+    label_->setContent(QString::fromStdString(node().text), now.accessibilityLabel, now.help);
+    label_->setGeometry(frame().toAlignedRect());
 }
 
 void TextElement::paint(QPainter& painter, const PaintState& state) {
@@ -119,19 +112,19 @@ void TextElement::paint(QPainter& painter, const PaintState& state) {
     const QFont font = qtFont(node().font, state.look);
     const auto& foreground = node().foreground;
     const QColor color = foreground ? resolved(*foreground, state.look) : state.foreground;
-    QString shown = text_;
-    if (isOneLine()) {
+    QString shown = QString::fromStdString(node().text);
+    if (isOneLine(node())) {
         shown = QFontMetricsF(font).elidedText(shown.replace(u'\n', u' '), Qt::ElideRight,
                                                area.width() + 0.5);
     }
     shown.replace(u'\n', QChar::LineSeparator);
     QTextLayout layout(shown, font);
-    if (!isOneLine()) {
+    if (!isOneLine(node())) {
         setCommandSigns(layout);
     }
     layout.setTextOption(optionFor(node()));
     // A little more than measured, so that rounding does not break a line that has fitted.
-    breakLines(layout, isOneLine() ? unlimited : area.width() + 0.01);
+    breakLines(layout, isOneLine(node()) ? unlimited : area.width() + 0.01);
     painter.setPen(color);
     layout.draw(&painter, area.topLeft());
 }

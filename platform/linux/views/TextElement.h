@@ -4,14 +4,12 @@
 #include "platform/linux/views/Proxies.h"
 #include "ui/Nodes.h"
 
-#include <vector>
-
 #include <QPointer>
-#include <QString>
-
-class QTextLayout;
 
 namespace pelistra::desktop {
+
+// The size of a text in lines no longer than the width, or unbroken, in whole points.
+[[nodiscard]] Size textSize(const ui::Text& text, std::optional<double> width, const Look& look);
 
 // A text, and outside of controls the label that a screen reader finds at its place.
 class TextElement final : public ElementOf<ui::Text> {
@@ -25,17 +23,11 @@ public:
     [[nodiscard]] QWidget* widget() const override { return label_; }
 
 protected:
-    void changed(const ui::Text* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
-    void arrange() override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
 
 private:
-    // Breaks the text into lines; returns its size.
-    QSizeF breakLines(QTextLayout& layout, double width) const;
-    [[nodiscard]] bool isOneLine() const { return node().lineLimit == 1; }
-
-    QString text_;
     QPointer<TextProxy> label_;
 };
 

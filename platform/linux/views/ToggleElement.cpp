@@ -46,25 +46,27 @@ void ToggleElement::makeProxy(QWidget* host) {
     proxy_->show();
 }
 
-void ToggleElement::changed(const ui::Toggle* before, const Surroundings& surroundings) {
-    isFormRow_ = surroundings.isFormRow;
-    if (before != nullptr && *before != node()) {
+void ToggleElement::changed(const ui::View* before, const ui::Placed& now,
+                            const Surroundings& surroundings) {
+    track_ = qRect(now.toggle).translated(-frame().topLeft());
+    if (before != nullptr && *before != view()) {
         appearanceChanged();
     }
     if (proxy_.isNull()) {
         makeProxy(surroundings.host);
     }
     proxy_->setAccessibleName(QString::fromStdString(
-        surroundings.accessibilityLabel.empty() ? node().label : surroundings.accessibilityLabel));
-    setHelp(*proxy_, surroundings.help);
+        now.accessibilityLabel.empty() ? node().label : now.accessibilityLabel));
+    setHelp(*proxy_, now.help);
+    proxy_->setGeometry(frame().toAlignedRect());
     if (proxy_->isChecked() != node().isOn) {
         proxy_->setChecked(node().isOn);
         slide();
     }
-    Surroundings inside = surroundings;
-    inside.isInControl = true;
-    inside.isFormRow = false;
-    updateChild(label_, ui::Text{.text = node().label}, inside);
+}
+
+void ToggleElement::updateChildren(const ui::Placed& placed, const Surroundings& surroundings) {
+    Element::updateChildren(placed, {.host = surroundings.host, .isInControl = true});
 }
 
 void ToggleElement::slide() {
@@ -88,43 +90,12 @@ double ToggleElement::knobPlace() const {
     return slidFrom_ + ((end - slidFrom_) * sliding_->progress());
 }
 
-QSizeF ToggleElement::sizeThatFits(const Proposal& proposal) {
-    const ui::Edges edges = isFormRow_ ? metrics::formRowInsets : ui::Edges();
-    const double beside =
-        metrics::switchWidth + metrics::switchDistance + edges.leading + edges.trailing;
-    Proposal inside;
-    if (proposal.width) {
-        inside.width = std::max(0.0, *proposal.width - beside);
-    }
-    const QSizeF label = label_->measure(inside);
-    const double width = isFormRow_ && proposal.width ? *proposal.width : label.width() + beside;
-    return {width, std::max(label.height(), metrics::switchHeight) + edges.top + edges.bottom};
-}
-
-void ToggleElement::arrange() {
-    const double leading = isFormRow_ ? metrics::formRowInsets.leading : 0;
-    const QRectF right = switchArea(frame());
-    const QSizeF size = label_->measure(
-        {.width = right.left() - metrics::switchDistance - frame().left() - leading});
-    label_->place(QRectF(QPointF(frame().left() + leading,
-                                 scene().snapped(frame().center().y() - (size.height() / 2))),
-                         size));
-    proxy_->setGeometry(frame().toAlignedRect());
-}
-
 double ToggleElement::drawingMargin() const {
     return metrics::focusRingWidth + 1;
 }
 
-QRectF ToggleElement::switchArea(const QRectF& area) const {
-    const double trailing = isFormRow_ ? metrics::formRowInsets.trailing : 0;
-    return {scene().snapped(area.right() - trailing - metrics::switchWidth),
-            scene().snapped(area.center().y() - (metrics::switchHeight / 2)), metrics::switchWidth,
-            metrics::switchHeight};
-}
-
 void ToggleElement::paintSwitch(QPainter& painter, const Look& look) const {
-    const QRectF track = switchArea(shownFrame());
+    const QRectF track = track_.translated(shownFrame().topLeft());
     const double place = knobPlace();
     const double radius = track.height() / 2;
     const QColor off = resolved(ui::Role::Primary, look, offOpacity);
@@ -158,9 +129,8 @@ void ToggleElement::paintSwitch(QPainter& painter, const Look& look) const {
 }
 
 void ToggleElement::paint(QPainter& painter, const PaintState& state) {
-    const double margin = drawingMargin();
-    if (proxy_ && shownFrame().adjusted(-margin, -margin, margin, margin).intersects(state.dirty)) {
-        label_->paint(painter, state);
+    if (proxy_ && drawnArea().intersects(state.dirty)) {
+        Element::paint(painter, state);
         paintSwitch(painter, state.look);
     }
 }

@@ -17,13 +17,12 @@ public:
     ~ToggleElement() override;
 
     void paint(QPainter& painter, const PaintState& state) override;
-    void forEachChild(const std::function<void(Element&)>& call) override { call(*label_); }
     [[nodiscard]] QWidget* focusable() const override { return proxy_; }
 
 protected:
-    void changed(const ui::Toggle* before, const Surroundings& surroundings) override;
-    [[nodiscard]] QSizeF sizeThatFits(const Proposal& proposal) override;
-    void arrange() override;
+    void changed(const ui::View* before, const ui::Placed& now,
+                 const Surroundings& surroundings) override;
+    void updateChildren(const ui::Placed& placed, const Surroundings& surroundings) override;
     [[nodiscard]] bool draws() const override { return true; }
     [[nodiscard]] double drawingMargin() const override;
 
@@ -31,11 +30,10 @@ private:
     void makeProxy(QWidget* host);
     // Sends the knob to where the widget's state asks for it.
     void slide();
-    [[nodiscard]] QRectF switchArea(const QRectF& area) const;
     void paintSwitch(QPainter& painter, const Look& look) const;
 
-    bool isFormRow_ = false;
-    ElementPtr label_;
+    // Where the switch lies in the frame.
+    QRectF track_;
     QPointer<ToggleProxy> proxy_;
     bool shownState_ = false;
     // From where the knob slides, and how; none while it rests.

@@ -4,6 +4,7 @@
 #include "platform/MainQueue.h"
 #include "platform/Published.h"
 #include "platform/linux/views/Look.h"
+#include "ui/Measures.h"
 
 #include <functional>
 
@@ -18,6 +19,8 @@ struct ViewServices {
     // Runs the block with that event as the application's current one.
     std::function<void(const Event& event, const std::function<void()>& block)> handleEvent;
     Published<Look>& look;
+    // Measures by something else than the look; null: by the look.
+    const ui::Measures* measures = nullptr;
 };
 
 } // namespace pelistra::desktop
