@@ -16,6 +16,8 @@ namespace pelistra::testing {
 // The real bar on a private X server without a window manager, and icons of the tests' own.
 class BarFixture : public ::testing::Test {
 protected:
+    explicit BarFixture(const PrivateDisplay::Options& options = {}) : display_(options) {}
+
     static constexpr int screenWidth = 1280;
     static constexpr int barHeight = 28;
 

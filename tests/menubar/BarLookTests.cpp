@@ -18,6 +18,8 @@ constexpr std::uint32_t middleGrey = 3 * 0x80;
 
 class BarLookTests : public BarFixture {
 protected:
+    using BarFixture::BarFixture;
+
     [[nodiscard]] bool isLight() { return lightness(pixel(640, 10)) > middleGrey; }
     [[nodiscard]] std::uint32_t foregroundPart() {
         const auto colours = x_.words(x_.trayOwner(), "_NET_SYSTEM_TRAY_COLORS");
@@ -40,7 +42,24 @@ protected:
     }
 };
 
-TEST_F(BarLookTests, LightAndDarkAreWhatTheySay) {
+using BarColourTests = UnderCompositor<BarLookTests>;
+INSTANTIATE_TEST_SUITE_P(Under, BarColourTests, ::testing::ValuesIn(everyCompositor),
+                         compositorTestName);
+
+// These play a window manager.
+using BarTitleTests = UnderCompositor<BarLookTests>;
+INSTANTIATE_TEST_SUITE_P(Under, BarTitleTests,
+                         ::testing::Values(Compositor::None, Compositor::Picom,
+                                           Compositor::Xcompmgr),
+                         compositorTestName);
+
+TEST_P(BarColourTests, TheHousingIsDrawn) {
+    startBar({"--camera-housing", "1100,100"});
+    EXPECT_TRUE(waitFor([&] { return pixel(1150, 10) == 0U; }));
+    EXPECT_TRUE(waitFor([&] { return pixel(1090, 10) != 0U; }));
+}
+
+TEST_P(BarColourTests, LightAndDarkAreWhatTheySay) {
     startBar({"--theme", "light"});
     EXPECT_TRUE(waitFor([&] { return isLight(); }));
     EXPECT_LT(foregroundPart(), 0x8000U);
@@ -50,7 +69,7 @@ TEST_F(BarLookTests, LightAndDarkAreWhatTheySay) {
     EXPECT_GT(foregroundPart(), 0x8000U);
 }
 
-TEST_F(BarLookTests, AutoFollowsTheSettingsManagerAsItComesChangesAndGoes) {
+TEST_P(BarColourTests, AutoFollowsTheSettingsManagerAsItComesChangesAndGoes) {
     startBar();
     EXPECT_TRUE(waitFor([&] { return isLight(); }));
     writeTheme("Adwaita-dark");
@@ -111,7 +130,7 @@ TEST_F(BarLookTests, AGivenScaleWins) {
     EXPECT_TRUE(waitFor([&] { return x_.frame(x_.barWindow())->height == barHeight; }));
 }
 
-TEST_F(BarLookTests, TheTitleOfTheActiveWindowIsShownAndFollowed) {
+TEST_P(BarTitleTests, TheTitleOfTheActiveWindowIsShownAndFollowed) {
     startBar();
     EXPECT_TRUE(waitFor([&] { return isLight(); }));
     const Picture empty = titlePicture();
@@ -125,7 +144,7 @@ TEST_F(BarLookTests, TheTitleOfTheActiveWindowIsShownAndFollowed) {
     EXPECT_TRUE(waitFor([&] { return titlePicture() == empty; }));
 }
 
-TEST_F(BarLookTests, AnActiveWindowThatIsManagedNoMoreHasNoTitle) {
+TEST_P(BarTitleTests, AnActiveWindowThatIsManagedNoMoreHasNoTitle) {
     startBar();
     EXPECT_TRUE(waitFor([&] { return isLight(); }));
     const Picture empty = titlePicture();
@@ -158,7 +177,7 @@ TEST_F(BarLookTests, AnActiveWindowThatVanishesOrHasNoProperTitleDoesNoHarm) {
     EXPECT_EQ(x_.barItems().size(), 2U);
 }
 
-TEST_F(BarLookTests, TheTitleEndsBeforeTheItems) {
+TEST_P(BarTitleTests, TheTitleEndsBeforeTheItems) {
     startBar();
     TrayClient& wide = dock({.name = "wide", .preferredPosition = 0});
     TrayClient window(display_.name(), {.name = "Editor"});

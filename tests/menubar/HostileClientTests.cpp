@@ -72,7 +72,11 @@ TEST_F(HostileClientTests, NamesStartNoLineInTheLogOrInTheOrderFile) {
     EXPECT_EQ(status.st_mode & 07777U, 0700U);
 }
 
-TEST_F(HostileClientTests, AClientDrawsInItsOwnPlaceOnly) {
+using HostileDrawingTests = UnderCompositor<BarFixture>;
+INSTANTIATE_TEST_SUITE_P(Under, HostileDrawingTests, ::testing::ValuesIn(everyCompositor),
+                         compositorTestName);
+
+TEST_P(HostileDrawingTests, AClientDrawsInItsOwnPlaceOnly) {
     startBar();
     const TrayClient& neighbour = dockNamed("neighbour");
     TrayClient hostile(display_.name(), {.name = "hostile", .colour = 0xff00ff});

@@ -10,7 +10,7 @@ namespace {
 constexpr std::uint32_t red = 0xff0000;
 constexpr std::uint32_t blue = 0x0000ff;
 
-class ItemPictureTests : public BarFixture {
+class ItemPictureTests : public UnderCompositor<BarFixture> {
 protected:
     // What the icon's container holds, seen or not.
     [[nodiscard]] std::optional<std::uint32_t> ownPixel(const TrayClient& client) {
@@ -51,20 +51,19 @@ protected:
     [[nodiscard]] std::uint32_t barColour() { return pixel(640, 14); }
 };
 
-TEST_F(ItemPictureTests, AnIconIsShownAndRepaintedWhenItDraws) {
+INSTANTIATE_TEST_SUITE_P(Under, ItemPictureTests, ::testing::ValuesIn(everyCompositor),
+                         compositorTestName);
+
+TEST_P(ItemPictureTests, AnIconIsShownAndRepaintedWhenItDraws) {
     startBar();
     TrayClient& icon = dock({.name = "icon", .colour = red});
     const int x = frameOf(icon).midX();
     EXPECT_TRUE(eventually([&] { return pixel(x, 14) == red; }));
-    const xcb_gcontext_t context = icon.x().connection().newId();
-    xcb_create_gc(icon.x().get(), context, icon.window(), XCB_GC_FOREGROUND, &blue);
-    const xcb_rectangle_t all{.x = 0, .y = 0, .width = 28, .height = 28};
-    xcb_poly_fill_rectangle(icon.x().get(), icon.window(), context, 1, &all);
-    icon.x().sync();
+    icon.changeColour(blue);
     EXPECT_TRUE(eventually([&] { return pixel(x, 14) == blue; }));
 }
 
-TEST_F(ItemPictureTests, AMovedIconIsShownInItsNewPlaceOnly) {
+TEST_P(ItemPictureTests, AMovedIconIsShownInItsNewPlaceOnly) {
     startBar();
     TrayClient& right = dock({.name = "right", .colour = red});
     TrayClient& left = dock({.name = "left", .colour = blue});
@@ -77,7 +76,7 @@ TEST_F(ItemPictureTests, AMovedIconIsShownInItsNewPlaceOnly) {
     EXPECT_TRUE(eventually([&] { return pixel(screenWidth - 2, 14) == red; }));
 }
 
-TEST_F(ItemPictureTests, AnIconThatLeavesLeavesNothingBehind) {
+TEST_P(ItemPictureTests, AnIconThatLeavesLeavesNothingBehind) {
     startBar();
     TrayClient& icon = dock({.name = "icon", .colour = red});
     const int x = frameOf(icon).midX();
@@ -90,7 +89,7 @@ TEST_F(ItemPictureTests, AnIconThatLeavesLeavesNothingBehind) {
     EXPECT_TRUE(eventually([&] { return pixel(x, 14) == barColour(); }));
 }
 
-TEST_F(ItemPictureTests, ThePictureOfAnItemOffTheScreenCanBeTaken) {
+TEST_P(ItemPictureTests, ThePictureOfAnItemOffTheScreenCanBeTaken) {
     startBar();
     TrayClient& divider = dock({.name = "divider", .preferredPosition = 0});
     TrayClient& icon = dock({.name = "icon", .colour = red});
@@ -99,11 +98,7 @@ TEST_F(ItemPictureTests, ThePictureOfAnItemOffTheScreenCanBeTaken) {
     EXPECT_TRUE(eventually([&] { return frameOf(icon).right() < 0; }));
     EXPECT_EQ(ownPixel(icon), red);
     // It still draws there.
-    const xcb_gcontext_t context = icon.x().connection().newId();
-    xcb_create_gc(icon.x().get(), context, icon.window(), XCB_GC_FOREGROUND, &blue);
-    const xcb_rectangle_t all{.x = 0, .y = 0, .width = 28, .height = 28};
-    xcb_poly_fill_rectangle(icon.x().get(), icon.window(), context, 1, &all);
-    icon.x().sync();
+    icon.changeColour(blue);
     EXPECT_EQ(ownPixel(icon), blue);
     // And what it drew there is seen when it comes back.
     divider.askForWidth(14);
@@ -111,7 +106,7 @@ TEST_F(ItemPictureTests, ThePictureOfAnItemOffTheScreenCanBeTaken) {
     EXPECT_TRUE(waitFor([&] { return pixel(frameOf(icon).midX(), 14) == blue; }));
 }
 
-TEST_F(ItemPictureTests, AnAlphaIconThatPaintsNothingShowsTheBar) {
+TEST_P(ItemPictureTests, AnAlphaIconThatPaintsNothingShowsTheBar) {
     startBar();
     XClient client(display_.name());
     const x11::Connection::Visual visual = client.connection().alphaVisual();
@@ -136,7 +131,7 @@ TEST_F(ItemPictureTests, AnAlphaIconThatPaintsNothingShowsTheBar) {
     }));
 }
 
-TEST_F(ItemPictureTests, AnIconThatTakesItsParentsBackgroundShowsTheBar) {
+TEST_P(ItemPictureTests, AnIconThatTakesItsParentsBackgroundShowsTheBar) {
     startBar({"--theme", "dark"});
     XClient client(display_.name());
     const xcb_screen_t& screen = client.connection().screen();

@@ -118,18 +118,22 @@ bool managesWindows(XClient& client) {
 
 } // namespace
 
-PrivateDisplay::PrivateDisplay(const Options& options) : environment_(baseEnvironment()) {
+PrivateDisplay::PrivateDisplay(const Options& options)
+    : environment_(baseEnvironment()), managed_(options.windowManager),
+      composited_(options.compositor) {
     makeFolders();
     startServer(options);
-    if (options.sessionBus) {
+    if (options.sessionBus || composited_ == Compositor::Xfwm4) {
         startSessionBus();
     }
-    if (options.windowManager) {
+    if (managed_ || composited_ == Compositor::Xfwm4) {
         startWindowManager();
     }
+    startCompositor();
 }
 
 PrivateDisplay::~PrivateDisplay() {
+    compositor_.reset();
     windowManager_.reset();
     sessionBus_.reset();
     if (server_) {
@@ -240,11 +244,48 @@ void PrivateDisplay::restartWindowManager() {
 }
 
 void PrivateDisplay::startWindowManager() {
-    // As Debian delivers it: it takes every click with Alt on any window to move it by.
-    windowManager_ = start({"openbox", "--sm-disable"});
+    // Openbox as Debian delivers it: it takes every click with Alt on any window to move it by.
+    windowManager_ = start(composited_ == Compositor::Xfwm4
+                               ? commandOf(composited_)
+                               : std::vector<std::string>{"openbox", "--sm-disable"});
     XClient client(name_);
     if (!waitFor([&] { return managesWindows(client); })) {
-        throw std::runtime_error("openbox did not come up: " + windowManager_->output());
+        throw std::runtime_error("no window manager came up: " + windowManager_->output());
+    }
+}
+
+void PrivateDisplay::changeCompositor(Compositor compositor) {
+    const bool managerChanges = composited_ == Compositor::Xfwm4 || compositor == Compositor::Xfwm4;
+    if (compositor_) {
+        compositor_->terminate();
+        compositor_.reset();
+    }
+    if (managerChanges && windowManager_) {
+        windowManager_->terminate();
+        windowManager_.reset();
+    }
+    // The next one refuses to start while the server has not noticed.
+    XClient client(name_);
+    if (!waitFor([&] { return !isComposited(client); })) {
+        throw std::runtime_error(nameOf(composited_) + " composites after its end");
+    }
+    composited_ = compositor;
+    if (managerChanges && (managed_ || compositor == Compositor::Xfwm4)) {
+        startWindowManager();
+    }
+    startCompositor();
+}
+
+void PrivateDisplay::startCompositor() {
+    if (composited_ == Compositor::None) {
+        return;
+    }
+    if (composited_ != Compositor::Xfwm4) {
+        compositor_ = start(commandOf(composited_));
+    }
+    XClient client(name_);
+    if (!waitFor([&] { return isComposited(client); })) {
+        throw std::runtime_error(nameOf(composited_) + " does not composite");
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/desktop/harness/ChildProcess.h"
+#include "tests/desktop/harness/Compositor.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
 #include <cstdint>
@@ -34,6 +35,8 @@ public:
         // Extensions that the server is to lack; Virtual only.
         std::vector<std::string> withoutExtensions = {};
         Server server = Server::Virtual;
+        // Xfwm4 is the window manager, too, and has a session bus.
+        Compositor compositor = Compositor::None;
     };
 
     // Throws std::runtime_error when a server does not come up in time.
@@ -63,6 +66,9 @@ public:
     void restartWindowManager();
     // The display must have one.
     [[nodiscard]] pid_t windowManagerPid() const { return windowManager_->pid(); }
+    // Asks the compositor to end, and starts that one; None only ends it. Xfwm4 takes the place of
+    // the window manager and must have a session bus.
+    void changeCompositor(Compositor compositor);
     [[nodiscard]] pid_t serverPid() const { return server_->pid(); }
 
 private:
@@ -73,17 +79,22 @@ private:
     [[nodiscard]] std::unique_ptr<ChildProcess> startWithOutputs(const Options& options);
     void startSessionBus();
     void startWindowManager();
+    void startCompositor();
 
     // The folder outlives the processes that write into it.
     TemporaryFolder folder_;
     Environment environment_;
     std::string name_;
+    bool managed_ = false;
+    Compositor composited_ = Compositor::None;
     int startedPrograms_ = 0;
     // The server in whose window a nested one shows itself.
     std::unique_ptr<ChildProcess> host_;
     std::unique_ptr<ChildProcess> server_;
     std::unique_ptr<ChildProcess> sessionBus_;
     std::unique_ptr<ChildProcess> windowManager_;
+    // Empty for Xfwm4, which is the window manager.
+    std::unique_ptr<ChildProcess> compositor_;
 };
 
 } // namespace pelistra::testing

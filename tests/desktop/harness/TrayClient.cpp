@@ -21,18 +21,13 @@ constexpr std::size_t minimumWidthWord = 5;
 constexpr std::size_t minimumHeightWord = 6;
 constexpr std::size_t baseWidthWord = 15;
 constexpr std::size_t baseHeightWord = 16;
+constexpr std::uint32_t opaque = 0xff000000;
 
 } // namespace
 
 TrayClient::TrayClient(const std::string& display, const Options& options)
     : x_(display), window_(x_.connection().newId()), colour_(x_.connection().newId()) {
-    const std::array<std::uint32_t, 2> values{options.colour, XCB_EVENT_MASK_EXPOSURE |
-                                                                  XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-    xcb_create_window(x_.get(), XCB_COPY_FROM_PARENT, window_, x_.root(), 0, 0,
-                      static_cast<std::uint16_t>(options.width),
-                      static_cast<std::uint16_t>(options.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
-                      XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values.data());
-    xcb_create_gc(x_.get(), colour_, window_, XCB_GC_FOREGROUND, &options.colour);
+    createWindow(options);
     setTitle(options.name, "UTF8_STRING");
     std::string className = options.name;
     className += '\0';
@@ -53,6 +48,30 @@ TrayClient::TrayClient(const std::string& display, const Options& options)
                       process);
     }
     x_.sync();
+}
+
+void TrayClient::createWindow(const Options& options) {
+    const x11::Connection& connection = x_.connection();
+    const auto visual = options.hasAlpha ? connection.alphaVisual()
+                                         : connection.visual(connection.screen().root_visual);
+    const xcb_visualid_t id = visual.type->visual_id;
+    const xcb_colormap_t colours = connection.newId();
+    xcb_create_colormap(x_.get(), XCB_COLORMAP_ALLOC_NONE, colours, x_.root(), id);
+    const std::uint32_t colour = opaque | options.colour;
+    const std::array<std::uint32_t, 4> values{
+        colour, colour, XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY, colours};
+    xcb_create_window(
+        x_.get(), visual.depth, window_, x_.root(), 0, 0, static_cast<std::uint16_t>(options.width),
+        static_cast<std::uint16_t>(options.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, id,
+        XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+        values.data());
+    xcb_create_gc(x_.get(), colour_, window_, XCB_GC_FOREGROUND, &colour);
+}
+
+void TrayClient::changeColour(std::uint32_t colour) {
+    colour |= opaque;
+    xcb_change_gc(x_.get(), colour_, XCB_GC_FOREGROUND, &colour);
+    paint();
 }
 
 bool requestDock(XClient& from, xcb_window_t window) {

@@ -22,6 +22,8 @@ public:
         int width = 24;
         int height = 24;
         std::uint32_t colour = 0x3070c0;
+        // Of 32 bits, with an alpha channel, and opaque.
+        bool hasAlpha = false;
         bool withEmbedInfo = true;
         bool mappedFlag = true;
         std::optional<std::uint32_t> preferredPosition = {};
@@ -45,6 +47,8 @@ public:
 
     void setTitle(std::string_view bytes, const std::string& type);
     void setMappedFlag(bool mapped);
+    // Paints itself in that colour, now and from now on.
+    void changeColour(std::uint32_t colour);
     // Asks for a width by size hints and by a resize request.
     void askForWidth(std::uint32_t width);
     // Only the resize request.
@@ -55,6 +59,7 @@ public:
 
 private:
     void paint();
+    void createWindow(const Options& options);
 
     XClient x_;
     xcb_window_t window_;
