@@ -20,6 +20,8 @@ const std::vector<std::string> oneOfEachToolkit{"parcellite", "pnmixer", "copyq"
 
 class BarOnDesktopTests : public ::testing::Test {
 protected:
+    explicit BarOnDesktopTests(const Desktop::Size& size = {}) : desktop_(size) {}
+
     void startPrograms() {
         for (const std::string& program : oneOfEachToolkit) {
             desktop_.startProgram(program);
@@ -70,7 +72,11 @@ TEST_F(BarOnDesktopTests, StandsOnTopOfTheScreenAndReservesItsPlace) {
     EXPECT_THAT(x.words(bar, "_NET_WM_DESKTOP"), ElementsAre(0xffffffffU));
 }
 
-TEST_F(BarOnDesktopTests, ShowsIconsOfEveryToolkitComplete) {
+using BarPictureOnDesktopTests = UnderCompositor<BarOnDesktopTests>;
+INSTANTIATE_TEST_SUITE_P(Under, BarPictureOnDesktopTests, ::testing::ValuesIn(everyCompositor),
+                         compositorTestName);
+
+TEST_P(BarPictureOnDesktopTests, ShowsIconsOfEveryToolkitComplete) {
     desktop_.startBar();
     startPrograms();
     ASSERT_TRUE(waitFor([this] { return desktop_.everythingIsOnScreen(); }));
@@ -149,7 +155,7 @@ TEST_F(BarOnDesktopTests, TheDraggedOrderOutlivesBarAndPrograms) {
     }
 }
 
-TEST_F(BarOnDesktopTests, LiesBelowFullScreenWindows) {
+TEST_P(BarPictureOnDesktopTests, LiesBelowFullScreenWindows) {
     desktop_.startBar();
     TrayClient film(desktop_.display().name(), {.name = "Film", .colour = 0x204060});
     showFullScreen(film);

@@ -22,6 +22,8 @@ const std::vector<std::string> oneOfEachToolkit{"parcellite", "pnmixer", "copyq"
 
 class CollapseTests : public ::testing::Test {
 protected:
+    explicit CollapseTests(const Desktop::Size& size = {}) : desktop_(size) {}
+
     void SetUp() override {
         desktop_.startBar();
         for (const std::string& program : oneOfEachToolkit) {
@@ -82,7 +84,11 @@ TEST_F(CollapseTests, AnAltClickBringsEverythingBackWhereItWas) {
     EXPECT_EQ(desktop_.items(), before);
 }
 
-TEST_F(CollapseTests, IconsAreRepaintedAfterTheyCameBack) {
+using CollapsePictureTests = UnderCompositor<CollapseTests>;
+INSTANTIATE_TEST_SUITE_P(Under, CollapsePictureTests, ::testing::ValuesIn(withAndWithoutCompositor),
+                         compositorTestName);
+
+TEST_P(CollapsePictureTests, IconsAreRepaintedAfterTheyCameBack) {
     ASSERT_TRUE(waitFor([this] {
         return std::ranges::all_of(desktop_.items(), [this](const Desktop::Item& item) {
             return desktop_.x().capture(item.frame).colours() >= 2;

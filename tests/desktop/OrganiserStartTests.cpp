@@ -16,6 +16,8 @@ constexpr auto noItems = OrganiserUnderTest::WaitForItems::No;
 
 class OrganiserStartTests : public ::testing::Test {
 protected:
+    explicit OrganiserStartTests(const Desktop::Size& size = {}) : desktop_(size) {}
+
     [[nodiscard]] std::filesystem::path defaultsFile() {
         return desktop_.display().configFolder() / "pelistra" / "defaults";
     }
@@ -24,6 +26,25 @@ protected:
 
     Desktop desktop_;
 };
+
+using IdleTests = UnderCompositor<OrganiserStartTests>;
+INSTANTIATE_TEST_SUITE_P(Under, IdleTests, ::testing::ValuesIn(everyCompositor),
+                         compositorTestName);
+
+TEST_P(IdleTests, BarAndOrganiserSleep) {
+    const pid_t bar = desktop_.startBar().process().pid();
+    const pid_t organiser = desktop_.startOrganiser().process().pid();
+    desktop_.input().moveTo({.x = 400, .y = 400});
+    const auto sleeps = [&](std::chrono::milliseconds time) {
+        const auto before = std::pair(wakeUps(bar), wakeUps(organiser));
+        return before.first && before.second &&
+               staysTrue([&] { return std::pair(wakeUps(bar), wakeUps(organiser)) == before; },
+                         time);
+    };
+    // Two seconds after its start the organiser gives back what that has needed, once.
+    ASSERT_TRUE(waitFor([&] { return sleeps(std::chrono::milliseconds(2'500)); }));
+    EXPECT_TRUE(sleeps(std::chrono::milliseconds(3'000)));
+}
 
 TEST_F(OrganiserStartTests, NoDisplayIsNamed) {
     const std::string program = (builtPrograms() / "pelistra").string();

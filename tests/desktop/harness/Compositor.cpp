@@ -29,7 +29,7 @@ void PrintTo(Compositor compositor, std::ostream* stream) {
 std::vector<std::string> commandOf(Compositor compositor) {
     switch (compositor) {
     case Compositor::Picom:
-        return {"picom", "--config", "/dev/null", "--backend", "xrender"};
+        return {"picom", "--config", "/dev/null", "--backend", "xrender", "--shadow"};
     case Compositor::Xcompmgr:
         return {"xcompmgr"};
     case Compositor::Xfwm4:

@@ -96,7 +96,8 @@ void Tour::beginDesktop(const Look& look) {
     desktop_.reset();
     desktop_ = std::make_unique<Desktop>(Desktop::Size{.width = pointsWide * look.scale,
                                                        .height = pointsHigh * look.scale,
-                                                       .dpi = plainDpi * look.scale});
+                                                       .dpi = plainDpi * look.scale,
+                                                       .compositor = look.compositor});
     PrivateDisplay& display = desktop_->display();
     runToItsEnd(display, {"xsetroot", "-solid", look.isDark ? "#1d2a38" : "#34506b"});
     if (look.scale != 1) {

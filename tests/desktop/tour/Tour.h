@@ -25,10 +25,12 @@ struct Seen {
 // Walks through steps on a desktop: prints a line for each and saves a picture of the screen.
 class Tour {
 public:
-    // How a desktop looks: device pixels per point, and the look that its settings ask for.
+    // How a desktop looks: device pixels per point, the look that its settings ask
+    // for, and what composites it.
     struct Look {
         int scale = 1;
         bool isDark = false;
+        Compositor compositor = Compositor::None;
     };
 
     // The folder is emptied of pictures of earlier tours, or made.
@@ -79,6 +81,7 @@ void walkEndings(Tour& tour);
 // On desktops of their own.
 void walkFirstUse(Tour& tour);
 void walkLooks(Tour& tour);
+void walkCompositor(Tour& tour);
 
 // Whether a window of that title shows with a content of that size in points.
 [[nodiscard]] Seen lookAtWindow(Desktop& desktop, const std::string& title, int width, int height);

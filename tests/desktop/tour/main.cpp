@@ -26,6 +26,7 @@ int walk(const std::string& folder) {
     walkEndings(tour);
     walkFirstUse(tour);
     walkLooks(tour);
+    walkCompositor(tour);
     return tour.finish() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

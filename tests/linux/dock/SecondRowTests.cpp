@@ -131,7 +131,16 @@ TEST_F(SecondRowTest, AClickElsewhereClosesItAndOneInsideDoesNot) {
     EXPECT_TRUE(organiser_->isCollapsed());
 }
 
-TEST_F(SecondRowTest, ShowsThePicturesOfTheHiddenIcons) {
+class SecondRowPictureTest : public SecondRowTest,
+                             public ::testing::WithParamInterface<Compositor> {
+protected:
+    SecondRowPictureTest()
+        : SecondRowTest({.windowManager = true, .sessionBus = true, .compositor = GetParam()}) {}
+};
+INSTANTIATE_TEST_SUITE_P(Under, SecondRowPictureTest, ::testing::ValuesIn(everyCompositor),
+                         compositorTestName);
+
+TEST_P(SecondRowPictureTest, ShowsThePicturesOfTheHiddenIcons) {
     openRow();
     EXPECT_TRUE(served([this] {
         const Picture picture = client_.capture(*client_.frame(*row()));
