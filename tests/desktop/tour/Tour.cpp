@@ -1,6 +1,7 @@
 #include "tests/desktop/tour/Tour.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <chrono>
 #include <csignal>
@@ -64,6 +65,22 @@ void runToItsEnd(PrivateDisplay& display, const std::vector<std::string>& comman
     }
 }
 
+// Compositors ask for the picture of the root by name.
+void paintRoot(XClient& client, std::uint32_t colour) {
+    xcb_connection_t* x = client.get();
+    const xcb_pixmap_t pixmap = client.connection().newId();
+    xcb_create_pixmap(x, client.connection().screen().root_depth, pixmap, client.root(), 1, 1);
+    const xcb_gcontext_t context = client.connection().newId();
+    xcb_create_gc(x, context, pixmap, XCB_GC_FOREGROUND, &colour);
+    const xcb_rectangle_t all{.x = 0, .y = 0, .width = 1, .height = 1};
+    xcb_poly_fill_rectangle(x, pixmap, context, 1, &all);
+    xcb_change_window_attributes(x, client.root(), XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(x, 0, client.root(), 0, 0, 0, 0);
+    x11::setWords(client.connection(), client.root(), client.atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP,
+                  std::array{pixmap});
+    client.sync();
+}
+
 // Waits until two looks at the screen, a moment apart, see the same.
 void letTheScreenSettle(const XClient& client) {
     constexpr std::chrono::milliseconds longest{1'500};
@@ -99,7 +116,7 @@ void Tour::beginDesktop(const Look& look) {
                                                        .dpi = plainDpi * look.scale,
                                                        .compositor = look.compositor});
     PrivateDisplay& display = desktop_->display();
-    runToItsEnd(display, {"xsetroot", "-solid", look.isDark ? "#1d2a38" : "#34506b"});
+    paintRoot(desktop_->x(), look.isDark ? 0x1d2a38 : 0x34506b);
     if (look.scale != 1) {
         const std::filesystem::path resources = display.folder() / "resources";
         std::ofstream(resources) << "Xft.dpi: " << plainDpi * look.scale << "\n";

@@ -29,7 +29,9 @@ constexpr int collapsedWidth = 2 * screenWidth;
 
 class OrganiserTest : public ::testing::Test {
 protected:
-    OrganiserTest() { writeDefaults(""); }
+    explicit OrganiserTest(const PrivateDisplay::Options& options = {}) : display_(options) {
+        writeDefaults("");
+    }
 
     void writeDefaults(const std::string& more) const {
         std::filesystem::create_directories(defaultsFile().parent_path());
@@ -295,7 +297,11 @@ TEST_F(OrganiserTest, ATrayThatKeepsThrowingItOutIsLeftInPeace) {
     EXPECT_TRUE(process_->isRunning());
 }
 
-TEST_F(OrganiserTest, PicturesTakeTheTraysColoursAndFollowThem) {
+using OrganiserPictureTest = UnderCompositor<OrganiserTest>;
+INSTANTIATE_TEST_SUITE_P(Under, OrganiserPictureTest, ::testing::ValuesIn(withAndWithoutCompositor),
+                         compositorTestName);
+
+TEST_P(OrganiserPictureTest, PicturesTakeTheTraysColoursAndFollowThem) {
     startDocked({.foreground = {0xffff, 0, 0}});
     EXPECT_TRUE(tray_->waitFor([this] { return pixelsOf(0xff0000, divider_) >= 28; }));
     EXPECT_TRUE(tray_->waitFor([this] { return pixelsOf(0xff0000, control_) >= 4; }));
@@ -305,7 +311,7 @@ TEST_F(OrganiserTest, PicturesTakeTheTraysColoursAndFollowThem) {
     }));
 }
 
-TEST_F(OrganiserTest, TheTraysBackgroundShowsThrough) {
+TEST_P(OrganiserPictureTest, TheTraysBackgroundShowsThrough) {
     startDocked({.background = 0x336699});
     EXPECT_TRUE(tray_->waitFor([this] { return pixelsOf(0, divider_) >= 28; }));
     EXPECT_GT(pixelsOf(0x336699, divider_), 300U);
@@ -322,7 +328,7 @@ TEST_F(OrganiserTest, TakesTheTraysVisual) {
     EXPECT_TRUE(collapse());
 }
 
-TEST_F(OrganiserTest, TheArrowAnswersThePointer) {
+TEST_P(OrganiserPictureTest, TheArrowAnswersThePointer) {
     startDocked();
     const auto frame = tray_->frameOf(control_);
     input_.moveTo({.x = 400, .y = 400});
@@ -340,7 +346,7 @@ TEST_F(OrganiserTest, TheArrowAnswersThePointer) {
     EXPECT_TRUE(tray_->waitFor([&] { return client_.capture(frame) == resting; }));
 }
 
-TEST_F(OrganiserTest, TheDividerIsInert) {
+TEST_P(OrganiserPictureTest, TheDividerIsInert) {
     startDocked();
     const auto frame = tray_->frameOf(divider_);
     EXPECT_TRUE(tray_->waitFor([this] { return pixelsOf(0, divider_) >= 28; }));
