@@ -21,7 +21,7 @@ using desktop::X11ScreenCapture;
 constexpr QRgb red = 0xffcc2010;
 constexpr QRgb halfBlue = 0x80000080;
 
-class ScreenCaptureTest : public ::testing::Test {
+class ScreenCaptureTest : public ::testing::TestWithParam<Compositor> {
 protected:
     // A window filled with one colour. Left half and right half differ when `rightColour` is given.
     void paint(xcb_window_t window, std::uint32_t colour, int width, int height, int x = 0) {
@@ -58,18 +58,21 @@ protected:
         return bitmap == nullptr ? QImage() : dynamic_cast<QtBitmap&>(**bitmap).pixels();
     }
 
-    PrivateDisplay display;
+    PrivateDisplay display{{.compositor = GetParam()}};
     std::unique_ptr<x11::Connection> connection = connect(display);
     IconClient client{display.name()};
     X11ScreenCapture screenCapture{*connection};
 };
 
-TEST_F(ScreenCaptureTest, IsGrantedWhereCompositeIs) {
+INSTANTIATE_TEST_SUITE_P(Under, ScreenCaptureTest, ::testing::ValuesIn(withAndWithoutCompositor),
+                         compositorTestName);
+
+TEST_P(ScreenCaptureTest, IsGrantedWhereCompositeIs) {
     EXPECT_TRUE(screenCapture.preflightAccess());
     EXPECT_TRUE(screenCapture.requestAccess());
 }
 
-TEST_F(ScreenCaptureTest, TakesAWindowThatNobodyHasRedirected) {
+TEST_P(ScreenCaptureTest, TakesAWindowThatNobodyHasRedirected) {
     TestTray tray(display.name(), TestTray::Kind::Foreign);
     const auto icon = client.makeWindow(24, 22);
     tray.embed(icon, 100, 24, 22);
@@ -80,11 +83,13 @@ TEST_F(ScreenCaptureTest, TakesAWindowThatNobodyHasRedirected) {
     EXPECT_EQ(picture.pixel(11, 21), red);
     EXPECT_NE(picture.pixel(12, 0), red);
     // The window is as it was: still there, still painted.
-    const Picture screen = client.x().capture({.x = 100, .y = 0, .width = 24, .height = 22});
-    EXPECT_EQ(screen.at(3, 3), red & 0xffffff);
+    EXPECT_TRUE(waitFor([&] {
+        const Picture screen = client.x().capture({.x = 100, .y = 0, .width = 24, .height = 22});
+        return screen.at(3, 3) == (red & 0xffffff);
+    }));
 }
 
-TEST_F(ScreenCaptureTest, TakesAnIconBeyondTheScreenFromItsRedirectedContainer) {
+TEST_P(ScreenCaptureTest, TakesAnIconBeyondTheScreenFromItsRedirectedContainer) {
     TestTray tray(display.name(), TestTray::Kind::Ours);
     xcb_composite_redirect_subwindows(tray.x().get(), tray.bar(), XCB_COMPOSITE_REDIRECT_AUTOMATIC);
     const auto icon = client.makeWindow(24, 28);
@@ -96,7 +101,7 @@ TEST_F(ScreenCaptureTest, TakesAnIconBeyondTheScreenFromItsRedirectedContainer) 
     EXPECT_EQ(picture.pixel(23, 27), red);
 }
 
-TEST_F(ScreenCaptureTest, KeepsTheAlphaOfAWindowThatHasOne) {
+TEST_P(ScreenCaptureTest, KeepsTheAlphaOfAWindowThatHasOne) {
     if (client.x().connection().alphaVisual().type == nullptr) {
         FAIL() << "the server has no visual with alpha";
     }
@@ -108,7 +113,7 @@ TEST_F(ScreenCaptureTest, KeepsTheAlphaOfAWindowThatHasOne) {
     EXPECT_EQ(qAlpha(picture.pixel(15, 2)), 0);
 }
 
-TEST_F(ScreenCaptureTest, HasNoPictureOfWhatIsGoneHiddenOrAbsurd) {
+TEST_P(ScreenCaptureTest, HasNoPictureOfWhatIsGoneHiddenOrAbsurd) {
     EXPECT_TRUE(capture(0x7fffff).isNull());
     EXPECT_TRUE(capture(0).isNull());
     EXPECT_TRUE(capture(client.makeWindow(24, 24)).isNull()) << "not mapped";
@@ -123,7 +128,7 @@ TEST_F(ScreenCaptureTest, HasNoPictureOfWhatIsGoneHiddenOrAbsurd) {
     EXPECT_TRUE(capture(gone).isNull());
 }
 
-TEST_F(ScreenCaptureTest, APictureHasTheNominalSizeThatItIsGiven) {
+TEST_P(ScreenCaptureTest, APictureHasTheNominalSizeThatItIsGiven) {
     QImage pixels(4, 2, QImage::Format_ARGB32_Premultiplied);
     pixels.fill(QColor(Qt::red));
     const QtBitmap bitmap(pixels);
@@ -133,7 +138,7 @@ TEST_F(ScreenCaptureTest, APictureHasTheNominalSizeThatItIsGiven) {
     EXPECT_EQ(image->size(), (Size{.width = 8, .height = 4}));
 }
 
-TEST_F(ScreenCaptureTest, AServerThatIsGoneGivesNoPicture) {
+TEST_P(ScreenCaptureTest, AServerThatIsGoneGivesNoPicture) {
     const auto window = client.makeWindow(24, 24);
     display.killServer();
     EXPECT_TRUE(screenCapture.pixelsOf(window).isNull());
