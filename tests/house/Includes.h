@@ -13,9 +13,8 @@ enum class Layer {
     Seam,
 };
 
-// The include directives of a source text that its layer does not allow, as they stand there. A
-// header counts as standard when ISO C++20 names it, so every toolkit, X11, operating-system or
-// Apple header is foreign without being listed.
+// The include directives of a source text that its layer does not allow, as they stand there. All
+// headers but those of the C++ library are foreign: of toolkits, X11, operating systems, C.
 [[nodiscard]] std::vector<std::string> foreignIncludes(const std::string& sourceText, Layer layer);
 
 // All foreign includes of the core and of the seam below the tree's top, as "file: directive". The

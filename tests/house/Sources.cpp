@@ -13,15 +13,6 @@ const std::vector<std::string>& coreFolders() {
     return folders;
 }
 
-const std::vector<std::string>& sourceFolders() {
-    static const std::vector<std::string> folders = [] {
-        std::vector<std::string> all = coreFolders();
-        all.insert(all.end(), {"platform", "menubar", "tests", "benchmarks"});
-        return all;
-    }();
-    return folders;
-}
-
 std::vector<std::filesystem::path> sourcesBelow(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> files;
     if (!std::filesystem::is_directory(folder)) {

@@ -8,8 +8,6 @@ namespace pelistra::testing {
 
 // The folders of the core.
 [[nodiscard]] const std::vector<std::string>& coreFolders();
-// Every folder with C++ sources of this project.
-[[nodiscard]] const std::vector<std::string>& sourceFolders();
 
 // The .h and .cpp files below a folder, sorted; empty when there is no such folder.
 [[nodiscard]] std::vector<std::filesystem::path> sourcesBelow(const std::filesystem::path& folder);
