@@ -1,9 +1,13 @@
 #include "menubar/Options.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <functional>
+#include <iterator>
+#include <vector>
+
+#include <getopt.h>
 
 namespace pelistra::menubar {
 
@@ -15,12 +19,6 @@ constexpr double greatestCoordinate = 32767;
 
 // Applies an option's value; returns what is wrong with it, empty when nothing is.
 using Apply = std::string (*)(Options& options, std::string_view value);
-
-struct Switch {
-    std::string_view name;
-    bool takesValue;
-    Apply apply;
-};
 
 std::optional<double> readNumber(std::string_view text) {
     double number = 0;
@@ -81,14 +79,6 @@ std::string applyReplace(Options& options, std::string_view /*value*/) {
     return {};
 }
 
-constexpr std::array switches{
-    Switch{.name = "--theme", .takesValue = true, .apply = applyTheme},
-    Switch{.name = "--scale", .takesValue = true, .apply = applyScale},
-    Switch{.name = "--display", .takesValue = true, .apply = applyDisplay},
-    Switch{.name = "--camera-housing", .takesValue = true, .apply = applyHousing},
-    Switch{.name = "--replace", .takesValue = false, .apply = applyReplace},
-};
-
 EarlyEnd wrong(const std::string& what) {
     return {.status = wrongUsage,
             .text =
@@ -100,58 +90,70 @@ std::string quoted(std::string_view text) {
     return result.append(text).append(1, '\'');
 }
 
-const Switch* find(std::string_view name) {
-    for (const Switch& candidate : switches) {
-        if (candidate.name == name) {
-            return &candidate;
-        }
+constexpr std::array<Apply, 5> appliers{applyTheme, applyScale, applyDisplay, applyHousing,
+                                        applyReplace};
+// What getopt_long() answers for help and version; for the others, their places in the list above.
+constexpr int helpFound = 'h';
+constexpr int versionFound = 'V';
+constexpr std::array<option, 8> known{
+    {{.name = "theme", .has_arg = required_argument, .flag = nullptr, .val = 0},
+     {.name = "scale", .has_arg = required_argument, .flag = nullptr, .val = 1},
+     {.name = "display", .has_arg = required_argument, .flag = nullptr, .val = 2},
+     {.name = "camera-housing", .has_arg = required_argument, .flag = nullptr, .val = 3},
+     {.name = "replace", .has_arg = no_argument, .flag = nullptr, .val = 4},
+     {.name = "help", .has_arg = no_argument, .flag = nullptr, .val = helpFound},
+     {.name = "version", .has_arg = no_argument, .flag = nullptr, .val = versionFound},
+     {}}};
+
+// What is wrong with an argument that getopt_long() has refused.
+EarlyEnd refusal(int answer, std::string_view argument) {
+    const std::string name = quoted(argument.substr(0, argument.find('=')));
+    if (answer == ':') {
+        return wrong("option " + name + " needs a value");
     }
-    return nullptr;
+    const bool isKnown = argument.starts_with("--") && optopt != 0;
+    return wrong(isKnown ? "option " + name + " takes no value" : "unknown option " + name);
 }
 
-// Reads the option at the front of `arguments` and removes it; returns what is wrong.
-std::string readOne(std::span<const std::string_view>& arguments, Options& options) {
-    const std::string_view argument = arguments.front();
-    arguments = arguments.subspan(1);
-    const std::size_t equals = argument.find('=');
-    const std::string_view name = argument.substr(0, equals);
-    const Switch* known = find(name);
-    if (known == nullptr) {
-        return argument.starts_with('-') ? "unknown option " + quoted(name)
-                                         : "unexpected argument " + quoted(argument);
-    }
-    std::string_view value;
-    if (equals != std::string_view::npos) {
-        if (!known->takesValue) {
-            return "option " + quoted(name) + " takes no value";
-        }
-        value = argument.substr(equals + 1);
-    } else if (known->takesValue) {
-        if (arguments.empty()) {
-            return "option " + quoted(name) + " needs a value";
-        }
-        value = arguments.front();
-        arguments = arguments.subspan(1);
-    }
-    const std::string fault = known->apply(options, value);
-    return fault.empty() ? fault
-                         : "the value " + quoted(value) + " of " + quoted(name) + " " + fault;
+// An option's place in the list, and its value; returns what is wrong.
+std::string applyOne(Options& options, std::size_t place, std::string_view value) {
+    const std::string fault = appliers.at(place)(options, value);
+    return fault.empty()
+               ? fault
+               : "the value " + quoted(value) + " of '--" + known.at(place).name + "' " + fault;
 }
 
 } // namespace
 
 std::variant<Options, EarlyEnd> parseOptions(std::span<const std::string_view> arguments) {
+    std::vector<std::string> texts{"pelistra-menubar"};
+    texts.insert(texts.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    std::ranges::transform(texts, std::back_inserter(pointers),
+                           [](auto& text) { return text.data(); });
+    const auto count = static_cast<int>(pointers.size());
+    pointers.push_back(nullptr);
     Options options;
-    while (!arguments.empty()) {
-        if (arguments.front() == "--help" || arguments.front() == "-h") {
+    optind = 0;
+    int found = 0;
+    while ((found = getopt_long(count, pointers.data(), "+:h", known.data(), nullptr)) != -1) {
+        if (found == helpFound) {
             return EarlyEnd{.status = 0, .text = helpText()};
         }
-        if (arguments.front() == "--version") {
+        if (found == versionFound) {
             return EarlyEnd{.status = 0, .text = versionText()};
         }
-        if (const std::string fault = readOne(arguments, options); !fault.empty()) {
+        if (found == ':' || found == '?') {
+            return refusal(found, texts.at(static_cast<std::size_t>(optind) - 1));
+        }
+        const std::string fault =
+            applyOne(options, static_cast<std::size_t>(found), optarg != nullptr ? optarg : "");
+        if (!fault.empty()) {
             return wrong(fault);
         }
+    }
+    if (optind < count) {
+        return wrong("unexpected argument " + quoted(texts.at(static_cast<std::size_t>(optind))));
     }
     return options;
 }

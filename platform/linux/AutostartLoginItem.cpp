@@ -3,6 +3,7 @@
 #include "platform/linux/CommandLine.h"
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/FileUserDefaults.h"
+#include "platform/linux/KeyFile.h"
 #include "platform/linux/X11RunningApplicationsLauncher.h"
 #include "platform/posix/PrivateFile.h"
 
@@ -10,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <initializer_list>
 #include <sstream>
 #include <system_error>
 #include <utility>
@@ -108,7 +110,7 @@ LoginItemStatus AutostartLoginItem::status() const {
 
 LoginItemStatus AutostartLoginItem::statusOfFile(const fs::path& file) const {
     const auto text = posix::readFile(file, desktopEntryByteLimit);
-    const auto entry = text ? parseDesktopEntry(*text, {}) : std::nullopt;
+    const auto entry = text ? parseDesktopEntry(*text) : std::nullopt;
     return entry ? statusOfEntry(*entry) : LoginItemStatus::NotRegistered;
 }
 
@@ -147,19 +149,23 @@ bool AutostartLoginItem::systemHasEntry() const {
 }
 
 std::string AutostartLoginItem::entryText() const {
-    return "[Desktop Entry]\n"
-           "Type=Application\n"
-           "Version=1.0\n"
-           "Name=Pelistra\n"
-           "Comment=Hide the menu bar's icons that you rarely need behind an arrow\n"
-           "Comment[zh_CN]=把不常用的菜单栏图标收到箭头后面\n"
-           "Exec=" +
-           quotedForExec(program_.string()) + " " + std::string(startMenuBarSwitch) +
-           "\n"
-           "Icon=pelistra\n"
-           "Terminal=false\n"
-           "StartupNotify=false\n"
-           "X-GNOME-Autostart-enabled=true\n";
+    const std::string command =
+        quotedForExec(program_.string()) + " " + std::string(startMenuBarSwitch);
+    KeyFile entry;
+    for (const auto& [key, value] : std::initializer_list<std::pair<const char*, std::string>>{
+             {"Type", "Application"},
+             {"Version", "1.0"},
+             {"Name", "Pelistra"},
+             {"Comment", "Hide the menu bar's icons that you rarely need behind an arrow"},
+             {"Comment[zh_CN]", "把不常用的菜单栏图标收到箭头后面"},
+             {"Exec", command},
+             {"Icon", "pelistra"},
+             {"Terminal", "false"},
+             {"StartupNotify", "false"},
+             {"X-GNOME-Autostart-enabled", "true"}}) {
+        entry.setText("Desktop Entry", key, value);
+    }
+    return entry.wholeText();
 }
 
 std::optional<std::string> AutostartLoginItem::registerItem() {

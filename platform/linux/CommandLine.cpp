@@ -10,6 +10,8 @@ namespace pelistra::desktop {
 
 namespace {
 
+// Whole arguments, wherever they stand, are what the core looks for; getopt_long() and GOption
+// would take abbreviations or values apart, and accept what then does nothing.
 constexpr std::array knownSwitches{showSettingsSwitch, showOnboardingSwitch, startCollapsedSwitch,
                                    verifyLayoutSwitch, startMenuBarSwitch,   listItemsSwitch,
                                    jsonSwitch};

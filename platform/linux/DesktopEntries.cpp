@@ -1,9 +1,10 @@
 #include "platform/linux/DesktopEntries.h"
 
-#include "platform/posix/Environment.h"
 #include "platform/posix/PrivateFile.h"
 
 #include <algorithm>
+
+#include <glib.h>
 
 namespace pelistra::desktop {
 
@@ -24,27 +25,15 @@ std::string lower(std::string_view text) {
 
 DesktopEntryPlaces DesktopEntryPlaces::ofEnvironment() {
     DesktopEntryPlaces places;
-    const auto add = [&](std::string_view folder) {
+    const auto add = [&](const std::filesystem::path& folder) {
         // Relative folders are to be ignored.
-        if (folder.starts_with('/')) {
-            places.folders.emplace_back(std::filesystem::path(folder) / "applications");
+        if (folder.is_absolute()) {
+            places.folders.emplace_back(folder / "applications");
         }
     };
-    const std::string home = posix::environmentText("XDG_DATA_HOME");
-    add(home.empty() ? posix::environmentText("HOME") + "/.local/share" : home);
-    const std::string folders = posix::environmentText("XDG_DATA_DIRS");
-    std::string_view rest =
-        folders.empty() ? "/usr/local/share:/usr/share" : std::string_view(folders);
-    while (!rest.empty()) {
-        const std::size_t colon = rest.find(':');
-        add(rest.substr(0, colon));
-        rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
-    }
-    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        if (const std::string locale = posix::environmentText(name); !locale.empty()) {
-            places.locales = localeKeys(locale);
-            break;
-        }
+    add(g_get_user_data_dir());
+    for (const char* const* folder = g_get_system_data_dirs(); *folder != nullptr; ++folder) {
+        add(*folder);
     }
     return places;
 }
@@ -148,7 +137,7 @@ void DesktopEntries::loadFile(const std::filesystem::path& folder,
     }
     ++files_;
     const auto text = posix::readFile(file, desktopEntryByteLimit);
-    auto entry = text ? parseDesktopEntry(*text, places_.locales) : std::nullopt;
+    auto entry = text ? parseDesktopEntry(*text, places_.locale) : std::nullopt;
     if (entry) {
         entry->id = id;
         entry->file = file;

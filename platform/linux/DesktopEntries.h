@@ -18,9 +18,10 @@ using DesktopEntryPtr = std::shared_ptr<const DesktopEntry>;
 struct DesktopEntryPlaces {
     // Folders called "applications", the most important one first.
     std::vector<std::filesystem::path> folders;
-    std::vector<std::string> locales;
+    // Empty: the user's.
+    std::string locale = {};
 
-    // As the environment says: XDG_DATA_HOME, XDG_DATA_DIRS; LC_ALL, LC_MESSAGES, LANG.
+    // As the environment says: XDG_DATA_HOME, XDG_DATA_DIRS.
     [[nodiscard]] static DesktopEntryPlaces ofEnvironment();
 };
 

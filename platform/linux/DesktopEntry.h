@@ -38,24 +38,18 @@ struct DesktopEntry {
 // No entry is larger than this; a larger file is left out.
 inline constexpr std::size_t desktopEntryByteLimit = std::size_t{256} * 1024;
 
-// The keys of a locale such as "zh_CN.UTF-8@pinyin" in the order in which localised values are
-// looked for: language_COUNTRY@MODIFIER, language_COUNTRY, language@MODIFIER, language. Empty for
-// "C", "POSIX" and an empty name.
-[[nodiscard]] std::vector<std::string> localeKeys(std::string_view locale);
-
-// Reads the text of a desktop entry. Lines that are none, keys with broken names and other groups
-// are passed over; of a key that comes twice the first counts. Empty when the text describes no
-// application: another Type, or no Name, or a zero byte somewhere.
-[[nodiscard]] std::optional<DesktopEntry>
-parseDesktopEntry(std::string_view text, const std::vector<std::string>& locales);
+// Reads the text of a desktop entry, its name in the language of the locale (empty: the user's).
+// Empty when the text describes no application: another Type, or no Name, or a line that is no line
+// of such a text.
+[[nodiscard]] std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
+                                                            const std::string& locale = {});
 
 // The program and its arguments that Exec asks for, without files: quoting undone, field codes
 // replaced or dropped. Empty when Exec is missing or breaks the rules (an open quote, an unknown
 // field code, no program).
 [[nodiscard]] std::vector<std::string> commandOf(const DesktopEntry& entry);
 
-// An argument as the Exec key of a desktop entry has it, quoted and escaped: commandOf() gives it
-// back.
+// An argument as the value of Exec has it, quoted: commandOf() gives it back.
 [[nodiscard]] std::string quotedForExec(std::string_view argument);
 
 // The program of Exec alone, without its folder; empty when there is none.

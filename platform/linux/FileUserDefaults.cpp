@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
+#include <cmath>
 #include <system_error>
 #include <utility>
 
@@ -14,6 +16,8 @@
 namespace pelistra::desktop {
 
 namespace {
+
+constexpr const char* defaultsGroup = "Defaults";
 
 std::filesystem::path homeFolder() {
     if (auto home = posix::environmentPath("HOME"); !home.empty()) {
@@ -37,13 +41,13 @@ std::filesystem::path writableTarget(const std::filesystem::path& path) {
     return error ? path : target;
 }
 
-std::string describeDamage(const std::filesystem::path& path,
-                           const std::vector<std::size_t>& lines) {
-    if (lines.size() == 1) {
-        return "Ignoring damaged line " + std::to_string(lines.front()) + " of " + path.string();
-    }
-    return "Ignoring " + std::to_string(lines.size()) + " damaged lines of " + path.string() +
-           ", the first is line " + std::to_string(lines.front());
+std::optional<double> numberIn(const std::string& text) {
+    double number = 0;
+    const char* const end = text.data() + text.size();
+    const auto parsed = std::from_chars(text.data(), end, number);
+    const bool isNumber =
+        parsed.ec == std::errc() && parsed.ptr == end && std::isfinite(number) && !text.empty();
+    return isNumber ? std::optional(number) : std::nullopt;
 }
 
 } // namespace
@@ -59,13 +63,10 @@ std::filesystem::path defaultsPath() {
 FileUserDefaults::FileUserDefaults(std::filesystem::path path, MainQueue& mainQueue, LogSink& log)
     : path_(std::move(path)), mainQueue_(mainQueue), logger_(log, "user-defaults") {
     std::string failure;
-    if (const auto text = read(failure)) {
-        text_ = DefaultsText(*text);
+    if (auto file = read(failure)) {
+        file_ = *std::move(file);
     } else {
         reportFailure("Cannot read " + path_.string() + ": " + failure);
-    }
-    if (!text_.damagedLines().empty()) {
-        logger_.error(describeDamage(path_, text_.damagedLines()));
     }
 }
 
@@ -74,40 +75,39 @@ FileUserDefaults::~FileUserDefaults() {
 }
 
 bool FileUserDefaults::hasObject(std::string_view key) const {
-    return value(key).has_value();
+    return file_.has(defaultsGroup, KeyFile::keyFor(key));
 }
 
 bool FileUserDefaults::boolForKey(std::string_view key) const {
-    const auto found = value(key);
     // As on the other system, a number counts as true when it is not 0.
-    const bool* flag = found ? std::get_if<bool>(&*found) : nullptr;
-    return flag != nullptr ? *flag : numberForKey(key).value_or(0) != 0;
+    const std::string value = file_.text(defaultsGroup, KeyFile::keyFor(key));
+    return value == "true" || numberIn(value).value_or(0) != 0;
 }
 
 std::optional<double> FileUserDefaults::numberForKey(std::string_view key) const {
-    const auto found = value(key);
-    const double* number = found ? std::get_if<double>(&*found) : nullptr;
-    return number != nullptr ? std::optional(*number) : std::nullopt;
+    return numberIn(file_.text(defaultsGroup, KeyFile::keyFor(key)));
 }
 
 void FileUserDefaults::setBool(bool value, std::string_view key) {
-    set(key, value);
+    set(key, value ? "true" : "false");
 }
 
 void FileUserDefaults::setNumber(double value, std::string_view key) {
-    set(key, value);
-}
-
-std::optional<DefaultsValue> FileUserDefaults::value(std::string_view key) const {
-    return text_.value(key);
-}
-
-void FileUserDefaults::set(std::string_view key, const DefaultsValue& value) {
-    if (!DefaultsText::canHold(value) || text_.value(key) == value) {
+    if (!std::isfinite(value)) {
         return;
     }
-    text_.setValue(key, value);
-    unwritten_.insert_or_assign(std::string(key), value);
+    std::array<char, 32> digits{};
+    const auto written = std::to_chars(digits.begin(), digits.end(), value);
+    set(key, std::string(digits.begin(), written.ptr));
+}
+
+void FileUserDefaults::set(std::string_view key, const std::string& value) {
+    const std::string name = KeyFile::keyFor(key);
+    if (file_.text(defaultsGroup, name) == value) {
+        return;
+    }
+    file_.setText(defaultsGroup, name, value);
+    unwritten_.insert_or_assign(name, value);
     if (!writeIsScheduled_) {
         writeIsScheduled_ = true;
         mainQueue_.async(lifetime_.guard([this] {
@@ -122,15 +122,13 @@ void FileUserDefaults::synchronize() {
         return;
     }
     std::string failure;
-    const auto present = read(failure);
-    if (present) {
-        DefaultsText fresh(*present);
+    if (auto fresh = read(failure)) {
         for (const auto& [key, value] : unwritten_) {
-            fresh.setValue(key, value);
+            fresh->setText(defaultsGroup, key, value);
         }
-        failure = posix::writeFileAtomically(writableTarget(path_), fresh.text());
+        failure = posix::writeFileAtomically(writableTarget(path_), fresh->wholeText());
         if (failure.empty()) {
-            text_ = std::move(fresh);
+            file_ = *std::move(fresh);
             unwritten_.clear();
             reportedFailure_.clear();
             return;
@@ -139,7 +137,28 @@ void FileUserDefaults::synchronize() {
     reportFailure("Cannot write " + path_.string() + ": " + failure);
 }
 
-std::optional<std::string> FileUserDefaults::read(std::string& failure) const {
+std::optional<KeyFile> FileUserDefaults::read(std::string& failure) {
+    const auto text = readText(failure);
+    if (!text) {
+        return std::nullopt;
+    }
+    std::string fault;
+    if (auto file = KeyFile::parse(*text, fault)) {
+        return file;
+    }
+    const auto file = writableTarget(path_);
+    const std::string aside = file.string() + ".damaged";
+    std::error_code error;
+    std::filesystem::rename(file, aside, error);
+    if (error) {
+        failure = fault;
+        return std::nullopt;
+    }
+    logger_.error(path_.string() + " is damaged and now kept as " + aside + ": " + fault);
+    return KeyFile();
+}
+
+std::optional<std::string> FileUserDefaults::readText(std::string& failure) const {
     if (auto content = posix::readFile(path_, byteLimit)) {
         return content;
     }

@@ -4,7 +4,7 @@
 #include "platform/Logger.h"
 #include "platform/MainQueue.h"
 #include "platform/UserDefaults.h"
-#include "platform/linux/DefaultsText.h"
+#include "platform/linux/KeyFile.h"
 
 #include <filesystem>
 #include <map>
@@ -17,10 +17,11 @@ namespace pelistra::desktop {
 // under ~/.config when that is unset or no absolute path.
 [[nodiscard]] std::filesystem::path defaultsPath();
 
-// The user defaults in one file (DefaultsText says what it looks like). Values are read once; what
-// is set is written on the next turn of the queue and at the latest by the destructor. A write
-// reads the file again and changes only what was set, so that what the user or another program
-// wrote into it meanwhile stays.
+// The user defaults in one file: one value a line, true, false, a number or a text. Values are read
+// once; what is set is written on the next turn of the queue and at the latest by the destructor. A
+// write reads the file again and changes only what was set, so that what the user or another
+// program wrote into it meanwhile stays. A file that cannot be understood is kept beside it, as
+// "defaults.damaged".
 class FileUserDefaults final : public UserDefaults {
 public:
     // A file larger than this is none of ours.
@@ -43,18 +44,18 @@ public:
     void synchronize();
 
 private:
-    [[nodiscard]] std::optional<DefaultsValue> value(std::string_view key) const;
-    void set(std::string_view key, const DefaultsValue& value);
-    // The file's text; empty for a missing file. No value when it is there and cannot be read, with
-    // the reason in `failure`.
-    [[nodiscard]] std::optional<std::string> read(std::string& failure) const;
+    void set(std::string_view key, const std::string& value);
+    // What is in the file; nothing in a missing or damaged one. No value when it is there and can
+    // neither be read nor kept aside, with the reason in `failure`.
+    [[nodiscard]] std::optional<KeyFile> read(std::string& failure);
+    [[nodiscard]] std::optional<std::string> readText(std::string& failure) const;
     void reportFailure(const std::string& what);
 
     std::filesystem::path path_;
     MainQueue& mainQueue_;
     Logger logger_;
-    DefaultsText text_;
-    std::map<std::string, DefaultsValue, std::less<>> unwritten_;
+    KeyFile file_;
+    std::map<std::string, std::string, std::less<>> unwritten_;
     bool writeIsScheduled_ = false;
     // The failure that has been logged; a lasting one is logged once.
     std::string reportedFailure_;

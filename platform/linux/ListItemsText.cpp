@@ -7,6 +7,11 @@
 #include <iomanip>
 #include <ostream>
 #include <sstream>
+#include <string_view>
+
+#include <locale.h>
+#include <nlohmann/json.hpp>
+#include <wchar.h>
 
 namespace pelistra::desktop {
 
@@ -45,52 +50,32 @@ Row rowOf(const ListedItem& item) {
             orDash(item.fallbackSymbol)};
 }
 
-// A JSON string; the texts are valid UTF-8 already.
-std::string quoted(const std::string& text) {
-    std::ostringstream result;
-    result << '"';
-    for (const char c : text) {
-        if (c == '"' || c == '\\') {
-            result << '\\' << c;
-        } else if (static_cast<unsigned char>(c) < ' ') {
-            result << "\\u" << std::hex << std::setw(4) << std::setfill('0') << static_cast<int>(c)
-                   << std::dec;
-        } else {
-            result << c;
-        }
+// In force while it lives, whatever the user's own locale is: what is written is UTF-8.
+class Utf8Locale {
+public:
+    Utf8Locale()
+        : locale_(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)), before_(uselocale(locale_)) {}
+    Utf8Locale(const Utf8Locale&) = delete;
+    Utf8Locale& operator=(const Utf8Locale&) = delete;
+    ~Utf8Locale() {
+        uselocale(before_);
+        freelocale(locale_);
     }
-    result << '"';
-    return result.str();
-}
 
-struct Range {
-    char32_t first;
-    char32_t last;
+private:
+    locale_t locale_;
+    locale_t before_;
 };
 
-bool isIn(char32_t character, const auto& ranges) {
-    return std::ranges::any_of(ranges, [&](const Range& range) {
-        return character >= range.first && character <= range.last;
-    });
-}
-
-int columnsOfCharacter(char32_t character) {
-    static constexpr std::array<Range, 5> combining{{{.first = 0x0300, .last = 0x036F},
-                                                     {.first = 0x0591, .last = 0x05C7},
-                                                     {.first = 0x200B, .last = 0x200F},
-                                                     {.first = 0x20D0, .last = 0x20FF},
-                                                     {.first = 0xFE00, .last = 0xFE0F}}};
-    static constexpr std::array<Range, 7> wide{{{.first = 0x1100, .last = 0x115F},
-                                                {.first = 0x2E80, .last = 0xA4CF},
-                                                {.first = 0xAC00, .last = 0xD7A3},
-                                                {.first = 0xF900, .last = 0xFAFF},
-                                                {.first = 0xFF00, .last = 0xFF60},
-                                                {.first = 0x1F300, .last = 0x1FAFF},
-                                                {.first = 0x20000, .last = 0x3FFFD}}};
-    if (isIn(character, combining)) {
-        return 0;
+// The columns that a text takes in a terminal.
+int columnsOf(std::string_view utf8) {
+    int columns = 0;
+    while (!utf8.empty()) {
+        const x11::Decoded next = x11::firstCharacter(utf8);
+        columns += std::max(0, ::wcwidth(static_cast<wchar_t>(next.character)));
+        utf8.remove_prefix(next.length);
     }
-    return isIn(character, wide) ? 2 : 1;
+    return columns;
 }
 
 void writeRow(std::ostream& out, const Row& row, const std::array<int, columnCount>& widths) {
@@ -105,17 +90,8 @@ void writeRow(std::ostream& out, const Row& row, const std::array<int, columnCou
 
 } // namespace
 
-int columnsOf(const std::string& utf8) {
-    int columns = 0;
-    for (std::string_view rest = utf8; !rest.empty();) {
-        const x11::Decoded next = x11::firstCharacter(rest);
-        columns += columnsOfCharacter(next.character);
-        rest.remove_prefix(next.length);
-    }
-    return columns;
-}
-
 void writeTable(std::ostream& out, const std::vector<ListedItem>& items) {
+    const Utf8Locale locale;
     const Row heading{"WINDOW", "PROCESS", "OWNER",        "NAME",  "DESKTOP ID",
                       "FRAME",  "STATE",   "DISPLAY NAME", "SYMBOL"};
     std::vector<Row> rows{heading};
@@ -134,15 +110,24 @@ void writeTable(std::ostream& out, const std::vector<ListedItem>& items) {
 void writeJson(std::ostream& out, const std::vector<ListedItem>& items) {
     out << '[';
     for (const ListedItem& item : items) {
-        out << (&item == &items.front() ? "\n" : ",\n") << R"(  {"id": )" << item.id
-            << ", \"process\": " << item.process << ", \"owner\": " << quoted(item.owner)
-            << ", \"windowName\": " << quoted(item.windowName) << R"(, "desktopId": )"
-            << (item.desktopId ? quoted(*item.desktopId) : "null") << R"(, "frame": {"x": )"
-            << number(item.frame.origin.x) << ", \"y\": " << number(item.frame.origin.y)
-            << ", \"width\": " << number(item.frame.size.width)
-            << ", \"height\": " << number(item.frame.size.height) << R"(}, "hidden": )"
-            << (item.hidden ? "true" : "false") << ", \"displayName\": " << quoted(item.displayName)
-            << ", \"fallbackSymbol\": " << quoted(item.fallbackSymbol) << '}';
+        const Rect& frame = item.frame;
+        nlohmann::ordered_json object{{"id", item.id},
+                                      {"process", item.process},
+                                      {"owner", item.owner},
+                                      {"windowName", item.windowName},
+                                      {"desktopId", nullptr},
+                                      {"frame",
+                                       {{"x", frame.origin.x},
+                                        {"y", frame.origin.y},
+                                        {"width", frame.size.width},
+                                        {"height", frame.size.height}}},
+                                      {"hidden", item.hidden},
+                                      {"displayName", item.displayName},
+                                      {"fallbackSymbol", item.fallbackSymbol}};
+        if (item.desktopId) {
+            object["desktopId"] = *item.desktopId;
+        }
+        out << (&item == &items.front() ? "\n  " : ",\n  ") << object;
     }
     out << (items.empty() ? "]\n" : "\n]\n");
 }

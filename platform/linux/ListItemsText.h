@@ -29,8 +29,4 @@ void writeTable(std::ostream& out, const std::vector<ListedItem>& items);
 // A JSON array of objects; a missing desktop id is null.
 void writeJson(std::ostream& out, const std::vector<ListedItem>& items);
 
-// The columns that a text takes in a terminal: two for the characters of East Asia, none for
-// combining ones.
-[[nodiscard]] int columnsOf(const std::string& utf8);
-
 } // namespace pelistra::desktop

@@ -17,8 +17,6 @@ public:
     void write(std::string_view subsystem, std::string_view category, LogLevel level,
                std::string_view message) override;
 
-    [[nodiscard]] bool usesJournal() const { return usesJournal_; }
-
 private:
     bool usesJournal_;
 };

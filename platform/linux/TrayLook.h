@@ -85,10 +85,6 @@ public:
     // How root pixels become points now; empty when the server did not answer in time.
     [[nodiscard]] std::optional<Coordinates> coordinates();
 
-    // Whether the server can tell which process is behind a connection (X-Resource 1.2); without
-    // that, only the icons' own claims count.
-    [[nodiscard]] bool serverKnowsProcesses() const { return hasResource_; }
-
 private:
     enum class Name : std::uint8_t {
         Selection,

@@ -1,17 +1,11 @@
 #include "platform/linux/X11RunningApplicationsLauncher.h"
 
-#include "platform/posix/Environment.h"
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <csignal>
 #include <memory>
-#include <string_view>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/wait.h>
+#include <glib.h>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
@@ -20,11 +14,6 @@ namespace pelistra::desktop {
 namespace {
 
 constexpr const char* terminalProgram = "x-terminal-emulator";
-
-bool isExecutable(const std::filesystem::path& file) {
-    std::error_code error;
-    return std::filesystem::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0;
-}
 
 struct MessageReleaser {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
@@ -68,91 +57,22 @@ bool sendActivate(sd_bus& bus, const std::string& id, const std::string& path) {
            sd_bus_flush(&bus) >= 0;
 }
 
-// Everything that the new process needs, made before it exists: between fork and exec only a few
-// calls are safe.
-struct Start {
-    std::vector<char*> arguments;
-    const char* folder;
-    int failurePipe;
-};
-
-[[noreturn]] void becomeProgram(const Start& start) {
+// In the new process, before it becomes the program.
+void standAlone(void* /*unused*/) {
     ::setsid();
-    const pid_t second = ::fork();
-    if (second != 0) {
-        ::_exit(second < 0 ? 1 : 0);
-    }
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
-    ::signal(SIGPIPE, SIG_DFL);
-    const int result = ::chdir(start.folder);
-    if (result == 0) {
-        ::execv(start.arguments.front(), start.arguments.data());
-    }
-    const char failed = 1;
-    const ssize_t written = ::write(start.failurePipe, &failed, 1);
-    ::_exit(written == 1 ? 127 : 126);
 }
-
-// A pipe that closes by itself when the program is executed: what can be read from it says that it
-// was not.
-class FailurePipe {
-public:
-    FailurePipe() : open_(::pipe2(ends_.data(), O_CLOEXEC) == 0) {}
-    FailurePipe(const FailurePipe&) = delete;
-    FailurePipe& operator=(const FailurePipe&) = delete;
-    ~FailurePipe() {
-        closeEnd(0);
-        closeEnd(1);
-    }
-
-    [[nodiscard]] bool isOpen() const { return open_; }
-    [[nodiscard]] int writeEnd() const { return ends_[1]; }
-    [[nodiscard]] bool saysFailed() {
-        closeEnd(1);
-        char byte = 0;
-        ssize_t count = 0;
-        do {
-            count = ::read(ends_[0], &byte, 1);
-        } while (count < 0 && errno == EINTR);
-        return count != 0;
-    }
-
-private:
-    void closeEnd(std::size_t end) {
-        if (open_ && ends_.at(end) >= 0) {
-            ::close(ends_.at(end));
-            ends_.at(end) = -1;
-        }
-    }
-
-    std::array<int, 2> ends_{-1, -1};
-    bool open_;
-};
 
 } // namespace
 
 std::optional<std::filesystem::path> findProgram(const std::string& program) {
-    if (program.empty()) {
-        return std::nullopt;
-    }
-    if (program.find('/') != std::string::npos) {
-        return isExecutable(program) && program.starts_with('/')
-                   ? std::optional(std::filesystem::path(program))
-                   : std::nullopt;
-    }
-    const std::string path = posix::environmentText("PATH");
-    std::string_view rest = path.empty() ? "/usr/local/bin:/usr/bin:/bin" : std::string_view(path);
-    while (!rest.empty()) {
-        const std::size_t colon = rest.find(':');
-        std::filesystem::path candidate = std::filesystem::path(rest.substr(0, colon)) / program;
-        if (candidate.is_absolute() && isExecutable(candidate)) {
-            return candidate;
-        }
-        rest.remove_prefix(colon == std::string_view::npos ? rest.size() : colon + 1);
-    }
-    return std::nullopt;
+    const std::unique_ptr<char, decltype(&g_free)> found(g_find_program_in_path(program.c_str()),
+                                                         g_free);
+    // A folder of $PATH that is not named as a whole would depend on where we were started.
+    return found && *found == '/' ? std::optional<std::filesystem::path>(found.get())
+                                  : std::nullopt;
 }
 
 std::vector<std::string> startCommandOf(const DesktopEntry& entry) {
@@ -176,32 +96,21 @@ std::vector<std::string> startCommandOf(const DesktopEntry& entry) {
 }
 
 bool startDetached(const std::vector<std::string>& command, const std::filesystem::path& folder) {
-    FailurePipe pipe;
-    if (command.empty() || !pipe.isOpen()) {
+    if (command.empty()) {
         return false;
     }
     std::vector<std::string> texts = command;
-    const std::string home = posix::environmentText("HOME");
-    const std::string start = !folder.empty() ? folder.string() : (home.empty() ? "/" : home);
-    Start program{.arguments = {}, .folder = start.c_str(), .failurePipe = pipe.writeEnd()};
+    std::vector<char*> arguments;
     for (std::string& text : texts) {
-        program.arguments.push_back(text.data());
+        arguments.push_back(text.data());
     }
-    program.arguments.push_back(nullptr);
-    const pid_t first = ::fork();
-    if (first == 0) {
-        becomeProgram(program);
-    }
-    if (first < 0) {
-        return false;
-    }
-    int status = 0;
-    while (::waitpid(first, &status, 0) < 0 && errno == EINTR) {
-    }
-    const bool forked = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    return forked && !pipe.saysFailed();
+    arguments.push_back(nullptr);
+    const char* const start = folder.empty() ? g_get_home_dir() : folder.c_str();
+    return g_spawn_async(start, arguments.data(), nullptr, G_SPAWN_DEFAULT, standAlone, nullptr,
+                         nullptr, nullptr) == TRUE;
 }
 
+// Not by GDBus: it opens its connection without a bound, so that a bus that hangs would hold us.
 void Launcher::BusCloser::operator()(sd_bus* bus) const {
     sd_bus_flush_close_unref(bus);
 }

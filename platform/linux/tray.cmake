@@ -5,6 +5,7 @@ target_sources(pelistra_linux PRIVATE
     ClickDelivery.cpp
     DesktopEntries.cpp
     DesktopEntry.cpp
+    KeyFile.cpp
     ListItems.cpp
     ListItemsText.cpp
     PointerDevice.cpp

@@ -90,11 +90,11 @@ TEST_F(OrganiserStartTests, AFirstStartWritesTheItemsPlaces) {
     desktop_.startOrganiser();
     EXPECT_TRUE(waitFor([this] {
         const std::string text = defaults();
-        return text.find("\"NSStatusItem Preferred Position PelistraV3.Control\" = 0") !=
+        return text.find("NSStatusItem Preferred Position PelistraV3.Control=0") !=
                    std::string::npos &&
-               text.find("\"NSStatusItem Preferred Position PelistraV3.Divider\" = 1") !=
+               text.find("NSStatusItem Preferred Position PelistraV3.Divider=1") !=
                    std::string::npos &&
-               text.find("\"NSStatusItem Visible PelistraV3.Divider\" = true") != std::string::npos;
+               text.find("NSStatusItem Visible PelistraV3.Divider=true") != std::string::npos;
     })) << defaults();
 }
 
@@ -105,19 +105,19 @@ TEST_F(OrganiserStartTests, ADragOfItsItemsIsKeptInTheDefaults) {
     ASSERT_TRUE(desktop_.dragItem(OrganiserUnderTest::dividerName,
                                   desktop_.item("Parcellite")->frame.x + 1));
     EXPECT_TRUE(waitFor([this] {
-        return defaults().find("\"NSStatusItem Preferred Position PelistraV3.Divider\" = 2") !=
+        return defaults().find("NSStatusItem Preferred Position PelistraV3.Divider=2") !=
                std::string::npos;
     })) << defaults();
 }
 
-TEST_F(OrganiserStartTests, DamagedDefaultsCostOneLineAndKeepTheirText) {
-    std::ofstream(defaultsFile()) << "\"hasCompletedOnboarding.0.1.0\" = true\n"
+TEST_F(OrganiserStartTests, DamagedDefaultsCostOneLineAndAreKept) {
+    std::ofstream(defaultsFile()) << "[Defaults]\nhasCompletedOnboarding.0.1.0=true\n"
                                   << "this is damaged \x01\xff\n";
     desktop_.startBar();
     OrganiserUnderTest& organiser = desktop_.startOrganiser();
     EXPECT_TRUE(organiser.process().waitForOutput("defaults"));
     EXPECT_TRUE(organiser.process().isRunning());
-    EXPECT_THAT(defaults(), HasSubstr("this is damaged"));
+    EXPECT_THAT(contentOf(defaultsFile().string() + ".damaged"), HasSubstr("this is damaged"));
 }
 
 TEST_F(OrganiserStartTests, UnwritableDefaultsCostALineAndNothingElse) {

@@ -107,7 +107,7 @@ TEST_F(WindowsOnDesktopTests, TheGuideComesOnceForEachVersion) {
     EXPECT_TRUE(staysTrue([&] { return desktop_.organiserWindows().empty(); },
                           std::chrono::milliseconds(800)));
     desktop_.organiser().process().terminate();
-    std::ofstream(defaults()) << "\"hasCompletedOnboarding.0.0.1\" = true\n";
+    std::ofstream(defaults()) << "[Defaults]\nhasCompletedOnboarding.0.0.1=true\n";
     desktop_.startOrganiser();
     EXPECT_TRUE(waitFor([&] { return window(onboardingTitle).has_value(); })) << log();
 }

@@ -2,6 +2,7 @@
 // line with a locale, then the entry.
 
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/KeyFile.h"
 #include "tests/fuzz/Check.h"
 
 #include <algorithm>
@@ -37,26 +38,18 @@ void checkEntry(const DesktopEntry& entry) {
     checkCommand(entry);
 }
 
-// Any argument survives being written into an entry and read back.
+// Any argument that is a text survives being written into an entry and read back.
 void checkQuoting(std::string argument) {
     std::erase(argument, '\0');
-    const std::string quoted = desktop::quotedForExec(argument);
-    check(quoted.find('\n') == std::string::npos);
-    const std::string text =
-        "[Desktop Entry]\nType=Application\nName=x\nExec=/bin/program " + quoted + " --last\n";
-    const auto entry = desktop::parseDesktopEntry(text, {});
+    desktop::KeyFile file;
+    file.setText("Desktop Entry", "Type", "Application");
+    file.setText("Desktop Entry", "Name", "x");
+    file.setText("Desktop Entry", "Exec",
+                 "/bin/program " + desktop::quotedForExec(argument) + " --last");
+    const auto entry = desktop::parseDesktopEntry(file.wholeText());
     check(entry.has_value());
-    check(desktop::commandOf(*entry) ==
-          std::vector<std::string>{"/bin/program", argument, "--last"});
-}
-
-void checkLocale(const std::string& locale) {
-    const auto keys = desktop::localeKeys(locale);
-    check(keys.size() <= 4);
-    for (auto key = keys.begin(); key != keys.end(); ++key) {
-        check(key->size() <= locale.size());
-        check(key == keys.begin() || *key != *std::prev(key));
-    }
+    check(!isUtf8(argument) || desktop::commandOf(*entry) ==
+                                   std::vector<std::string>{"/bin/program", argument, "--last"});
 }
 
 } // namespace
@@ -65,8 +58,7 @@ void checkLocale(const std::string& locale) {
 void pelistra::fuzz::tryInput(Input input) {
     const std::string locale = input.line();
     const std::string text = input.restAsText();
-    checkLocale(locale);
-    if (const auto entry = desktop::parseDesktopEntry(text, desktop::localeKeys(locale))) {
+    if (const auto entry = desktop::parseDesktopEntry(text, locale)) {
         checkEntry(*entry);
     }
     checkQuoting(text);
@@ -77,6 +69,6 @@ void pelistra::fuzz::tryInput(Input input) {
     checkCommand(bare);
     // A quote that nobody closes makes no command.
     const bool isOpen = std::ranges::count(bare.exec, '"') % 2 == 1;
-    const bool hasEscapes = bare.exec.find('\\') != std::string::npos;
-    check(!isOpen || hasEscapes || desktop::commandOf(bare).empty());
+    const bool isPlain = bare.exec.find_first_of("\\'#") == std::string::npos;
+    check(!isOpen || !isPlain || desktop::commandOf(bare).empty());
 }

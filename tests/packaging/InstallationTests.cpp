@@ -81,7 +81,7 @@ protected:
     // What a user of the system has written by using the programs.
     void makeUserFiles() {
         fs::create_directories(userFile_.parent_path());
-        std::ofstream(userFile_) << "\"value\" = true\n";
+        std::ofstream(userFile_) << "[Defaults]\nvalue=true\n";
     }
 
     // The root's files but the user's own.

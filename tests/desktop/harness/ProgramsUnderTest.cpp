@@ -71,7 +71,7 @@ void OrganiserUnderTest::completeOnboarding(const PrivateDisplay& display) {
     const std::filesystem::path folder = display.configFolder() / "pelistra";
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "defaults")
-        << "\"hasCompletedOnboarding." << PELISTRA_VERSION << "\" = true\n";
+        << "[Defaults]\nhasCompletedOnboarding." << PELISTRA_VERSION << "=true\n";
 }
 
 } // namespace pelistra::testing

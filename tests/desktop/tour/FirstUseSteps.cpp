@@ -22,7 +22,7 @@ std::filesystem::path defaultsOf(Desktop& desktop) {
 }
 
 std::string completedKey(const std::string& version) {
-    return "\"hasCompletedOnboarding." + version + "\" = true";
+    return "hasCompletedOnboarding." + version + "=true";
 }
 
 bool hasCompleted(Desktop& desktop) {

@@ -1,5 +1,6 @@
 #include "platform/linux/FileUserDefaults.h"
 
+#include "tests/contract/UserDefaultsContract.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 #include "tests/platform/FakeLogSink.h"
@@ -7,6 +8,8 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <limits>
+#include <memory>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,7 +39,7 @@ protected:
     [[nodiscard]] std::string content() const { return contentOf(path()); }
     void write(const std::string& text) const {
         std::filesystem::create_directories(path().parent_path());
-        std::ofstream(path()) << text;
+        std::ofstream(path()) << "[Defaults]\n" << text;
     }
     [[nodiscard]] std::vector<std::string> messages() const {
         std::vector<std::string> result;
@@ -69,7 +72,7 @@ TEST_F(FileUserDefaultsTest, AValueIsThereAtOnceAndInTheFileAfterOneTurn) {
     EXPECT_THAT(defaults->numberForKey("number"), Optional(2.0));
     EXPECT_FALSE(std::filesystem::exists(path()));
     queue_.runUntilIdle();
-    EXPECT_THAT(content(), HasSubstr("\"flag\" = true\n\"number\" = 2\n"));
+    EXPECT_THAT(content(), HasSubstr("flag=true\nnumber=2\n"));
 }
 
 TEST_F(FileUserDefaultsTest, WhatIsUnwrittenAtTheEndIsWritten) {
@@ -87,16 +90,18 @@ TEST_F(FileUserDefaultsTest, TheFileIsPrivate) {
 }
 
 TEST_F(FileUserDefaultsTest, AValueOfAnotherTypeReadsAsNone) {
-    write("\"text\" = \"true\"\n\"flag\" = true\n");
+    write("text=yes\nflag=true\nbroken=1x\n");
     const auto defaults = open();
     EXPECT_TRUE(defaults->hasObject("text"));
     EXPECT_FALSE(defaults->boolForKey("text"));
+    EXPECT_FALSE(defaults->boolForKey("broken"));
     EXPECT_EQ(defaults->numberForKey("flag"), std::nullopt);
     EXPECT_EQ(defaults->numberForKey("text"), std::nullopt);
+    EXPECT_EQ(defaults->numberForKey("broken"), std::nullopt);
 }
 
 TEST_F(FileUserDefaultsTest, ANumberIsTrueWhenItIsNotZero) {
-    write("\"one\" = 1\n\"half\" = 0.5\n\"less\" = -2\n\"none\" = 0\n\"never\" = -0.0\n");
+    write("one=1\nhalf=0.5\nless=-2\nnone=0\nnever=-0.0\n");
     const auto defaults = open();
     for (const char* key : {"one", "half", "less"}) {
         EXPECT_TRUE(defaults->boolForKey(key)) << key;
@@ -106,8 +111,15 @@ TEST_F(FileUserDefaultsTest, ANumberIsTrueWhenItIsNotZero) {
     }
 }
 
+TEST_F(FileUserDefaultsTest, EveryNumberComesBackAsItWas) {
+    for (const double number : {0.1, -3.0, 1e300, std::numeric_limits<double>::denorm_min()}) {
+        open()->setNumber(number, "a");
+        EXPECT_EQ(open()->numberForKey("a"), number);
+    }
+}
+
 TEST_F(FileUserDefaultsTest, ANumberThatCannotBeWrittenIsNotKept) {
-    write("\"a\" = 1\n");
+    write("a=1\n");
     const auto defaults = open();
     defaults->setNumber(std::numeric_limits<double>::quiet_NaN(), "a");
     EXPECT_EQ(queue_.waitingBlocks(), 0U);
@@ -115,41 +127,74 @@ TEST_F(FileUserDefaultsTest, ANumberThatCannotBeWrittenIsNotKept) {
 }
 
 TEST_F(FileUserDefaultsTest, SettingTheSameValueWritesNothing) {
-    write("\"a\" = 1\n");
+    write("a=1\n");
     const auto defaults = open();
     defaults->setNumber(1, "a");
     EXPECT_EQ(queue_.waitingBlocks(), 0U);
 }
 
 TEST_F(FileUserDefaultsTest, KeepsWhatOthersWroteMeanwhile) {
-    write("\"a\" = 1\n");
+    write("a=1\n");
     const auto defaults = open();
-    write("# a note\n\"theirs\" = \"x\"\n\"a\" = 5\n");
+    write("# a note\n\ntheirs=x\na=5\n[Others]\n# another\nb=1\n");
     defaults->setNumber(2, "b");
     queue_.runUntilIdle();
-    EXPECT_EQ(content(), "# a note\n\"theirs\" = \"x\"\n\"a\" = 5\n\"b\" = 2\n");
+    EXPECT_EQ(content(),
+              "[Defaults]\n# a note\n\ntheirs=x\na=5\nb=2\n\n[Others]\n# another\nb=1\n");
     EXPECT_THAT(defaults->numberForKey("a"), Optional(5.0));
 }
 
-TEST_F(FileUserDefaultsTest, OneDamagedLineIsOneLogLine) {
-    write("\"a\" = 1\nbroken\n\"b\" = 2\n");
+TEST_F(FileUserDefaultsTest, ADamagedFileIsKeptAsideAndSaid) {
+    for (const std::string& damaged :
+         {std::string("a=1\nbroken\nb=2\n"), std::string("a=1\0b=2\n", 8), std::string("=1\n")}) {
+        log_.lines.clear();
+        write(damaged);
+        const auto defaults = open();
+        EXPECT_THAT(messages(),
+                    ElementsAre(HasSubstr(path().string() + " is damaged and now kept as " +
+                                          path().string() + ".damaged: ")));
+        EXPECT_EQ(log_.lines.front().level, LogLevel::Error);
+        EXPECT_FALSE(defaults->hasObject("a"));
+        EXPECT_EQ(contentOf(path().string() + ".damaged"), "[Defaults]\n" + damaged);
+        defaults->setNumber(2, "b");
+        queue_.runUntilIdle();
+        EXPECT_EQ(content(), "[Defaults]\nb=2\n");
+    }
+}
+
+// Somebody else damages it while the program runs.
+TEST_F(FileUserDefaultsTest, AFileThatIsDamagedLaterIsKeptAsideToo) {
+    write("a=1\n");
     const auto defaults = open();
-    EXPECT_THAT(messages(), ElementsAre("Ignoring damaged line 2 of " + path().string()));
-    EXPECT_EQ(log_.lines.front().level, LogLevel::Error);
+    write("broken\n");
+    defaults->setNumber(2, "b");
+    queue_.runUntilIdle();
+    EXPECT_EQ(content(), "[Defaults]\nb=2\n");
+    EXPECT_EQ(contentOf(path().string() + ".damaged"), "[Defaults]\nbroken\n");
+    EXPECT_EQ(messages().size(), 1U);
+}
+
+TEST_F(FileUserDefaultsTest, ADamagedFileThatCannotBeKeptAsideStays) {
+    write("broken\n");
+    std::filesystem::create_directories(path().string() + ".damaged/in the way");
+    const auto defaults = open();
+    defaults->setNumber(2, "b");
+    queue_.runUntilIdle();
+    EXPECT_EQ(content(), "[Defaults]\nbroken\n");
     EXPECT_THAT(defaults->numberForKey("b"), Optional(2.0));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("Cannot read"), HasSubstr("Cannot write")));
 }
 
-TEST_F(FileUserDefaultsTest, ManyDamagedLinesAreOneLogLineToo) {
-    write("one\n\"a\" = 1\ntwo\nthree\n");
-    const auto defaults = open();
-    EXPECT_THAT(messages(), ElementsAre("Ignoring 3 damaged lines of " + path().string() +
-                                        ", the first is line 1"));
-}
-
-TEST_F(FileUserDefaultsTest, ADamagedFileIsNotMadeWorse) {
-    write("broken\n\"a\" = 1\n");
-    open()->setNumber(2, "a");
-    EXPECT_EQ(content(), "broken\n\"a\" = 2\n");
+TEST_F(FileUserDefaultsTest, TakesAnyBytes) {
+    for (int first = 0; first < 256; ++first) {
+        std::string bytes;
+        for (int i = 0; i < 256; ++i) {
+            bytes += static_cast<char>((first + i) % 256);
+        }
+        write(bytes);
+        open()->setNumber(first, "a");
+        EXPECT_THAT(open()->numberForKey("a"), Optional(double{1} * first));
+    }
 }
 
 // A regular file where the folder should be stops every user, root included.
@@ -175,7 +220,7 @@ TEST_F(FileUserDefaultsTest, WhatCouldNotBeWrittenIsWrittenWithTheNextValue) {
     std::filesystem::remove(obstacle);
     defaults->setNumber(1, "number");
     queue_.runUntilIdle();
-    EXPECT_THAT(content(), AllOf(HasSubstr("\"flag\" = true"), HasSubstr("\"number\" = 1")));
+    EXPECT_THAT(content(), AllOf(HasSubstr("flag=true"), HasSubstr("number=1")));
 }
 
 TEST_F(FileUserDefaultsTest, SomethingElseInItsPlaceIsNotReplaced) {
@@ -191,23 +236,40 @@ TEST_F(FileUserDefaultsTest, SomethingElseInItsPlaceIsNotReplaced) {
 }
 
 TEST_F(FileUserDefaultsTest, AFileThatIsFarTooLargeIsLeftAlone) {
-    write(std::string(FileUserDefaults::byteLimit + 1, '#'));
+    write(std::string(FileUserDefaults::byteLimit, '#'));
     const auto defaults = open();
     defaults->setBool(true, "flag");
     queue_.runUntilIdle();
-    EXPECT_EQ(std::filesystem::file_size(path()), FileUserDefaults::byteLimit + 1);
+    EXPECT_GT(std::filesystem::file_size(path()), FileUserDefaults::byteLimit);
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("it is larger than"), HasSubstr("Cannot write")));
 }
 
 TEST_F(FileUserDefaultsTest, ALinkStaysALink) {
     const auto target = folder_.path() / "elsewhere";
-    std::ofstream(target) << "\"a\" = 1\n";
+    std::ofstream(target) << "[Defaults]\na=1\n";
     std::filesystem::create_directories(path().parent_path());
     std::filesystem::create_symlink(target, path());
     open()->setNumber(2, "a");
     EXPECT_TRUE(std::filesystem::is_symlink(path()));
-    EXPECT_EQ(content(), "\"a\" = 2\n");
+    EXPECT_EQ(content(), "[Defaults]\na=2\n");
 }
+
+struct FileBackend {
+    [[nodiscard]] UserDefaults& defaults() { return *defaults_; }
+    void reopen() {
+        defaults_.reset();
+        defaults_ = std::make_unique<FileUserDefaults>(folder_.path() / "defaults", queue_, log_);
+    }
+
+    TemporaryFolder folder_;
+    Journal journal_;
+    FakeMainQueue queue_{journal_};
+    FakeLogSink log_{journal_};
+    std::unique_ptr<FileUserDefaults> defaults_ =
+        std::make_unique<FileUserDefaults>(folder_.path() / "defaults", queue_, log_);
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(File, UserDefaultsContract, FileBackend);
 
 class DefaultsPathTest : public ::testing::Test {
 protected:

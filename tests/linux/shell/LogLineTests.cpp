@@ -87,7 +87,6 @@ TEST(SystemLog, WritesOnePlainLineElsewhere) {
     {
         const StandardErrorAs redirected(ends[1]);
         desktop::SystemLog log;
-        EXPECT_FALSE(log.usesJournal());
         log.write("com.pelistra.app", "status-bar", LogLevel::Error, "not ready");
     }
     std::string text(64, '\0');

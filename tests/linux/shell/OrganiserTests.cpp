@@ -36,7 +36,7 @@ protected:
     void writeDefaults(const std::string& more) const {
         std::filesystem::create_directories(defaultsFile().parent_path());
         std::ofstream(defaultsFile())
-            << "\"hasCompletedOnboarding." PELISTRA_VERSION "\" = true\n" + more;
+            << "[Defaults]\nhasCompletedOnboarding." PELISTRA_VERSION "=true\n" + more;
     }
     [[nodiscard]] std::filesystem::path defaultsFile() const {
         return display_.configFolder() / "pelistra" / "defaults";
@@ -126,22 +126,22 @@ TEST_F(OrganiserTest, TheFirstPositionsComeFromTheDefaults) {
     EXPECT_THAT(client_.words(control_, "_PELISTRA_PREFERRED_POSITION"), ElementsAre(0));
     EXPECT_THAT(client_.words(divider_, "_PELISTRA_PREFERRED_POSITION"), ElementsAre(1));
     EXPECT_THAT(defaults(),
-                HasSubstr("\"NSStatusItem Preferred Position PelistraV3.Divider\" = 1\n"));
+                HasSubstr("NSStatusItem Preferred Position PelistraV3.Divider=1\n"));
 }
 
 TEST_F(OrganiserTest, WhereTheUserPutItIsRemembered) {
-    writeDefaults("\"NSStatusItem Preferred Position PelistraV3.Divider\" = 4\n");
+    writeDefaults("NSStatusItem Preferred Position PelistraV3.Divider=4\n");
     startDocked();
     EXPECT_THAT(client_.words(divider_, "_PELISTRA_PREFERRED_POSITION"), ElementsAre(4));
     x11::setWords(client_.connection(), divider_, client_.atom("_PELISTRA_MENUBAR_POSITION"),
                   XCB_ATOM_CARDINAL, std::array{7U});
     client_.sync();
     EXPECT_TRUE(tray_->waitFor([this] {
-        return defaults().find("\"NSStatusItem Preferred Position PelistraV3.Divider\" = 7\n") !=
+        return defaults().find("NSStatusItem Preferred Position PelistraV3.Divider=7\n") !=
                std::string::npos;
     }));
     EXPECT_THAT(defaults(),
-                HasSubstr("\"NSStatusItem Preferred Position PelistraV3.Control\" = 0\n"));
+                HasSubstr("NSStatusItem Preferred Position PelistraV3.Control=0\n"));
 }
 
 TEST_F(OrganiserTest, AMalformedPositionChangesNothing) {
@@ -151,7 +151,7 @@ TEST_F(OrganiserTest, AMalformedPositionChangesNothing) {
     client_.sync();
     tray_->serve(std::chrono::milliseconds(300));
     EXPECT_THAT(defaults(),
-                HasSubstr("\"NSStatusItem Preferred Position PelistraV3.Divider\" = 1\n"));
+                HasSubstr("NSStatusItem Preferred Position PelistraV3.Divider=1\n"));
 }
 
 TEST_F(OrganiserTest, ALeftClickCollapsesOnReleaseAndAltExpands) {

@@ -69,7 +69,7 @@ protected:
     StartTest() {
         std::filesystem::create_directories(display_.configFolder() / "pelistra");
         std::ofstream(display_.configFolder() / "pelistra" / "defaults")
-            << "\"hasCompletedOnboarding." PELISTRA_VERSION "\" = true\n";
+            << "[Defaults]\nhasCompletedOnboarding." PELISTRA_VERSION "=true\n";
     }
 
     [[nodiscard]] std::unique_ptr<ChildProcess>
@@ -210,7 +210,7 @@ TEST(Accessory, NothingIsManagedUntilAWindowIsAskedFor) {
     XClient client(display.name());
     std::filesystem::create_directories(display.configFolder() / "pelistra");
     std::ofstream(display.configFolder() / "pelistra" / "defaults")
-        << "\"hasCompletedOnboarding." PELISTRA_VERSION "\" = true\n";
+        << "[Defaults]\nhasCompletedOnboarding." PELISTRA_VERSION "=true\n";
     const std::string program = (builtPrograms() / "pelistra").string();
     const auto process = display.start({program});
     ASSERT_TRUE(process->waitForOutput("waiting for one"));

@@ -571,7 +571,7 @@ TEST_P(OtherTrayTest, OpensTheApplicationBehindAnIcon) {
     std::ofstream(entries / "clipman.desktop")
         << "[Desktop Entry]\nType=Application\nName=Clipman\nStartupWMClass=" << icon.className
         << "\nExec=/bin/touch " << marker.string() << "\n";
-    desktop::X11RunningApplications own(display.name(), {.folders = {entries}, .locales = {}});
+    desktop::X11RunningApplications own(display.name(), {.folders = {entries}});
     EXPECT_EQ(own.ownerName(icon), "Clipman");
     const auto application = own.runningApplication(icon.pid);
     ASSERT_NE(application, nullptr);

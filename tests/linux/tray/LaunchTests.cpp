@@ -60,7 +60,7 @@ protected:
         std::ofstream(path) << "[Desktop Entry]\nType=Application\nName=Activated\n" << lines;
         // Read anew each time.
         applications.emplace_back(std::make_unique<X11RunningApplications>(
-            display.name(), desktop::DesktopEntryPlaces{.folders = {entries}, .locales = {}}));
+            display.name(), desktop::DesktopEntryPlaces{.folders = {entries}}));
         return applications.back()->open({path.string()});
     }
     [[nodiscard]] std::string touch() const {
@@ -205,8 +205,7 @@ protected:
         std::ofstream(folder.path() / "applications" / "own.desktop")
             << "[Desktop Entry]\nType=Application\nName=Own\nExec=tray_tests\nIcon=" << icon
             << "\n";
-        X11RunningApplications applications(
-            {}, {.folders = {folder.path() / "applications"}, .locales = {}});
+        X11RunningApplications applications({}, {.folders = {folder.path() / "applications"}});
         const auto self = applications.runningApplication(::getpid());
         const ImagePtr image = self ? self->icon() : nullptr;
         return image ? desktop::rendered(*image, 1, Qt::black) : QImage();

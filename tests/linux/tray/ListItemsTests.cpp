@@ -1,4 +1,5 @@
 #include "platform/linux/ListItems.h"
+#include "platform/linux/ListItemsText.h"
 
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/WaitFor.h"
@@ -7,6 +8,8 @@
 #include <chrono>
 #include <csignal>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -15,8 +18,34 @@
 namespace pelistra::testing {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+
+// An item of this process as JSON.
+std::string object(xcb_window_t window, const std::string& name, const std::string& x,
+                   const std::string& isHidden, const std::string& displayName,
+                   const std::string& symbol) {
+    return "  {\"id\":" + std::to_string(window) + ",\"process\":" + std::to_string(::getpid()) +
+           ",\"owner\":\"tray_tests\",\"windowName\":\"" + name +
+           "\",\"desktopId\":null,\"frame\":{\"x\":" + x +
+           ",\"y\":0.0,\"width\":24.0,\"height\":28.0},\"hidden\":" + isHidden +
+           ",\"displayName\":\"" + displayName + "\",\"fallbackSymbol\":\"" + symbol + "\"}";
+}
+
+TEST(ListItemsTable, EveryScriptTakesItsColumns) {
+    std::vector<desktop::ListedItem> items;
+    // Two columns each, one each, and one with an accent that takes none.
+    for (const char* owner : {"声音", "abcd", "abce\u0301"}) {
+        desktop::ListedItem& item = items.emplace_back();
+        item.owner = owner;
+        item.windowName = "x";
+    }
+    std::ostringstream out;
+    desktop::writeTable(out, items);
+    EXPECT_THAT(out.str(), AllOf(HasSubstr("  声音   x"), HasSubstr("  abcd   x"),
+                                 HasSubstr("  abce\u0301   x")));
+}
 
 class ListItemsTest : public ::testing::Test {
 protected:
@@ -60,19 +89,11 @@ TEST_F(ListItemsTest, ListsEveryItemOfAnyTray) {
         tray.embed(shown, 200, 24, 28);
 
         EXPECT_EQ(list(true), 0);
-        EXPECT_EQ(out.str(),
-                  "[\n  {\"id\": " + std::to_string(hidden) +
-                      ", \"process\": " + std::to_string(::getpid()) +
-                      ", \"owner\": \"tray_tests\", \"windowName\": "
-                      "\"WiFi \\\"quoted\\\" \\\\ 网络\", \"desktopId\": null, \"frame\": "
-                      "{\"x\": -300, \"y\": 0, \"width\": 24, \"height\": 28}, \"hidden\": true, "
-                      "\"displayName\": \"tray_tests\", \"fallbackSymbol\": \"wifi\"},\n"
-                      "  {\"id\": " +
-                      std::to_string(shown) + ", \"process\": " + std::to_string(::getpid()) +
-                      ", \"owner\": \"tray_tests\", \"windowName\": \"Clock\", \"desktopId\": "
-                      "null, \"frame\": {\"x\": 200, \"y\": 0, \"width\": 24, \"height\": 28}, "
-                      "\"hidden\": false, \"displayName\": \"时钟\", \"fallbackSymbol\": "
-                      "\"clock\"}\n]\n");
+        EXPECT_EQ(out.str(), "[\n" +
+                                 object(hidden, R"(WiFi \"quoted\" \\ 网络)", "-300.0", "true",
+                                        "tray_tests", "wifi") +
+                                 ",\n" + object(shown, "Clock", "200.0", "false", "时钟", "clock") +
+                                 "\n]\n");
 
         EXPECT_EQ(list(false), 0);
         EXPECT_THAT(out.str(), HasSubstr("WINDOW"));

@@ -38,7 +38,7 @@ protected:
     }
     X11RunningApplications applications(const std::string& display = {}) {
         return X11RunningApplications(display,
-                                      {.folders = {folder.path() / "applications"}, .locales = {}});
+                                      {.folders = {folder.path() / "applications"}});
     }
 
     TemporaryFolder folder;
