@@ -39,7 +39,7 @@ bool ScreenWatch::drain(const WindowFrame& area) {
     while (const auto event = x_.connection().pollEvent()) {
         constexpr int withoutSentFlag = 0x7f;
         if ((event->response_type & withoutSentFlag) == firstEvent_ + XCB_DAMAGE_NOTIFY) {
-            // NOLINTNEXTLINE(*-reinterpret-cast): how XCB hands out events
+            // How XCB hands out events
             const auto* damage = reinterpret_cast<const xcb_damage_notify_event_t*>(event.get());
             touched = touched || overlap(area, damage->area);
         }

@@ -34,7 +34,7 @@ void sendEmbeddedNotify(const x11::Connection& connection, xcb_atom_t xembedAtom
                                              version};
     std::ranges::copy(words, message.data.data32);
     xcb_send_event(connection.get(), 0, client, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+                   reinterpret_cast<const char*>(&message));
 }
 
 } // namespace pelistra::menubar

@@ -22,10 +22,6 @@ namespace pelistra::ui {
 // the rest among the flexible ones. What is smaller than its place is centred there unless an
 // alignment says otherwise.
 
-// A member with an initialiser of its own may be left out where a node is written down; without one
-// GCC's -Wmissing-field-initializers asks for it every time.
-// NOLINTBEGIN(readability-redundant-member-init)
-
 // Leaves
 
 enum class TextAlignment : std::uint8_t { Leading, Center };
@@ -316,8 +312,6 @@ struct WithAlert {
 
     bool operator==(const WithAlert&) const = default;
 };
-
-// NOLINTEND(readability-redundant-member-init)
 
 struct Node {
     std::variant<Text, Symbol, Picture, Button, Toggle, Spacer, Divider, FilledShape, StrokedShape,

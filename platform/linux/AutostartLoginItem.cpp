@@ -27,7 +27,7 @@ constexpr auto fileName = "pelistra.desktop";
 constexpr auto unitName = "app-pelistra@autostart.service";
 
 std::vector<std::string> parts(const char* variable, char separator, const char* fallback) {
-    const char* value = std::getenv(variable); // NOLINT(concurrency-mt-unsafe)
+    const char* value = std::getenv(variable);
     std::istringstream stream(value != nullptr && *value != '\0' ? value : fallback);
     std::vector<std::string> result;
     for (std::string part; std::getline(stream, part, separator);) {

@@ -69,7 +69,7 @@ bool journalIsWanted() {
     if (::fstat(STDERR_FILENO, &standardError) != 0) {
         return ::access(journalSocket, W_OK) == 0;
     }
-    const char* stream = std::getenv("JOURNAL_STREAM"); // NOLINT(concurrency-mt-unsafe)
+    const char* stream = std::getenv("JOURNAL_STREAM");
     if (stream != nullptr &&
         std::to_string(standardError.st_dev) + ":" + std::to_string(standardError.st_ino) ==
             stream) {

@@ -32,7 +32,7 @@ using ErrorPtr = Owned<xcb_generic_error_t>;
 // Reads a generic event as the event that its type says it is.
 template <class T>
 [[nodiscard]] const T& eventAs(const xcb_generic_event_t& event) {
-    return reinterpret_cast<const T&>(event); // NOLINT(*-reinterpret-cast)
+    return reinterpret_cast<const T&>(event);
 }
 
 } // namespace pelistra::x11

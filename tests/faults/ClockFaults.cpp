@@ -46,8 +46,7 @@ public:
         // In place: the programs have the file mapped.
         std::ofstream(file_, std::ios::binary | std::ios::app).close();
         std::fstream file(file_, std::ios::binary | std::ios::in | std::ios::out);
-        file.write(reinterpret_cast<const char*>(&seconds), // NOLINT(*-reinterpret-cast)
-                   sizeof seconds);
+        file.write(reinterpret_cast<const char*>(&seconds), sizeof seconds);
         if (!file.flush()) {
             throw std::runtime_error("the clock cannot be moved");
         }

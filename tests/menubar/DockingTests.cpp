@@ -292,8 +292,7 @@ TEST_F(DockingTests, WindowsThatCannotBeDockedAreRefusedWithALine) {
         message.window = x_.trayOwner();
         message.type = x_.atom("_NET_SYSTEM_TRAY_OPCODE");
         message.data.data32[2] = wrong;
-        xcb_send_event(x.get(), 0, x_.trayOwner(), 0,
-                       reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+        xcb_send_event(x.get(), 0, x_.trayOwner(), 0, reinterpret_cast<const char*>(&message));
     }
     x.sync();
     EXPECT_TRUE(bar().process().waitForOutput("cannot be docked"));

@@ -133,7 +133,7 @@ std::vector<std::string> AccessibleTree::programs() {
     if (sd_bus_list_names(bus_.get(), &names, nullptr) < 0) {
         return result;
     }
-    for (char** name = names; *name != nullptr; ++name) { // NOLINT(*-pointer-arithmetic)
+    for (char** name = names; *name != nullptr; ++name) {
         if (std::string_view(*name).starts_with(':')) {
             result.emplace_back(*name);
         }

@@ -54,7 +54,7 @@ std::vector<std::string> assignments(const Environment& environment) {
     sigset_t none{};
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    execvpe(arguments[0], arguments, environment); // NOLINT(*-pointer-arithmetic)
+    execvpe(arguments[0], arguments, environment);
     constexpr std::string_view message = "cannot be executed\n";
     static_cast<void>(!write(STDERR_FILENO, message.data(), message.size()));
     _exit(cannotExecute);
@@ -84,8 +84,8 @@ void PrintTo(const ExitStatus& status, std::ostream* stream) {
 ChildProcess::ChildProcess(std::vector<std::string> command, const Environment& environment,
                            std::filesystem::path outputFile)
     : command_(std::move(command)), outputFile_(std::move(outputFile)) {
-    const int output = open(outputFile_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC,
-                            privateFile); // NOLINT(*-vararg)
+    const int output =
+        open(outputFile_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, privateFile);
     if (output < 0) {
         throw std::system_error(errno, std::generic_category(), outputFile_.string());
     }

@@ -92,8 +92,8 @@ void Picture::savePng(const std::filesystem::path& file) const {
     const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get()));
     const std::size_t rowBytes = static_cast<std::size_t>(width_) * sizeof(std::uint32_t);
     for (std::size_t row = 0; row < static_cast<std::size_t>(height_); ++row) {
-        std::memcpy(data + (row * stride), // NOLINT(*-pointer-arithmetic)
-                    &pixels_[row * static_cast<std::size_t>(width_)], rowBytes);
+        std::memcpy(data + (row * stride), &pixels_[row * static_cast<std::size_t>(width_)],
+                    rowBytes);
     }
     cairo_surface_mark_dirty(surface.get());
     if (cairo_surface_write_to_png(surface.get(), file.c_str()) != CAIRO_STATUS_SUCCESS) {

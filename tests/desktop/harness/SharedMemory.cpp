@@ -7,7 +7,7 @@ namespace pelistra::testing {
 void removeSharedMemoryOf(pid_t maker) {
     shmid_ds segment{};
     shm_info all{};
-    // NOLINTNEXTLINE(*-reinterpret-cast): the call's own way.
+    // The call's own way.
     const int last = shmctl(0, SHM_INFO, reinterpret_cast<shmid_ds*>(&all));
     for (int index = 0; index <= last; ++index) {
         const int id = shmctl(index, SHM_STAT, &segment);

@@ -11,7 +11,7 @@ class Variable {
 public:
     // Null takes the variable away.
     Variable(const char* name, const char* value) : name_(name) {
-        const char* old = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+        const char* old = std::getenv(name);
         if (old != nullptr) {
             old_ = old;
         }
@@ -25,9 +25,9 @@ public:
 private:
     void set(const char* value) const {
         if (value != nullptr) {
-            ::setenv(name_, value, 1); // NOLINT(concurrency-mt-unsafe)
+            ::setenv(name_, value, 1);
         } else {
-            ::unsetenv(name_); // NOLINT(concurrency-mt-unsafe)
+            ::unsetenv(name_);
         }
     }
 

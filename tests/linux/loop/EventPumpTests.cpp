@@ -46,7 +46,7 @@ protected:
         for (std::uint32_t i = 0; i < count; ++i) {
             message.data.data32[0] = sent_++;
             xcb_send_event(client_.get(), 0, window_, XCB_EVENT_MASK_NO_EVENT,
-                           reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+                           reinterpret_cast<const char*>(&message));
         }
         client_.sync();
     }

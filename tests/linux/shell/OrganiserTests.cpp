@@ -125,8 +125,7 @@ TEST_F(OrganiserTest, TheFirstPositionsComeFromTheDefaults) {
     startDocked();
     EXPECT_THAT(client_.words(control_, "_PELISTRA_PREFERRED_POSITION"), ElementsAre(0));
     EXPECT_THAT(client_.words(divider_, "_PELISTRA_PREFERRED_POSITION"), ElementsAre(1));
-    EXPECT_THAT(defaults(),
-                HasSubstr("NSStatusItem Preferred Position PelistraV3.Divider=1\n"));
+    EXPECT_THAT(defaults(), HasSubstr("NSStatusItem Preferred Position PelistraV3.Divider=1\n"));
 }
 
 TEST_F(OrganiserTest, WhereTheUserPutItIsRemembered) {
@@ -140,8 +139,7 @@ TEST_F(OrganiserTest, WhereTheUserPutItIsRemembered) {
         return defaults().find("NSStatusItem Preferred Position PelistraV3.Divider=7\n") !=
                std::string::npos;
     }));
-    EXPECT_THAT(defaults(),
-                HasSubstr("NSStatusItem Preferred Position PelistraV3.Control=0\n"));
+    EXPECT_THAT(defaults(), HasSubstr("NSStatusItem Preferred Position PelistraV3.Control=0\n"));
 }
 
 TEST_F(OrganiserTest, AMalformedPositionChangesNothing) {
@@ -150,8 +148,7 @@ TEST_F(OrganiserTest, AMalformedPositionChangesNothing) {
                  XCB_ATOM_STRING, "seven");
     client_.sync();
     tray_->serve(std::chrono::milliseconds(300));
-    EXPECT_THAT(defaults(),
-                HasSubstr("NSStatusItem Preferred Position PelistraV3.Divider=1\n"));
+    EXPECT_THAT(defaults(), HasSubstr("NSStatusItem Preferred Position PelistraV3.Divider=1\n"));
 }
 
 TEST_F(OrganiserTest, ALeftClickCollapsesOnReleaseAndAltExpands) {

@@ -37,8 +37,7 @@ protected:
             << more;
     }
     X11RunningApplications applications(const std::string& display = {}) {
-        return X11RunningApplications(display,
-                                      {.folders = {folder.path() / "applications"}});
+        return X11RunningApplications(display, {.folders = {folder.path() / "applications"}});
     }
 
     TemporaryFolder folder;
@@ -268,7 +267,7 @@ TEST_F(RunningApplicationsTest, RaisesAWindowFromItsMinimisedStateAndFromAnother
         std::ranges::copy(words, event.data.data32);
         xcb_send_event(client.get(), 0, client.root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                       reinterpret_cast<const char*>(&event)); // NOLINT(*-reinterpret-cast)
+                       reinterpret_cast<const char*>(&event));
         client.sync();
         return waitFor([&] { return !client.isViewable(*window); });
     };
