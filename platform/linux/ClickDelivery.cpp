@@ -12,6 +12,9 @@ namespace pelistra::desktop {
 namespace {
 
 constexpr xcb_input_device_id_t allMasterDevices = 1;
+// The secondary button, which opens an icon's menu. There is no other way to try: what the primary
+// one would do is anybody's guess.
+constexpr xcb_button_t menuButton = XCB_BUTTON_INDEX_3;
 // A window is rarely this deep in the tree; the bound keeps a search from going on for ever while
 // windows move.
 constexpr int deepestWindow = 32;
@@ -33,7 +36,7 @@ int wholePart(xcb_input_fp1616_t fixed) {
 
 ClickDelivery::ClickDelivery(const x11::Connection& connection, MainQueue& mainQueue, LogSink& log)
     : connection_(&connection), mainQueue_(&mainQueue), logger_(log, "private-activation"),
-      replies_(connection), device_(connection, replies_),
+      replies_(connection), device_(connection, replies_), clock_(connection, replies_),
       hasResource_(connection.extension(xcb_res_id) != nullptr) {
     mainQueue_->asyncAfter(cleaningDelay, lifetime_.guard([this] {
         if (replies_.begin(patience)) {
@@ -46,11 +49,8 @@ ClickDelivery::~ClickDelivery() {
     if (!device_.exists() || !replies_.begin(patience)) {
         return;
     }
-    device_.release();
-    if (device_.isGrabbed()) {
-        const auto own = placeOf(device_.pointer());
-        clickOutside(own.value_or(RootPlace{}));
-    }
+    device_.release(menuButton);
+    clickOutside(device_.restingPlace());
     endWatching();
     device_.removeWhenQuiet();
 }
@@ -129,6 +129,8 @@ bool ClickDelivery::press(WindowId window, ProcessId process, RootPlace place) {
     }
     if (target->listensToButtons()) {
         pressed_ = deepestListener(*target, place);
+        // Without times, Qt takes the next click for the second half of a double one.
+        pressedAt_ = clock_.now();
         // GTK 2 ignores a press in a window that the pointer has not entered.
         sendCrossing(pressed_, place);
         sendButton(XCB_BUTTON_PRESS, pressed_, place);
@@ -150,7 +152,7 @@ bool ClickDelivery::release(WindowId window, RootPlace place) {
         connection_->flush();
         break;
     case Way::SecondPointer:
-        device_.release();
+        device_.release(menuButton);
         ++click_;
         lookForMenu(window, 0);
         break;
@@ -162,9 +164,9 @@ void ClickDelivery::sendButton(std::uint8_t type, const Target& target, RootPlac
     const bool isRelease = type == XCB_BUTTON_RELEASE;
     const xcb_button_press_event_t event{
         .response_type = type,
-        .detail = XCB_BUTTON_INDEX_1,
+        .detail = menuButton,
         .sequence = 0,
-        .time = XCB_CURRENT_TIME,
+        .time = pressedAt_,
         .root = connection_->root(),
         .event = target.window,
         .child = XCB_NONE,
@@ -173,7 +175,7 @@ void ClickDelivery::sendButton(std::uint8_t type, const Target& target, RootPlac
         .root_y = static_cast<std::int16_t>(place.y),
         .event_x = static_cast<std::int16_t>(target.inside.x),
         .event_y = static_cast<std::int16_t>(target.inside.y),
-        .state = static_cast<std::uint16_t>(isRelease ? XCB_BUTTON_MASK_1 : 0),
+        .state = static_cast<std::uint16_t>(isRelease ? XCB_BUTTON_MASK_3 : 0),
         .same_screen = 1,
         .pad0 = 0};
     // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
@@ -191,7 +193,7 @@ void ClickDelivery::sendCrossing(const Target& target, RootPlace place) {
     const xcb_enter_notify_event_t event{.response_type = XCB_ENTER_NOTIFY,
                                          .detail = XCB_NOTIFY_DETAIL_ANCESTOR,
                                          .sequence = 0,
-                                         .time = XCB_CURRENT_TIME,
+                                         .time = pressedAt_,
                                          .root = connection_->root(),
                                          .event = target.window,
                                          .child = XCB_NONE,
@@ -243,14 +245,14 @@ bool ClickDelivery::pressWithDevice(WindowId window, RootPlace place) {
     }
     if (device_.isGrabbed()) {
         // The menu of an earlier click would swallow this one.
-        clickOutside(place);
+        clickOutside(device_.restingPlace());
         if (device_.isGrabbed()) {
             return false;
         }
     }
     endWatching();
     device_.moveTo(place);
-    device_.press();
+    device_.press(menuButton);
     return true;
 }
 
@@ -380,14 +382,15 @@ void ClickDelivery::handlePress(xcb_input_device_id_t device) {
         return;
     }
     const auto windows = windowsAt(*place);
-    const bool isInMenu = std::ranges::find(windows, menu_->icon) == windows.end() &&
-                          std::ranges::any_of(windows, [&](WindowId window) {
-                              return clientOf(window) == clientOf(menu_->icon);
-                          });
+    const bool isOnIcon = std::ranges::find(windows, menu_->icon) != windows.end();
+    const bool isInMenu = !isOnIcon && std::ranges::any_of(windows, [&](WindowId window) {
+        return clientOf(window) == clientOf(menu_->icon);
+    });
     if (!isInMenu) {
-        menu_->clickedOutside = place;
+        // The icon itself would take the repetition for a click of its own.
+        menu_->clickedOutside = isOnIcon ? device_.restingPlace() : *place;
         menu_->repetitions = 0;
-        clickOutside(*place);
+        clickOutside(*menu_->clickedOutside);
     }
     checkMenuSoon();
 }
@@ -401,9 +404,15 @@ std::optional<RootPlace> ClickDelivery::placeOf(xcb_input_device_id_t device) {
 }
 
 void ClickDelivery::clickOutside(RootPlace place) {
-    device_.moveTo(place);
-    device_.press();
-    device_.release();
+    // A menu that closes between the look and the click would leave the click to what lies below.
+    xcb_grab_server(connection_->get());
+    if (device_.isGrabbed()) {
+        device_.moveTo(place);
+        device_.press(XCB_BUTTON_INDEX_1);
+        device_.release(XCB_BUTTON_INDEX_1);
+    }
+    xcb_ungrab_server(connection_->get());
+    connection_->flush();
 }
 
 void ClickDelivery::checkMenuSoon() {

@@ -6,6 +6,7 @@
 #include "platform/MainQueue.h"
 #include "platform/WindowList.h"
 #include "platform/linux/PointerDevice.h"
+#include "platform/linux/ServerClock.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Replies.h"
 
@@ -16,8 +17,9 @@
 
 namespace pelistra::desktop {
 
-// Delivers one left click to one window, while the user's own pointer and the keyboard focus stay
-// where they are.
+// Opens the menu of one icon by a click on its window, while the user's own pointer and the
+// keyboard focus stay where they are. The click is one of the secondary button: on X11 the primary
+// button makes an icon act, and only the secondary one opens its menu.
 //
 // A window that listens to core button events (GTK 2, Qt, Tk) gets them sent: nothing else in the
 // server changes. Any other window (GTK 3, GTK 4, Java) is clicked by a second pointer of ours. A
@@ -71,8 +73,8 @@ private:
     struct Menu {
         WindowId icon = 0;
         bool keyboardIsGrabbed = false;
-        // Where the user has clicked outside, until the menu has closed, and how often that has
-        // been repeated.
+        // Where the click is repeated that the user has made outside, until the menu has closed,
+        // and how often it has been.
         std::optional<RootPlace> clickedOutside;
         int repetitions = 0;
     };
@@ -95,6 +97,8 @@ private:
     void handlePress(xcb_input_device_id_t device);
     void handleKey(const xcb_input_key_press_event_t& event, bool pressed);
     [[nodiscard]] std::optional<RootPlace> placeOf(xcb_input_device_id_t device);
+    // Clicks there with the second pointer if a menu has it grabbed, so that nobody but the menu
+    // sees the click.
     void clickOutside(RootPlace place);
     void selectRawPresses(bool on) const;
     // Whether the server let us.
@@ -108,10 +112,12 @@ private:
     Logger logger_;
     x11::Replies replies_;
     PointerDevice device_;
+    ServerClock clock_;
     bool hasResource_ = false;
     Way pressedBy_ = Way::None;
-    // Who was sent the press.
+    // Who was sent the press, and when.
     Target pressed_;
+    xcb_timestamp_t pressedAt_ = XCB_CURRENT_TIME;
     std::optional<Menu> menu_;
     // Counts clicks, so that a look for the menu of an earlier one ends.
     std::uint64_t click_ = 0;

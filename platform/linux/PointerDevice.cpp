@@ -29,7 +29,6 @@ constexpr std::uint8_t deviceKeyPress = 1;
 constexpr std::uint8_t deviceKeyRelease = 2;
 constexpr std::uint8_t deviceButtonPress = 3;
 constexpr std::uint8_t deviceButtonRelease = 4;
-constexpr std::uint8_t leftButton = 1;
 constexpr xcb_input_device_id_t allDevices = 0;
 
 xcb_input_fp1616_t fixed(int value) {
@@ -210,9 +209,13 @@ void PointerDevice::moveTo(RootPlace place) const {
     }
 }
 
+RootPlace PointerDevice::restingPlace() const {
+    return {.x = connection_->screen().width_in_pixels - 1,
+            .y = connection_->screen().height_in_pixels - 1};
+}
+
 void PointerDevice::park() const {
-    moveTo({.x = connection_->screen().width_in_pixels - 1,
-            .y = connection_->screen().height_in_pixels - 1});
+    moveTo(restingPlace());
     connection_->flush();
 }
 
@@ -225,15 +228,15 @@ void PointerDevice::fake(std::uint8_t eventOffset, std::uint8_t detail,
     lastUse_ = std::chrono::steady_clock::now();
 }
 
-void PointerDevice::press() {
+void PointerDevice::press(xcb_button_t button) {
     if (device_) {
-        fake(deviceButtonPress, leftButton, device_->testPointer);
+        fake(deviceButtonPress, button, device_->testPointer);
     }
 }
 
-void PointerDevice::release() {
+void PointerDevice::release(xcb_button_t button) {
     if (device_) {
-        fake(deviceButtonRelease, leftButton, device_->testPointer);
+        fake(deviceButtonRelease, button, device_->testPointer);
     }
 }
 

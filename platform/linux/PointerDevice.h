@@ -49,12 +49,15 @@ public:
     }
 
     void moveTo(RootPlace place) const;
-    void press();
-    void release();
+    // A button by the number that programs see, whatever the user's own pointer makes of its
+    // buttons.
+    void press(xcb_button_t button);
+    void release(xcb_button_t button);
     // Keys of the keyboard that belongs to the pointer, by their key codes.
     void pressKey(std::uint8_t keyCode);
     void releaseKey(std::uint8_t keyCode);
-    // Moves to where it is least in the way.
+    // Where it is least in the way, and moving there.
+    [[nodiscard]] RootPlace restingPlace() const;
     void park() const;
 
     // Whether some program has grabbed the device, as an open menu does.

@@ -7,8 +7,8 @@
 namespace pelistra::desktop {
 
 // Mouse events for one process over X11. An event keeps the fields that are set on it; posting a
-// left press and its release to the process delivers one click to the window that they name
-// (ClickDelivery). Other events cannot be posted.
+// left press and its release to the process opens the menu of the icon whose window they
+// name (ClickDelivery). Other events cannot be posted.
 class X11EventPosting final : public EventPosting {
 public:
     // Both must outlive this object.

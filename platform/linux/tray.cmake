@@ -1,5 +1,5 @@
 # What the front end knows of the tray and of the programs behind its icons.
-pkg_check_modules(XCB_TRAY REQUIRED IMPORTED_TARGET xcb xcb-res xcb-randr xcb-composite xcb-xinput xcb-xtest)
+pkg_check_modules(XCB_TRAY REQUIRED IMPORTED_TARGET xcb xcb-res xcb-randr xcb-composite xcb-sync xcb-xinput xcb-xtest)
 
 target_sources(pelistra_linux PRIVATE
     ClickDelivery.cpp
@@ -9,6 +9,7 @@ target_sources(pelistra_linux PRIVATE
     ListItems.cpp
     ListItemsText.cpp
     PointerDevice.cpp
+    ServerClock.cpp
     TrayLook.cpp
     TrayLookText.cpp
     X11EventPosting.cpp

@@ -5,7 +5,6 @@
 #include "tests/desktop/harness/Desktop.h"
 #include "tests/desktop/harness/SecondRowUnderTest.h"
 
-#include <algorithm>
 #include <csignal>
 #include <fstream>
 
@@ -135,25 +134,17 @@ TEST_F(RowOnDesktopTests, LiesAboveAFullScreenWindow) {
 
 TEST_F(RowOnDesktopTests, ARightClickOpensTheIconsMenuAndTheArrowPutsItBack) {
     ASSERT_TRUE(row_.open());
-    const auto before = desktop_.x().shownTopLevels();
     rightClick("Clipboard Manager");
     const PointerState pointer = desktop_.x().pointer();
     EXPECT_TRUE(waitFor([&] { return isOnScreen("Xfce4-clipman"); })) << log();
-    const auto menu = [&] {
-        auto windows = desktop_.x().shownTopLevels();
-        std::erase_if(windows, [&](xcb_window_t window) {
-            return std::ranges::count(before, window) > 0 ||
-                   desktop_.x().frame(window).value_or(WindowFrame{}).width < 40;
-        });
-        return windows;
-    };
-    EXPECT_TRUE(waitFor([&] { return !menu().empty(); })) << log();
+    EXPECT_TRUE(waitFor([&] { return !desktop_.x().shownMenus().empty(); })) << log();
     EXPECT_EQ(desktop_.x().pointer(), pointer);
     EXPECT_FALSE(row_.isOpen());
     // A menu that is just opening may miss the first click.
     EXPECT_TRUE(waitFor([&] {
         desktop_.input().click(elsewhere);
-        return waitFor([&] { return menu().empty(); }, std::chrono::milliseconds(1'000));
+        return waitFor([&] { return desktop_.x().shownMenus().empty(); },
+                       std::chrono::milliseconds(1'000));
     }));
     SecondRowUnderTest::letTheArrowRest();
     ASSERT_TRUE(desktop_.clickControl());

@@ -175,6 +175,22 @@ std::vector<xcb_window_t> XClient::shownTopLevels() const {
     return shown;
 }
 
+std::vector<xcb_window_t> XClient::shownMenus() {
+    std::vector<xcb_window_t> menus = shownTopLevels();
+    std::erase_if(menus, [this](xcb_window_t window) {
+        const auto isOfType = [&](const std::string& type) {
+            return hasAtom(window, "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_" + type);
+        };
+        const x11::Owned<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(get(), xcb_get_window_attributes(get(), window),
+                                            nullptr));
+        const bool isUnmanaged = attributes && attributes->override_redirect != 0;
+        // Qt 6 has no type of its own for them.
+        return !isOfType("POPUP_MENU") && !(isUnmanaged && isOfType("NORMAL"));
+    });
+    return menus;
+}
+
 void XClient::sendMessage(xcb_window_t to, std::uint32_t eventMask, xcb_window_t about,
                           const std::string& type, const std::array<std::uint32_t, 5>& values) {
     xcb_client_message_event_t message{};

@@ -91,6 +91,8 @@ public:
 
     // The top-level windows that are viewable, managed or not, bottom to top.
     [[nodiscard]] std::vector<xcb_window_t> shownTopLevels() const;
+    // Those of them that are menus.
+    [[nodiscard]] std::vector<xcb_window_t> shownMenus();
 
     // Asks the window manager to make a window cover its whole screen, or to let it go back.
     void requestFullScreen(xcb_window_t window, bool fullScreen);

@@ -1,6 +1,5 @@
 #include "tests/desktop/tour/Tour.h"
 
-#include <algorithm>
 #include <array>
 
 namespace pelistra::testing {
@@ -14,21 +13,14 @@ struct HiddenProgram {
     const char* toolkit;
 };
 
-constexpr std::array<HiddenProgram, 3> programs{{
+// What a click of the primary button would do instead: nothing, the same menu, a volume slider, the
+// program's window.
+constexpr std::array<HiddenProgram, 4> programs{{
     {.className = "Parcellite", .name = "Parcellite", .toolkit = "GTK 2"},
     {.className = "Xfce4-clipman", .name = "Clipboard Manager", .toolkit = "GTK 3"},
+    {.className = "Pnmixer", .name = "PNMixer", .toolkit = "GTK 3"},
     {.className = "QmidiNet", .name = "QmidiNet", .toolkit = "Qt 6"},
 }};
-
-std::vector<xcb_window_t> newWindows(Desktop& desktop, const std::vector<xcb_window_t>& before) {
-    constexpr int narrowest = 40;
-    std::vector<xcb_window_t> windows = desktop.x().shownTopLevels();
-    std::erase_if(windows, [&](xcb_window_t window) {
-        return std::ranges::count(before, window) > 0 ||
-               desktop.x().frame(window).value_or(WindowFrame{}).width < narrowest;
-    });
-    return windows;
-}
 
 Seen collapseAndOpen(Tour& tour) {
     SecondRowUnderTest::letTheArrowRest();
@@ -47,19 +39,18 @@ Seen openMenu(Tour& tour, const HiddenProgram& program) {
     if (!icon) {
         return {.ok = false, .text = "no such icon in the row"};
     }
-    const std::vector<xcb_window_t> before = x.shownTopLevels();
     desktop.input().click(centre(icon->frame), UserInput::Button::Right);
     const PointerState pointer = x.pointer();
     const bool revealed = waitFor([&] {
         const auto item = desktop.item(program.className);
         return item && item->frame.x >= 0 && item->frame.right() <= x.rootFrame().width;
     });
-    const bool opened = waitFor([&] { return !newWindows(desktop, before).empty(); });
+    const bool opened = waitFor([&] { return !x.shownMenus().empty(); });
     const bool stayed = x.pointer() == pointer;
     const bool closed = !tour.row().isOpen();
     const auto item = desktop.item(program.className);
-    const auto menus = newWindows(desktop, before);
-    const auto menu = menus.empty() ? std::nullopt : x.frame(menus.back());
+    const auto menus = x.shownMenus();
+    const auto menu = menus.empty() ? std::nullopt : x.frame(menus.front());
     return {.ok = revealed && opened && stayed && closed,
             .text = "icon " + (item ? describe(item->frame) : "absent") + ", its menu " +
                     (menu ? describe(*menu) : "absent") + ", pointer at " + describe(pointer) +
@@ -69,12 +60,10 @@ Seen openMenu(Tour& tour, const HiddenProgram& program) {
 
 Seen putBack(Tour& tour) {
     Desktop& desktop = tour.desktop();
-    const std::vector<xcb_window_t> menus = desktop.x().shownTopLevels();
     // A click outside closes the menu; the next one on the arrow ends the reveal.
     constexpr RootPoint outside{.x = 300, .y = 700};
     desktop.input().click(outside);
-    const bool menuClosed =
-        waitFor([&] { return desktop.x().shownTopLevels().size() < menus.size(); });
+    const bool menuClosed = waitFor([&] { return desktop.x().shownMenus().empty(); });
     SecondRowUnderTest::letTheArrowRest();
     const bool clicked = desktop.clickControl();
     const bool collapsed = clicked && desktop.waitUntilCollapsed();
