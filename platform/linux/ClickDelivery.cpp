@@ -291,6 +291,9 @@ void ClickDelivery::endWatching() {
         ignoreErrorOf(xcb_input_xi_ungrab_device_checked(connection_->get(), XCB_CURRENT_TIME,
                                                          device_.userKeyboard()));
     }
+    for (const std::uint8_t key : menu_->heldKeys) {
+        device_.releaseKey(key);
+    }
     selectRawPresses(false);
     menu_.reset();
     device_.park();
@@ -365,7 +368,9 @@ void ClickDelivery::handleKey(const xcb_input_key_press_event_t& event, bool pre
     const auto keyCode = static_cast<std::uint8_t>(event.detail);
     if (pressed) {
         device_.pressKey(keyCode);
+        menu_->heldKeys.insert(keyCode);
     } else {
+        menu_->heldKeys.erase(keyCode);
         device_.releaseKey(keyCode);
         checkMenuSoon();
     }

@@ -14,6 +14,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <set>
 
 namespace pelistra::desktop {
 
@@ -77,6 +78,8 @@ private:
         // and how often it has been.
         std::optional<RootPlace> clickedOutside;
         int repetitions = 0;
+        // Those that the second keyboard holds down; it would not press them again.
+        std::set<std::uint8_t> heldKeys;
     };
 
     [[nodiscard]] std::optional<Target> describe(WindowId window, RootPlace place);
