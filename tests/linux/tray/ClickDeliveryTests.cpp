@@ -300,6 +300,8 @@ struct MenuProgram {
     ClickDelivery::Way way;
     // It puts its menu at the user's pointer, whatever was clicked.
     bool opensAtPointer = false;
+    // The help text of its icon comes up above the menu when the second pointer rests there.
+    bool showsHelpText = false;
     // Tk gives its menu no key while no window of Tk has the focus, whoever has clicked.
     bool closesOnEscape = true;
     // The class of its icon and the script that makes it; empty for a program of the harness.
@@ -455,7 +457,7 @@ TEST_P(MenuProgramTest, OpensTheMenuThatTheUsersOwnRightClickOpens) {
     EXPECT_EQ(opened.width, wanted.width);
     EXPECT_EQ(opened.height, wanted.height);
     // At the pointer, the entry below it is lit.
-    if (!GetParam().opensAtPointer) {
+    if (!GetParam().opensAtPointer && !GetParam().showsHelpText) {
         EXPECT_EQ(restingMenu().differingPixels(wantedPicture), 0U);
     }
 }
@@ -529,7 +531,8 @@ INSTANTIATE_TEST_SUITE_P(
         MenuProgram{.name = "xfce4-clipman", .way = ClickDelivery::Way::SecondPointer},
         MenuProgram{.name = "copyq", .way = ClickDelivery::Way::Sent, .opensAtPointer = true},
         MenuProgram{.name = "volumeicon", .way = ClickDelivery::Way::SecondPointer},
-        MenuProgram{.name = "pnmixer", .way = ClickDelivery::Way::SecondPointer},
+        MenuProgram{
+            .name = "pnmixer", .way = ClickDelivery::Way::SecondPointer, .showsHelpText = true},
         MenuProgram{.name = "qlipper", .way = ClickDelivery::Way::Sent},
         MenuProgram{.name = "qmidinet", .way = ClickDelivery::Way::Sent},
         MenuProgram{.name = "tktray",
