@@ -20,8 +20,7 @@ constexpr std::size_t unit = 4;
 } // namespace
 
 std::optional<xcb_sync_counter_t> ServerClock::findCounter() {
-    const auto* const extension = xcb_get_extension_data(connection_->get(), &xcb_sync_id);
-    if (extension == nullptr || extension->present == 0) {
+    if (connection_->extension(xcb_sync_id) == nullptr) {
         return std::nullopt;
     }
     const auto counters = replies_->take<xcb_sync_list_system_counters_reply_t>(
