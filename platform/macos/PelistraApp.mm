@@ -3,12 +3,41 @@
 #include "app/AppDelegate.h"
 #include "platform/macos/MacPlatform.h"
 #include "platform/macos/MainMenu.h"
+#include "platform/macos/OtherCopy.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr std::array<std::string_view, 4> switches = {
+    "--show-settings", "--show-onboarding", "--start-collapsed", "--verify-section-layout"};
+
+// macOS has arguments of its own, with one dash.
+void logUnknownSwitches(const pelistra::Platform& platform) {
+    const pelistra::Logger logger(platform.log, "application");
+    for (const std::string& argument : platform.application.arguments()) {
+        if (argument.starts_with("--") && std::ranges::find(switches, argument) == switches.end()) {
+            logger.error("Unknown switch is ignored: " + argument);
+        }
+    }
+}
+
+} // namespace
 
 @implementation PelistraApp
 
 - (void)applicationWillFinishLaunching:(NSNotification*)notification {
     (void)notification;
+    if (pelistra::appkit::anotherCopyRuns([[NSBundle mainBundle] bundleIdentifier])) {
+        pelistra::appkit::sayThatAnotherCopyRuns();
+        [NSApp terminate:nil];
+        return;
+    }
     platform_ = std::make_unique<pelistra::appkit::MacPlatform>();
+    logUnknownSwitches(platform_->platform());
     appDelegate_ = std::make_unique<pelistra::AppDelegate>(platform_->platform());
     [NSApp setMainMenu:pelistra::appkit::makeMainMenu(self, @selector(showSettings:)).get()];
 }

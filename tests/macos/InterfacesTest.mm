@@ -135,6 +135,21 @@ std::set<std::string> functionsCalled(const std::string& symbols) {
     return found;
 }
 
+// Members of C++ classes that point to Objective-C objects and do not say whether they own them:
+// with automatic counting they do. Members end in an underscore here.
+std::vector<std::string> unsaidPointers(const std::string& source) {
+    static const std::regex member(
+        R"(^\s+(?:(?:NS|CA|Pelistra)\w+\s*\*|id|std::\w+<.*(?:[<,] ?)(?:NS|CA|Pelistra)\w+\s*\*>)\s*\w+_(?: = [^;]*)?;)");
+    std::vector<std::string> found;
+    std::istringstream lines(source);
+    for (std::string line; std::getline(lines, line);) {
+        if (std::regex_search(line, member)) {
+            found.push_back(line);
+        }
+    }
+    return found;
+}
+
 std::vector<std::string> missing(const std::set<std::string>& used,
                                  const std::set<std::string>& reviewed) {
     std::vector<std::string> result;
@@ -182,6 +197,25 @@ TEST(InterfacesTest, OnlyOneDeprecatedSelectorIsSent) {
 
 TEST(InterfacesTest, WhatMacOS15LacksIsOnlyLookedUpByItsName) {
     EXPECT_THAT(namesInFrontEnd(), ::testing::Not(Contains("CGWindowListCreateImageFromArray")));
+}
+
+TEST(InterfacesTest, NoClassOwnsAnObjectWithoutSayingSo) {
+    std::size_t files = 0;
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(PELISTRA_FRONT_END_FOLDER)) {
+        if (entry.is_regular_file()) {
+            EXPECT_THAT(unsaidPointers(testing::contentOf(entry.path())), IsEmpty())
+                << entry.path();
+            ++files;
+        }
+    }
+    EXPECT_GT(files, 40U);
+    EXPECT_THAT(unsaidPointers("    NSView* view_;\n    id token_ = nil;\n"
+                               "    std::vector<NSStatusItem*> items_;\n"),
+                ::testing::SizeIs(3));
+    EXPECT_THAT(unsaidPointers("    Owned<NSView*> view_;\n    __unsafe_unretained NSView* v_;\n"
+                               "    std::vector<Owned<NSView*>> views_;\n"),
+                IsEmpty());
 }
 
 TEST(InterfacesTest, AMisspeltSelectorAndNameAreFound) {

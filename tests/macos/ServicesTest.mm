@@ -1,11 +1,13 @@
 #include "platform/macos/MacPlatform.h"
 #include "platform/macos/NotificationObserver.h"
+#include "platform/macos/OtherCopy.h"
 #include "platform/macos/PelistraApp.h"
 #include "tests/macos/standins/MenuBar.h"
 #include "tests/macos/standins/World.h"
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <chrono>
 #include <set>
 #include <unistd.h>
@@ -291,6 +293,16 @@ TEST(WorkspaceApplicationsTest, TellsWhatTheSystemTells) {
     EXPECT_THAT(applications.processIdentifiers(), ElementsAre(10, 11));
 }
 
+TEST(OtherCopyTest, IsAnotherProcessOfTheSameBundle) {
+    EXPECT_FALSE(anotherCopyRuns(nil));
+    world().applications = {{getpid(), {.name = "P", .bundleIdentifier = "com.pelistra.app"}},
+                            {10, {.name = "A", .bundleIdentifier = "test.other"}},
+                            {11, {.name = "B"}}};
+    EXPECT_FALSE(anotherCopyRuns(@"com.pelistra.app"));
+    world().applications[12] = {.name = "P", .bundleIdentifier = "com.pelistra.app"};
+    EXPECT_TRUE(anotherCopyRuns(@"com.pelistra.app"));
+}
+
 TEST(MainAppLoginItemTest, TellsTheSystemsWords) {
     MainAppLoginItem item;
     EXPECT_EQ(item.status(), LoginItemStatus::NotRegistered);
@@ -345,11 +357,18 @@ TEST(CoreGraphicsEventPostingTest, SaysOnceWhetherPostingIsPermitted) {
 // The class that the entry point makes the application's delegate.
 TEST(PelistraAppTest, StartsTheOrganiserAndAnswersTheMenu) {
     [[NSUserDefaults standardUserDefaults] setBool:YES forKey:@"hasCompletedOnboarding.unknown"];
+    std::string program = "Pelistra";
+    std::string known = "--show-onboarding-never";
+    std::array<char*, 2> arguments = {program.data(), known.data()};
+    [NSProcessInfo initializeWithArguments:arguments.data() count:2 environment:environ];
     @autoreleasepool {
         PelistraApp* app = [[PelistraApp alloc] init];
         NSNotification* none = [NSNotification notificationWithName:@"none" object:nil];
         [app applicationWillFinishLaunching:none];
         EXPECT_THAT(recorded("NSStatusBar "), IsEmpty());
+        EXPECT_THAT(world().log,
+                    ElementsAre(LogLine{"com.pelistra.app", "application", OS_LOG_TYPE_ERROR,
+                                        "Unknown switch is ignored: --show-onboarding-never"}));
         [app applicationDidFinishLaunching:none];
         runFor(0.05);
         EXPECT_NE(statusItem(@"PelistraV3.Divider"), nil);

@@ -30,6 +30,16 @@ NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotifica
     return application;
 }
 
++ (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier {
+    NSMutableArray* result = [NSMutableArray array];
+    for (const auto& [pid, application] : world().applications) {
+        if (application.bundleIdentifier == [bundleIdentifier UTF8String]) {
+            [result addObject:[self runningApplicationWithProcessIdentifier:pid]];
+        }
+    }
+    return result;
+}
+
 - (BOOL)isEqual:(id)other {
     return [other isKindOfClass:[StandinRunningApplication class]] &&
            [other processIdentifier] == processIdentifier;

@@ -3,6 +3,7 @@
 #include "Format.h"
 #include "MenuBar.h"
 #include "World.h"
+#include "tests/macos/Services.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -290,6 +291,21 @@ void CGEventPostToPid(pid_t pid, CGEventRef event) {
 }
 
 namespace pelistra::testing::standins {
+
+void setWindowList(NSArray* windows) {
+    world().otherWindows.clear();
+    for (NSDictionary* window in windows) {
+        world().otherWindows.push_back([[window retain] autorelease]);
+    }
+}
+
+std::vector<pid_t> postedTo() {
+    std::vector<pid_t> receivers;
+    for (const PostedEvent& event : world().postedEvents) {
+        receivers.push_back(event.pid);
+    }
+    return receivers;
+}
 
 std::size_t openLibraries() { return openHandles; }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/macos/RunLoop.h"
+
 #import <AppKit/AppKit.h>
 #import <ServiceManagement/ServiceManagement.h>
 #include <os/log.h>
@@ -149,11 +151,6 @@ void installBlocks();
 void clickElsewhere(NSEventType type);
 // What the system says after the screens have changed.
 void tellScreenChange();
-// Runs the main run loop until the condition holds; false after ten seconds.
-[[nodiscard]] bool runUntil(const std::function<bool()>& condition);
-// Runs the main run loop for a while: for what must not happen.
-void runFor(double seconds);
-
 // Lays the bar out again, after a test has changed its items.
 void layOutMenuBar();
 // Where a window of the menu bar is, in global coordinates; empty when there is none.

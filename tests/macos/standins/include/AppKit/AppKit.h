@@ -217,6 +217,7 @@ extern NSFontTextStyle const NSFontTextStyleTitle3;
     pid_t processIdentifier;
 }
 + (instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;
++ (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier;
 - (pid_t)processIdentifier;
 - (NSString*)localizedName;
 - (NSString*)bundleIdentifier;

@@ -1,0 +1,14 @@
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+namespace pelistra::appkit {
+
+// Whether another process runs an application of that bundle identifier; false for nil, which a
+// program outside a bundle has.
+[[nodiscard]] bool anotherCopyRuns(NSString* bundleIdentifier);
+
+// Says so to the user, and returns when that was read.
+void sayThatAnotherCopyRuns();
+
+} // namespace pelistra::appkit
