@@ -139,7 +139,7 @@ std::set<std::string> functionsCalled(const std::string& symbols) {
 // with automatic counting they do. Members end in an underscore here.
 std::vector<std::string> unsaidPointers(const std::string& source) {
     static const std::regex member(
-        R"(^\s+(?:(?:NS|CA|Pelistra)\w+\s*\*|id|std::\w+<.*(?:[<,] ?)(?:NS|CA|Pelistra)\w+\s*\*>)\s*\w+_(?: = [^;]*)?;)");
+        R"(^\s+(?:(?:NS|CA|Pelistra)\w+\s*\*|id|std::\w+<(?:.*[<,] ?)?(?:NS|CA|Pelistra)\w+\s*\*>)\s*\w+_(?: = [^;]*)?;)");
     std::vector<std::string> found;
     std::istringstream lines(source);
     for (std::string line; std::getline(lines, line);) {
