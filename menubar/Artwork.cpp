@@ -1,5 +1,7 @@
 #include "menubar/Artwork.h"
 
+#include "menubar/Canvas.h"
+
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -10,50 +12,13 @@
 #include <thread>
 
 #include <fontconfig/fontconfig.h>
-#include <pango/pangocairo.h>
 
 namespace pelistra::menubar {
 
 namespace {
 
-struct CairoDeleter {
-    void operator()(cairo_t* context) const { cairo_destroy(context); }
-    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-    void operator()(cairo_pattern_t* pattern) const { cairo_pattern_destroy(pattern); }
-    void operator()(PangoLayout* layout) const { g_object_unref(layout); }
-    void operator()(PangoFontDescription* font) const { pango_font_description_free(font); }
-    void operator()(PangoAttrList* attributes) const { pango_attr_list_unref(attributes); }
-};
-
 template <class T>
 using Owned = std::unique_ptr<T, CairoDeleter>;
-
-// Draws into an image of its own.
-class Canvas {
-public:
-    Canvas(int width, int height) : image_{.width = width, .height = height, .pixels = {}} {
-        image_.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-        constexpr int bytesPerPixel = 4;
-        surface_.reset(cairo_image_surface_create_for_data(
-            reinterpret_cast<unsigned char*>(image_.pixels.data()), // NOLINT(*-reinterpret-cast)
-            CAIRO_FORMAT_ARGB32, width, height, width * bytesPerPixel));
-        context_.reset(cairo_create(surface_.get()));
-    }
-
-    [[nodiscard]] cairo_t* get() const { return context_.get(); }
-
-    ArgbImage finish() {
-        context_.reset();
-        cairo_surface_flush(surface_.get());
-        surface_.reset();
-        return std::move(image_);
-    }
-
-private:
-    ArgbImage image_;
-    Owned<cairo_surface_t> surface_;
-    Owned<cairo_t> context_;
-};
 
 void setColor(cairo_t* context, const Color& color) {
     cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);

@@ -17,6 +17,8 @@ struct ArgbImage {
     int width = 0;
     int height = 0;
     std::vector<std::uint32_t> pixels;
+
+    bool operator==(const ArgbImage&) const = default;
 };
 
 // One column of the bar's background with the line below it; repeats to any width.

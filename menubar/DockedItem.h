@@ -24,10 +24,15 @@ enum class ItemState {
     Shown,
 };
 
-// A foreign window in the bar. It belongs to its program; the container around it is ours.
+// A window in the bar. It belongs to its program, unless that has none and the bar lent it one; the
+// container around it is ours.
 struct DockedItem {
     xcb_window_t client = XCB_NONE;
     WindowHandle container;
+    // The client itself, where it is the bar's: the icon of a program that has no window.
+    WindowHandle own;
+    // The process behind such an icon; 0 when the session bus does not know it.
+    int process = 0;
     // The container's depth; equal to the client's.
     std::uint8_t depth = 0;
     ItemIdentity identity;
@@ -71,6 +76,7 @@ struct DockedItem {
     // Goes with the window when it has to be docked again.
     Retrieval retrieval;
 
+    [[nodiscard]] bool isOwn() const { return static_cast<bool>(own); }
     [[nodiscard]] bool hasSlot() const { return state == ItemState::Shown; }
     // Its size hints were read again. Only a change counts as a wish, so that a program that sets
     // the same hints again and again does not undo its resize request.

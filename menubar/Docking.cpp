@@ -276,7 +276,7 @@ void Docking::arrived(DockedItem& item) {
 }
 
 void Docking::mappingChanged(DockedItem& item) const {
-    if (item.state != ItemState::Arriving) {
+    if (item.state != ItemState::Arriving && !item.isOwn()) {
         item.embedInfoStale = true;
     }
 }
@@ -305,7 +305,7 @@ void Docking::forget(xcb_window_t client) {
 
 void Docking::letGo(xcb_window_t client, xcb_window_t newParent) {
     const std::unique_ptr<DockedItem> item = items_->take(client);
-    if (item == nullptr) {
+    if (item == nullptr || item->isOwn()) {
         return;
     }
     disown(*item);
@@ -367,7 +367,9 @@ void Docking::release(DockedItem& item) const {
 
 void Docking::releaseAll() {
     for (const auto& item : items_->all()) {
-        release(*item);
+        if (!item->isOwn()) {
+            release(*item);
+        }
     }
     while (items_->size() > 0) {
         items_->take(items_->all().back()->client);

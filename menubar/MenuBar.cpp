@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 
 #include <poll.h>
@@ -39,6 +41,17 @@ Event& mutableEventAs(xcb_generic_event_t& event) {
 // it for this many rounds at most.
 constexpr int mostPostponed = 8;
 
+// For poll(): negative for ever.
+int millisecondsUntil(std::optional<std::chrono::steady_clock::time_point> time) {
+    if (!time) {
+        return -1;
+    }
+    using Milliseconds = std::chrono::milliseconds;
+    const auto left = std::chrono::ceil<Milliseconds>(*time - std::chrono::steady_clock::now());
+    return static_cast<int>(
+        std::clamp(left, Milliseconds::zero(), Milliseconds(std::chrono::hours(1))).count());
+}
+
 // Windows come, go, or take another place.
 bool concernsStructure(int eventType) {
     switch (eventType) {
@@ -62,11 +75,15 @@ MenuBar::MenuBar(const Server& server, std::unique_ptr<TraySelection> tray, Opti
     : server_(&server), options_(std::move(options)), orderFile_(std::move(orderFile)),
       order_(orderFile_.read()), tray_(std::move(tray)), window_(server),
       docking_(server, window_.id(), items_, order_), painter_(server, window_.id()),
+      notifiers_(server, window_.id(), items_, order_, painter_),
       publisher_(server, tray_->owner()), dragInput_(server, window_.id()),
       activeWindow_(server, items_), settings_(server) {
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(server.xcb(), server.root(), XCB_CW_EVENT_MASK, &events);
     watchMonitors(server);
+    if (options_.statusNotifier) {
+        notifiers_.start(RememberedItems(RememberedItems::defaultPath()));
+    }
 }
 
 MenuBar::End MenuBar::run(int stopDescriptor) {
@@ -77,7 +94,8 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
     server_->connection().flush();
     int postponed = 0;
     while (!end_) {
-        if (drain()) {
+        const bool heard = notifiers_.process();
+        if (drain() || heard) {
             // A tray that has taken over must not have its icons taken back.
             if (!end_) {
                 settle();
@@ -102,10 +120,11 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
 }
 
 void MenuBar::sleep(int stopDescriptor) {
-    std::array<pollfd, 2> descriptors{
-        pollfd{.fd = server_->connection().fileDescriptor(), .events = POLLIN, .revents = 0},
-        pollfd{.fd = stopDescriptor, .events = POLLIN, .revents = 0}};
-    ::poll(descriptors.data(), descriptors.size(), -1);
+    std::vector<pollfd> descriptors{
+        {.fd = server_->connection().fileDescriptor(), .events = POLLIN, .revents = 0},
+        {.fd = stopDescriptor, .events = POLLIN, .revents = 0}};
+    std::ranges::copy(notifiers_.descriptors(), std::back_inserter(descriptors));
+    ::poll(descriptors.data(), descriptors.size(), millisecondsUntil(notifiers_.due()));
     if (descriptors[1].revents != 0) {
         end_ = End::Stopped;
     }
@@ -339,6 +358,10 @@ void MenuBar::handleDamage(xcb_drawable_t drawable) {
 }
 
 void MenuBar::handlePress(const xcb_button_press_event_t& event) {
+    if (event.event != window_.id()) {
+        notifiers_.press(event, window_.frame());
+        return;
+    }
     if (drag_ || event.detail != XCB_BUTTON_INDEX_1) {
         return;
     }
@@ -365,6 +388,10 @@ void MenuBar::handleMotion(const xcb_motion_notify_event_t& event) {
 }
 
 void MenuBar::handleRelease(const xcb_button_release_event_t& event) {
+    if (event.event != window_.id()) {
+        notifiers_.release(event);
+        return;
+    }
     if (!drag_ || event.detail != XCB_BUTTON_INDEX_1) {
         return;
     }
@@ -425,6 +452,11 @@ void MenuBar::settle() {
     followDesktop();
     followScreen();
     docking_.settle(metrics_);
+    itemsChanged_ =
+        notifiers_.settle({.metrics = metrics_,
+                           .palette = paletteFor(options_.theme, desktopThemes_.desktop),
+                           .iconTheme = desktopThemes_.icons}) ||
+        itemsChanged_;
     layOutItems();
     if (std::exchange(activeWindowStale_, false)) {
         activeWindow_.refresh();
@@ -437,6 +469,7 @@ void MenuBar::settle() {
 void MenuBar::keepOrder() {
     // What others are told of the order is safe on disk by then.
     orderFile_.write(order_);
+    notifiers_.remember();
     publishItems();
     server_->connection().flush();
 }
@@ -458,7 +491,7 @@ void MenuBar::publishItems() {
 
 void MenuBar::followDesktop() {
     if (std::exchange(settingsStale_, false)) {
-        desktopTheme_ = settings_.readThemeName();
+        desktopThemes_ = settings_.readThemes();
     }
     if (std::exchange(resourcesStale_, false)) {
         const auto resources = readProperty(
@@ -497,7 +530,7 @@ void MenuBar::followScreen() {
         housing_->begin -= margin;
         housing_->end += margin;
     }
-    const Palette& palette = paletteFor(options_.theme, desktopTheme_);
+    const Palette& palette = paletteFor(options_.theme, desktopThemes_.desktop);
     if (painter_.setLook(
             {.width = frame.width, .metrics = metrics_, .palette = palette, .housing = drawn})) {
         publisher_.publishColors(palette);

@@ -14,6 +14,7 @@
 #include "menubar/Server.h"
 #include "menubar/TraySelection.h"
 #include "menubar/XSettingsWatch.h"
+#include "menubar/notifier/NotifierDocking.h"
 
 #include <memory>
 #include <optional>
@@ -48,7 +49,7 @@ private:
         bool lifted = false;
     };
 
-    // Sleeps until something comes.
+    // Sleeps until something comes, or something is due.
     void sleep(int stopDescriptor);
     // Handles what has come; returns whether anything had.
     bool drain();
@@ -95,6 +96,7 @@ private:
     ItemList items_;
     Docking docking_;
     Painter painter_;
+    NotifierDocking notifiers_;
     Publisher publisher_;
     DragInput dragInput_;
     ActiveWindow activeWindow_;
@@ -103,7 +105,7 @@ private:
     Metrics metrics_;
     // The bar's height that the window manager has agreed to.
     int heightGiven_ = 0;
-    std::string desktopTheme_;
+    DesktopThemes desktopThemes_;
     std::optional<Gap> housing_;
     std::optional<Drag> drag_;
     std::optional<End> end_;

@@ -79,6 +79,11 @@ std::string applyReplace(Options& options, std::string_view /*value*/) {
     return {};
 }
 
+std::string applyNoStatusNotifier(Options& options, std::string_view /*value*/) {
+    options.statusNotifier = false;
+    return {};
+}
+
 EarlyEnd wrong(const std::string& what) {
     return {.status = wrongUsage,
             .text =
@@ -90,17 +95,18 @@ std::string quoted(std::string_view text) {
     return result.append(text).append(1, '\'');
 }
 
-constexpr std::array<Apply, 5> appliers{applyTheme, applyScale, applyDisplay, applyHousing,
-                                        applyReplace};
+constexpr std::array<Apply, 6> appliers{applyTheme,   applyScale,   applyDisplay,
+                                        applyHousing, applyReplace, applyNoStatusNotifier};
 // What getopt_long() answers for help and version; for the others, their places in the list above.
 constexpr int helpFound = 'h';
 constexpr int versionFound = 'V';
-constexpr std::array<option, 8> known{
+constexpr std::array<option, 9> known{
     {{.name = "theme", .has_arg = required_argument, .flag = nullptr, .val = 0},
      {.name = "scale", .has_arg = required_argument, .flag = nullptr, .val = 1},
      {.name = "display", .has_arg = required_argument, .flag = nullptr, .val = 2},
      {.name = "camera-housing", .has_arg = required_argument, .flag = nullptr, .val = 3},
      {.name = "replace", .has_arg = no_argument, .flag = nullptr, .val = 4},
+     {.name = "no-status-notifier", .has_arg = no_argument, .flag = nullptr, .val = 5},
      {.name = "help", .has_arg = no_argument, .flag = nullptr, .val = helpFound},
      {.name = "version", .has_arg = no_argument, .flag = nullptr, .val = versionFound},
      {}}};
@@ -168,6 +174,8 @@ std::string helpText() {
            "  --camera-housing X,WIDTH  keep icons out of a camera housing that begins X points "
            "from\n"
            "                            the left edge and is WIDTH points wide\n"
+           "  --no-status-notifier      show only icons that are windows, not those on the session "
+           "bus\n"
            "  --replace                 take over from the tray that is running\n"
            "  --display NAME            the X display (default: $DISPLAY)\n"
            "  -h, --help                show this text and end\n"

@@ -27,6 +27,8 @@ struct Options {
     std::optional<HousingOption> housing;
     // Take the tray over from the program that owns it.
     bool replace = false;
+    // Show the icons that programs put on the session bus.
+    bool statusNotifier = true;
 
     bool operator==(const Options&) const = default;
 };

@@ -16,6 +16,34 @@ constexpr std::string_view heading = "pelistra-menubar-order 1";
 constexpr int greatestOrdinal = 9999;
 constexpr std::size_t fieldsPerLine = 3;
 
+// What the class of an icon of the session bus begins with; its program's name follows. No window
+// calls itself so.
+constexpr std::string_view notifierClass = "StatusNotifierItem ";
+
+char lower(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool isSameName(std::string_view first, std::string_view second) {
+    return !first.empty() && std::ranges::equal(first, second, {}, lower, lower);
+}
+
+// Whether one is an icon of the session bus and the other a window of what seems to be the same
+// program.
+bool isKin(const ItemIdentity& first, const ItemIdentity& second) {
+    const bool firstIsNotifier = first.className.starts_with(notifierClass);
+    if (firstIsNotifier == second.className.starts_with(notifierClass)) {
+        return false;
+    }
+    const ItemIdentity& notifier = firstIsNotifier ? first : second;
+    const ItemIdentity& window = firstIsNotifier ? second : first;
+    const std::string_view program =
+        std::string_view(notifier.className).substr(notifierClass.size());
+    return isSameName(notifier.instance, window.instance) ||
+           isSameName(notifier.instance, window.className) ||
+           isSameName(program, window.instance) || isSameName(program, window.className);
+}
+
 bool contains(std::span<const ItemIdentity> items, const ItemIdentity& item) {
     return std::ranges::find(items, item) != items.end();
 }
@@ -65,15 +93,32 @@ std::optional<ItemIdentity> readLine(std::string_view line) {
 
 } // namespace
 
+ItemIdentity notifierIdentity(const std::string& id, const std::string& program) {
+    return {.instance = id,
+            .className = cleanText(std::string(notifierClass) + program, identityCharacterLimit),
+            .ordinal = 0};
+}
+
 OrderMemory::Iterator OrderMemory::find(const ItemIdentity& item) {
     return std::ranges::find(order_, item);
 }
 
+OrderMemory::Iterator OrderMemory::findKin(const ItemIdentity& item) {
+    return std::ranges::find_if(order_,
+                                [&](const ItemIdentity& other) { return isKin(item, other); });
+}
+
 std::size_t OrderMemory::place(const ItemIdentity& item, std::span<const ItemIdentity> present,
                                std::optional<std::uint32_t> preferredPosition) {
-    if (find(item) == order_.end()) {
+    if (find(item) != order_.end()) {
+        // It has its place.
+    } else if (const auto kin = findKin(item); kin == order_.end()) {
         insertNew(item, present, preferredPosition);
         forgetSurplus(item, present);
+    } else if (contains(present, *kin)) {
+        order_.insert(kin, item);
+    } else {
+        *kin = item;
     }
     // Left of every present item that is remembered right of this one. They stand in the remembered
     // order, except for one that the user holds at this moment.

@@ -20,6 +20,9 @@ struct ItemIdentity {
     bool operator==(const ItemIdentity&) const = default;
 };
 
+// The identity of an icon of the session bus: what it calls itself, and its program.
+[[nodiscard]] ItemIdentity notifierIdentity(const std::string& id, const std::string& program);
+
 // Identities are at most this many characters per part.
 inline constexpr std::size_t identityCharacterLimit = 128;
 
@@ -32,8 +35,10 @@ public:
     static constexpr std::size_t capacity = 2'500;
 
     // The index among `present` (identities of the docked items, left to right) where an item
-    // belongs. An item that is not remembered comes in at the left end, or, with a preferred
-    // position, where that many items stand right of it; its place is remembered from now on.
+    // belongs. An icon of the session bus that is not remembered takes the place of the same
+    // program's window, and the other way round. Any other one that is not remembered comes in at
+    // the left end, or, with a preferred position, where that many items stand right of it; its
+    // place is remembered from now on.
     std::size_t place(const ItemIdentity& item, std::span<const ItemIdentity> present,
                       std::optional<std::uint32_t> preferredPosition);
 
@@ -57,6 +62,7 @@ private:
     using Iterator = std::vector<ItemIdentity>::iterator;
 
     Iterator find(const ItemIdentity& item);
+    Iterator findKin(const ItemIdentity& item);
     void insertNew(const ItemIdentity& item, std::span<const ItemIdentity> present,
                    std::optional<std::uint32_t> preferredPosition);
     void forgetSurplus(const ItemIdentity& newest, std::span<const ItemIdentity> present);

@@ -140,6 +140,23 @@ void Painter::setBackground(const DockedItem& item) const {
     xcb_clear_area(x, 1, item.client, 0, 0, 0, 0);
 }
 
+void Painter::fill(const DockedItem& item, const ArgbImage& image) const {
+    xcb_connection_t* x = server_->xcb();
+    Layer layer = upload(image);
+    if (item.depth != x11::Connection::alphaDepth) {
+        const xcb_screen_t& screen = server_->connection().screen();
+        Layer opaque = makeLayer(screen.root_depth, server_->formatOf(screen.root_visual),
+                                 image.width, image.height);
+        const Area whole{.width = image.width, .height = image.height};
+        composite(x, XCB_RENDER_PICT_OP_SRC, column_.picture.id(), opaque.picture.id(), whole);
+        composite(x, XCB_RENDER_PICT_OP_OVER, layer.picture.id(), opaque.picture.id(), whole);
+        layer = std::move(opaque);
+    }
+    const std::uint32_t pixmap = layer.pixmap.id();
+    xcb_change_window_attributes(x, item.client, XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(x, 0, item.client, 0, 0, 0, 0);
+}
+
 void Painter::invalidate(int begin, int end) {
     begin = std::max(begin, 0);
     end = std::min(end, look_.width);

@@ -40,6 +40,9 @@ public:
     // Gives a container the background that shows through its client.
     void setBackground(const DockedItem& item) const;
 
+    // Gives a window of our own that picture; its height is the bar's.
+    void fill(const DockedItem& item, const ArgbImage& image) const;
+
     // [begin, end) device pixels of the bar are to be composed anew.
     void invalidate(int begin, int end);
     void invalidate(const DockedItem& item) { invalidate(item.x, item.x + item.width); }

@@ -10,7 +10,7 @@ bool XSettingsWatch::isManagerMessage(const xcb_client_message_event_t& message)
            message.data.data32[1] == server_->atom(Atom::XSettingsSelection);
 }
 
-std::string XSettingsWatch::readThemeName() {
+DesktopThemes XSettingsWatch::readThemes() {
     xcb_connection_t* x = server_->xcb();
     const auto owner = server_->connection().take<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(x, server_->atom(Atom::XSettingsSelection)));
@@ -27,8 +27,11 @@ std::string XSettingsWatch::readThemeName() {
         return {};
     }
     const auto settings = x11::parseXSettings(value->bytes);
-    const auto* const name = x11::settingNamed<std::string>(settings, "Net/ThemeName");
-    return name != nullptr ? *name : std::string();
+    const auto named = [&](const char* name) {
+        const auto* const value = x11::settingNamed<std::string>(settings, name);
+        return value != nullptr ? *value : std::string();
+    };
+    return {.desktop = named("Net/ThemeName"), .icons = named("Net/IconThemeName")};
 }
 
 } // namespace pelistra::menubar

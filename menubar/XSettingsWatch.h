@@ -6,6 +6,12 @@
 
 namespace pelistra::menubar {
 
+// What a desktop looks like: names of themes, empty where it does not say.
+struct DesktopThemes {
+    std::string desktop;
+    std::string icons;
+};
+
 // Follows the desktop's settings manager: its coming, going and every change of its settings.
 class XSettingsWatch {
 public:
@@ -17,9 +23,8 @@ public:
         return window == manager_ && window != XCB_NONE;
     }
 
-    // Looks the manager up and reads from it: two round trips. Returns the name of the desktop's
-    // theme, empty when there is no manager or it names none.
-    [[nodiscard]] std::string readThemeName();
+    // Looks the manager up and reads from it: two round trips.
+    [[nodiscard]] DesktopThemes readThemes();
 
 private:
     const Server* server_;

@@ -1,0 +1,97 @@
+#include "menubar/notifier/HelperProgram.h"
+
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <spawn.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace pelistra::menubar {
+
+namespace {
+
+std::filesystem::path pathOf(const std::string& name) {
+    std::error_code error;
+    const std::filesystem::path folder =
+        std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    std::filesystem::path beside = folder / name;
+    return std::filesystem::exists(beside, error)
+               ? beside
+               : folder.parent_path() / "libexec" / "pelistra" / name;
+}
+
+// As a program expects it that was started by nobody in particular.
+struct Attributes {
+    Attributes() {
+        sigset_t none;
+        sigset_t all;
+        sigemptyset(&none);
+        sigfillset(&all);
+        posix_spawnattr_init(&value);
+        posix_spawnattr_setsigmask(&value, &none);
+        posix_spawnattr_setsigdefault(&value, &all);
+        posix_spawnattr_setflags(&value, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+    ~Attributes() { posix_spawnattr_destroy(&value); }
+
+    posix_spawnattr_t value{};
+};
+
+struct Actions {
+    explicit Actions(int input) {
+        posix_spawn_file_actions_init(&value);
+        posix_spawn_file_actions_adddup2(&value, input, STDIN_FILENO);
+    }
+    Actions(const Actions&) = delete;
+    Actions& operator=(const Actions&) = delete;
+    ~Actions() { posix_spawn_file_actions_destroy(&value); }
+
+    posix_spawn_file_actions_t value{};
+};
+
+} // namespace
+
+bool HelperProgram::start(const std::string& name) {
+    close();
+    // The system clears away those that have ended.
+    struct sigaction ignore{};
+    ignore.sa_handler = SIG_IGN;
+    ::sigaction(SIGCHLD, &ignore, nullptr);
+    std::array<int, 2> ends{};
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+        return false;
+    }
+    std::string path = pathOf(name);
+    const std::array<char*, 2> arguments{path.data(), nullptr};
+    const Attributes attributes;
+    const Actions actions(ends[1]);
+    pid_t process = 0;
+    const int result = ::posix_spawn(&process, path.c_str(), &actions.value, &attributes.value,
+                                     arguments.data(), environ);
+    ::close(ends[1]);
+    socket_ = ends[0];
+    if (result != 0) {
+        close();
+    }
+    return result == 0;
+}
+
+void HelperProgram::close() {
+    if (const int socket = std::exchange(socket_, -1); socket >= 0) {
+        ::close(socket);
+    }
+}
+
+bool HelperProgram::send(const std::string& message) const {
+    return isRunning() &&
+           ::send(socket_, message.data(), message.size(), MSG_NOSIGNAL | MSG_DONTWAIT) ==
+               static_cast<ssize_t>(message.size());
+}
+
+} // namespace pelistra::menubar

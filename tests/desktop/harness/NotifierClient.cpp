@@ -1,0 +1,177 @@
+#include "tests/desktop/harness/NotifierClient.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include <unistd.h>
+
+namespace pelistra::testing {
+
+namespace {
+
+constexpr auto itemInterface = "org.kde.StatusNotifierItem";
+
+void append(sd_bus_message& reply, const char* name, const char* type, const std::string& value) {
+    sd_bus_message_append(&reply, "{sv}", name, type, value.c_str());
+}
+
+} // namespace
+
+NotifierClient::Pixmap NotifierClient::plainPixmap(int side, std::uint32_t argb) {
+    Pixmap pixmap{.width = side, .height = side, .bytes = {}};
+    for (int i = 0; i < side * side; ++i) {
+        for (const unsigned shift : {24U, 16U, 8U, 0U}) {
+            pixmap.bytes.push_back(static_cast<std::uint8_t>(argb >> shift));
+        }
+    }
+    return pixmap;
+}
+
+NotifierClient::NotifierClient(Options options) : options_(std::move(options)) {
+    const char* unique = nullptr;
+    if (sd_bus_new(&bus_) < 0 || sd_bus_set_address(bus_, options_.address.c_str()) < 0 ||
+        sd_bus_set_bus_client(bus_, 1) < 0 || sd_bus_start(bus_) < 0 ||
+        sd_bus_get_unique_name(bus_, &unique) < 0) {
+        throw std::runtime_error("there is no session bus at " + options_.address);
+    }
+    uniqueName_ = unique;
+    sd_bus_add_object(bus_, nullptr, options_.path.c_str(), handle, this);
+    if (options_.registration == Registration::WellKnownName) {
+        wellKnownName_ = "org.kde.StatusNotifierItem-" + std::to_string(::getpid()) + "-" +
+                         uniqueName_.substr(uniqueName_.find('.') + 1);
+        sd_bus_request_name(bus_, wellKnownName_.c_str(), 0);
+    }
+    registerItem();
+}
+
+NotifierClient::~NotifierClient() {
+    sd_bus_close_unref(bus_);
+}
+
+void NotifierClient::registerItem() {
+    registered_ = false;
+    std::string name;
+    switch (options_.registration) {
+    case Registration::UniqueName:
+        name = uniqueName_;
+        break;
+    case Registration::WellKnownName:
+        name = wellKnownName_;
+        break;
+    case Registration::Path:
+        name = options_.path;
+        break;
+    case Registration::None:
+        return;
+    }
+    sd_bus_call_method_async(
+        bus_, nullptr, "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+        "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem",
+        [](sd_bus_message* message, void* data, sd_bus_error*) {
+            static_cast<NotifierClient*>(data)->registered_ =
+                sd_bus_message_is_method_error(message, nullptr) == 0;
+            return 0;
+        },
+        this, "s", name.c_str());
+    handleEvents();
+}
+
+void NotifierClient::handleEvents() {
+    while (sd_bus_process(bus_, nullptr) > 0) {
+    }
+}
+
+void NotifierClient::change(const std::function<void(Options&)>& how, const char* signal) {
+    how(options_);
+    sd_bus_emit_signal(bus_, options_.path.c_str(), itemInterface, signal, "");
+    handleEvents();
+}
+
+int NotifierClient::handle(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
+    return static_cast<NotifierClient*>(data)->answer(*message);
+}
+
+bool NotifierClient::isAnswered(sd_bus_message& message) const {
+    const std::string_view destination = sd_bus_message_get_destination(&message);
+    switch (options_.answers) {
+    case Answers::Always:
+        return true;
+    case Answers::ToWellKnownName:
+        return destination == wellKnownName_;
+    case Answers::ToUniqueName:
+        return destination == uniqueName_;
+    case Answers::Never:
+        break;
+    }
+    return false;
+}
+
+int NotifierClient::answer(sd_bus_message& message) {
+    if (options_.answers == Answers::Never) {
+        return 1;
+    }
+    if (!isAnswered(message)) {
+        return 0;
+    }
+    const std::string interface = sd_bus_message_get_interface(&message);
+    const std::string member = sd_bus_message_get_member(&message);
+    if (interface == "org.freedesktop.DBus.Properties" && member == "GetAll") {
+        return answerAll(message);
+    }
+    if (interface != itemInterface ||
+        std::ranges::find(options_.methods, member) == options_.methods.end()) {
+        return 0;
+    }
+    int number = 0;
+    int second = 0;
+    const char* axis = "";
+    if (member == "Scroll") {
+        sd_bus_message_read(&message, "is", &number, &axis);
+        calls_.push_back(member + " " + std::to_string(number) + " " + axis);
+    } else {
+        sd_bus_message_read(&message, "ii", &number, &second);
+        calls_.push_back(member + " " + std::to_string(number) + " " + std::to_string(second));
+    }
+    return sd_bus_reply_method_return(&message, "");
+}
+
+void NotifierClient::appendPixmaps(sd_bus_message& reply) const {
+    sd_bus_message_open_container(&reply, 'e', "sv");
+    sd_bus_message_append(&reply, "s", "IconPixmap");
+    sd_bus_message_open_container(&reply, 'v', "a(iiay)");
+    sd_bus_message_open_container(&reply, 'a', "(iiay)");
+    for (const Pixmap& pixmap : options_.pixmaps) {
+        sd_bus_message_open_container(&reply, 'r', "iiay");
+        sd_bus_message_append(&reply, "ii", pixmap.width, pixmap.height);
+        sd_bus_message_append_array(&reply, 'y', pixmap.bytes.data(), pixmap.bytes.size());
+        sd_bus_message_close_container(&reply);
+    }
+    for (int depth = 0; depth < 3; ++depth) {
+        sd_bus_message_close_container(&reply);
+    }
+}
+
+int NotifierClient::answerAll(sd_bus_message& message) {
+    ++questions_;
+    sd_bus_message* reply = nullptr;
+    sd_bus_message_new_method_return(&message, &reply);
+    sd_bus_message_open_container(reply, 'a', "{sv}");
+    append(*reply, "Id", "s", options_.id);
+    append(*reply, "Category", "s", "ApplicationStatus");
+    append(*reply, "Title", "s", options_.title);
+    append(*reply, "Status", "s", options_.status);
+    append(*reply, "IconName", "s", options_.iconName);
+    append(*reply, "IconThemePath", "s", options_.iconThemePath);
+    append(*reply, "OverlayIconName", "s", options_.overlayName);
+    append(*reply, "XAyatanaLabel", "s", options_.label);
+    append(*reply, "Menu", "o", options_.menu);
+    sd_bus_message_append(reply, "{sv}", "ItemIsMenu", "b", options_.itemIsMenu ? 1 : 0);
+    appendPixmaps(*reply);
+    sd_bus_message_close_container(reply);
+    const int result = sd_bus_send(bus_, reply, nullptr);
+    sd_bus_message_unref(reply);
+    return result < 0 ? result : 1;
+}
+
+} // namespace pelistra::testing
