@@ -27,7 +27,8 @@ x11::PublishedItem detailsOf(const DockedItem& item, const PixelRect& bar) {
             .height = item.height,
             .title = item.texts.title,
             .instance = item.texts.instance,
-            .className = item.texts.className};
+            .className = item.texts.className,
+            .process = item.isOwn() ? std::optional(item.process) : std::nullopt};
 }
 
 } // namespace

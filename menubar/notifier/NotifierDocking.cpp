@@ -9,8 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include <xcb/composite.h>
-
 namespace pelistra::menubar {
 
 namespace {
@@ -238,22 +236,20 @@ void NotifierDocking::dock(Icon& icon, const NotifierItem& source) {
     const auto makeWindow = [&](xcb_window_t parent, int left, std::uint32_t events) {
         WindowHandle window(x, connection.newId());
         const std::array<std::uint32_t, 4> values{0, 0, events, colormap_.id()};
-        xcb_create_window(
+        const auto created = xcb_create_window(
             x, item->depth, window.id(), parent, static_cast<std::int16_t>(left), 0,
             static_cast<std::uint16_t>(item->width), static_cast<std::uint16_t>(item->height), 0,
             XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
             XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
             values.data());
+        item->placeSequence = created.sequence;
         return window;
     };
     item->container = makeWindow(bar_, item->x, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     item->own = makeWindow(item->container.id(), 0, ownEvents);
     item->client = item->own.id();
     icon.window = item->client;
-    item->placeSequence =
-        xcb_composite_redirect_window(x, item->client, XCB_COMPOSITE_REDIRECT_MANUAL).sequence;
-    item->firstSequence = item->placeSequence;
-    item->picture = ItemPicture(*server_, item->client, server_->formatOf(visual));
+    item->picture = ItemPicture(*server_, item->container.id(), server_->formatOf(visual));
     item->process = source.process();
 
     const ItemProperties& properties = *source.properties();

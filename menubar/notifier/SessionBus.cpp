@@ -70,6 +70,9 @@ bool SessionBus::process() {
 
 void SessionBus::open() {
     retryAt_.reset();
+    if (posix::environmentText("DBUS_SESSION_BUS_ADDRESS") == "disabled:") {
+        return;
+    }
     sd_bus* bus = nullptr;
     const int result = sd_bus_open_user_with_description(&bus, "pelistra-menubar");
     bus_.reset(bus);
@@ -78,7 +81,7 @@ void SessionBus::open() {
     }
     if (isConnecting(result)) {
         lose();
-    } else if (posix::environmentText("DBUS_SESSION_BUS_ADDRESS") != "disabled:") {
+    } else {
         // The environment names no bus, and that does not change while we run.
         log("there is no session bus: only icons that are windows are shown");
     }

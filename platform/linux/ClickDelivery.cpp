@@ -74,7 +74,19 @@ bool ClickDelivery::belongsTo(WindowId window, ProcessId process) {
     // The server does not know the process of a client on another machine; then the claim counts by
     // which the caller found it.
     return id.rem == 0 || xcb_res_client_id_value_value_length(id.data) == 0 ||
-           static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data)) == process;
+           static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data)) == process ||
+           isLent(window);
+}
+
+// A window of the tray itself stands for a program that has none: the tray passes clicks on.
+bool ClickDelivery::isLent(WindowId window) {
+    const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(connection_->screenNumber());
+    const auto selection = replies_.take<xcb_intern_atom_reply_t>(xcb_intern_atom(
+        connection_->get(), 1, static_cast<std::uint16_t>(name.size()), name.c_str()));
+    const auto owner = selection ? replies_.take<xcb_get_selection_owner_reply_t>(
+                                       xcb_get_selection_owner(connection_->get(), selection->atom))
+                                 : nullptr;
+    return owner && owner->owner != XCB_NONE && clientOf(owner->owner) == clientOf(window);
 }
 
 std::optional<ClickDelivery::Target> ClickDelivery::describe(WindowId window, RootPlace place) {

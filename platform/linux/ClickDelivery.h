@@ -86,6 +86,7 @@ private:
     [[nodiscard]] std::optional<Target> find(WindowId window, ProcessId process, RootPlace place);
     [[nodiscard]] Target deepestListener(Target target, RootPlace place);
     [[nodiscard]] bool belongsTo(WindowId window, ProcessId process);
+    [[nodiscard]] bool isLent(WindowId window);
     [[nodiscard]] std::vector<WindowId> windowsAt(RootPlace place);
     [[nodiscard]] bool isUncovered(WindowId window, RootPlace place);
     void sendButton(std::uint8_t type, const Target& target, RootPlace place);

@@ -35,6 +35,7 @@ ListedItem describe(const TrayIcon& icon, const TrayView& view,
     const OverflowItem item = OverflowItem::from(std::move(window), nullptr);
     return {.id = item.id,
             .process = item.ownerPID,
+            .kind = icon.kind == IconKind::Lent ? "StatusNotifierItem" : "XEmbed",
             .owner = item.ownerName,
             .windowName = item.windowName,
             .desktopId = item.bundleIdentifier,

@@ -17,7 +17,7 @@ namespace pelistra::desktop {
 
 namespace {
 
-constexpr std::size_t columnCount = 9;
+constexpr std::size_t columnCount = 10;
 using Row = std::array<std::string, columnCount>;
 
 std::string number(double value) {
@@ -41,6 +41,7 @@ Row rowOf(const ListedItem& item) {
     const auto orDash = [](const std::string& text) { return text.empty() ? "-" : text; };
     return {hexadecimal(item.id),
             std::to_string(item.process),
+            item.kind,
             orDash(item.owner),
             orDash(item.windowName),
             orDash(item.desktopId.value_or("")),
@@ -92,8 +93,8 @@ void writeRow(std::ostream& out, const Row& row, const std::array<int, columnCou
 
 void writeTable(std::ostream& out, const std::vector<ListedItem>& items) {
     const Utf8Locale locale;
-    const Row heading{"WINDOW", "PROCESS", "OWNER",        "NAME",  "DESKTOP ID",
-                      "FRAME",  "STATE",   "DISPLAY NAME", "SYMBOL"};
+    const Row heading{"WINDOW",     "PROCESS", "KIND",  "OWNER",        "NAME",
+                      "DESKTOP ID", "FRAME",   "STATE", "DISPLAY NAME", "SYMBOL"};
     std::vector<Row> rows{heading};
     std::ranges::transform(items, std::back_inserter(rows), rowOf);
     std::array<int, columnCount> widths{};
@@ -113,6 +114,7 @@ void writeJson(std::ostream& out, const std::vector<ListedItem>& items) {
         const Rect& frame = item.frame;
         nlohmann::ordered_json object{{"id", item.id},
                                       {"process", item.process},
+                                      {"kind", item.kind},
                                       {"owner", item.owner},
                                       {"windowName", item.windowName},
                                       {"desktopId", nullptr},

@@ -14,6 +14,8 @@ namespace pelistra::desktop {
 struct ListedItem {
     WindowId id = 0;
     ProcessId process = 0;
+    // "XEmbed" or "StatusNotifierItem": how its program shows it.
+    std::string kind;
     std::string owner;
     std::string windowName;
     std::optional<std::string> desktopId;

@@ -73,7 +73,8 @@ processesOf(const xcb_res_query_client_ids_reply_t* reply) {
 std::optional<TrayIcon> iconFrom(const x11::PublishedItem& item) {
     return TrayIcon{.window = item.window,
                     .frame = {.x = item.x, .y = item.y, .width = item.width, .height = item.height},
-                    .pid = 0,
+                    .kind = item.process ? IconKind::Lent : IconKind::Window,
+                    .pid = item.process.value_or(0),
                     .name = presentableText(item.title),
                     .instanceName = presentableText(item.instance),
                     .className = presentableText(item.className)};
@@ -359,7 +360,9 @@ std::vector<TrayIcon> TrayLook::describe(const Tray& tray) {
     std::vector<bool> embedded;
     embedded.reserve(windows.size());
     for (std::size_t i = 0; i < windows.size(); ++i) {
-        embedded.push_back(takeEmbedding(batch.trees[i], windows[i], clientOf(tray.owner)));
+        const bool isLent = tray.details && (*tray.details)[i].process.has_value();
+        embedded.push_back(takeEmbedding(batch.trees[i], windows[i], clientOf(tray.owner),
+                                         isLent ? IconKind::Lent : IconKind::Window));
     }
     std::vector<TrayIcon> icons;
     icons.reserve(windows.size());
@@ -373,6 +376,9 @@ std::vector<TrayIcon> TrayLook::describe(const Tray& tray) {
         const auto processes =
             processesOf(replies_.take<xcb_res_query_client_ids_reply_t>(batch.processes).get());
         for (TrayIcon& icon : icons) {
+            if (icon.kind == IconKind::Lent) {
+                continue;
+            }
             const auto process = processes.find(clientOf(icon.window));
             icon.pid = process == processes.end() ? 0 : process->second;
         }
@@ -390,11 +396,13 @@ TrayLook::IconRequest TrayLook::requestIcon(WindowId window) const {
 }
 
 // An icon on its way into the tray or out of it lies in somebody else's window. Anybody may write
-// what the tray publishes; the tray's own windows are no icons.
+// what the tray publishes; the tray's own windows are no icons but those that it says it has lent,
+// and no others are lent.
 bool TrayLook::takeEmbedding(xcb_query_tree_cookie_t request, WindowId window,
-                             std::uint32_t trayClient) {
+                             std::uint32_t trayClient, IconKind kind) {
     const auto tree = replies_.take<xcb_query_tree_reply_t>(request);
-    return tree && clientOf(tree->parent) == trayClient && clientOf(window) != trayClient;
+    return tree && clientOf(tree->parent) == trayClient &&
+           (clientOf(window) == trayClient) == (kind == IconKind::Lent);
 }
 
 std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request) {
@@ -409,6 +417,7 @@ std::optional<TrayIcon> TrayLook::takeIcon(const IconRequest& request) {
     texts.resize(2);
     return TrayIcon{.window = request.window,
                     .frame = *frame,
+                    .kind = IconKind::Window,
                     .pid = 0,
                     .name = std::move(name),
                     .instanceName = presentableLatin1(texts[0]),
@@ -428,7 +437,7 @@ void TrayLook::complete(std::vector<TrayIcon>& icons, bool titlesKnown) {
     std::vector<Claim> claims;
     std::vector<Title> titles;
     for (TrayIcon& icon : icons) {
-        if (icon.pid < 1) {
+        if (icon.pid < 1 && icon.kind == IconKind::Window) {
             claims.push_back(
                 {.icon = &icon,
                  .pid = x11::requestProperty(*connection_, icon.window, atom(Name::NetWmPid)),

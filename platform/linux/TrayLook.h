@@ -20,13 +20,22 @@
 
 namespace pelistra::desktop {
 
+// What an icon is to the server.
+enum class IconKind : std::uint8_t {
+    // A window of its program.
+    Window,
+    // A window that our menu bar has lent to a program that shows its icon over the session bus.
+    Lent,
+};
+
 // One icon that is embedded in the tray at the moment of the look.
 struct TrayIcon {
     WindowId window = 0;
     RootRect frame;
-    // The process behind the window: what the server knows of the client's connection; only when it
-    // knows nothing, the client's own claim, provided that it is made for this machine. 0 when
-    // there is neither.
+    IconKind kind = IconKind::Window;
+    // The process behind the window: what the server knows of the client's connection, or, of a
+    // lent window, what the bar knows of the program's; only when it knows nothing, the client's
+    // own claim, provided that it is made for this machine. 0 when there is neither.
     ProcessId pid = 0;
     // The window's title, presentable; empty when it has none.
     std::string name;
@@ -139,7 +148,7 @@ private:
     requestProcesses(const std::vector<WindowId>& windows) const;
     [[nodiscard]] IconRequest requestIcon(WindowId window) const;
     [[nodiscard]] bool takeEmbedding(xcb_query_tree_cookie_t request, WindowId window,
-                                     std::uint32_t trayClient);
+                                     std::uint32_t trayClient, IconKind kind);
     [[nodiscard]] std::optional<TrayIcon> takeIcon(const IconRequest& request);
     void complete(std::vector<TrayIcon>& icons, bool titlesKnown);
 

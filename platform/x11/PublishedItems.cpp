@@ -1,6 +1,5 @@
 #include "platform/x11/PublishedItems.h"
 
-#include <array>
 #include <charconv>
 #include <string_view>
 #include <unordered_set>
@@ -12,6 +11,7 @@ namespace {
 
 constexpr std::size_t textsOfItem = 4;
 constexpr std::size_t numbersOfItem = 5;
+constexpr std::size_t numbersOfOwnItem = 6;
 // X has 16 bits for sizes and for the place in the parent, of which there are a few.
 constexpr std::int64_t farthest = 1 << 20;
 constexpr std::int64_t largest = UINT16_MAX;
@@ -19,46 +19,58 @@ constexpr std::int64_t largest = UINT16_MAX;
 std::string placeText(const PublishedItem& item) {
     return std::to_string(item.window) + " " + std::to_string(item.x) + " " +
            std::to_string(item.y) + " " + std::to_string(item.width) + " " +
-           std::to_string(item.height);
+           std::to_string(item.height) + (item.process ? " " + std::to_string(*item.process) : "");
 }
 
-std::optional<std::array<std::int64_t, numbersOfItem>> numbersIn(std::string_view text) {
-    std::array<std::int64_t, numbersOfItem> numbers{};
-    for (std::int64_t& number : numbers) {
-        const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+// The numbers of a text that consists of them, with a space between every two; none when it holds
+// anything else or more than those of an item.
+std::vector<std::int64_t> numbersIn(std::string_view text) {
+    std::vector<std::int64_t> numbers;
+    while (numbers.size() < numbersOfOwnItem) {
+        const auto result =
+            std::from_chars(text.data(), text.data() + text.size(), numbers.emplace_back());
         if (result.ec != std::errc()) {
-            return std::nullopt;
+            return {};
         }
         text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()));
-        const bool isLast = &number == &numbers.back();
-        if (text.empty() != isLast || (!isLast && text.front() != ' ')) {
-            return std::nullopt;
+        if (text.empty()) {
+            return numbers;
         }
-        text.remove_prefix(isLast ? 0 : 1);
+        if (text.front() != ' ') {
+            return {};
+        }
+        text.remove_prefix(1);
     }
-    return numbers;
+    return {};
 }
 
 std::optional<PublishedItem> placeIn(std::string_view text) {
-    const auto numbers = numbersIn(text);
-    if (!numbers) {
+    const std::vector<std::int64_t> numbers = numbersIn(text);
+    if (numbers.size() < numbersOfItem) {
         return std::nullopt;
     }
-    const auto [window, x, y, width, height] = *numbers;
     const auto isPlace = [](std::int64_t place) { return place >= -farthest && place <= farthest; };
     const auto isSize = [](std::int64_t size) { return size >= 0 && size <= largest; };
-    if (window <= 0 || window > UINT32_MAX || !isPlace(x) || !isPlace(y) || !isSize(width) ||
-        !isSize(height)) {
+    if (numbers[0] <= 0 || numbers[0] > UINT32_MAX || !isPlace(numbers[1]) ||
+        !isPlace(numbers[2]) || !isSize(numbers[3]) || !isSize(numbers[4])) {
         return std::nullopt;
     }
-    return PublishedItem{.window = static_cast<xcb_window_t>(window),
-                         .x = static_cast<int>(x),
-                         .y = static_cast<int>(y),
-                         .width = static_cast<int>(width),
-                         .height = static_cast<int>(height),
-                         .title = {},
-                         .instance = {},
-                         .className = {}};
+    PublishedItem item{.window = static_cast<xcb_window_t>(numbers[0]),
+                       .x = static_cast<int>(numbers[1]),
+                       .y = static_cast<int>(numbers[2]),
+                       .width = static_cast<int>(numbers[3]),
+                       .height = static_cast<int>(numbers[4]),
+                       .title = {},
+                       .instance = {},
+                       .className = {},
+                       .process = {}};
+    if (numbers.size() == numbersOfOwnItem) {
+        if (numbers.back() < 0 || numbers.back() > INT32_MAX) {
+            return std::nullopt;
+        }
+        item.process = static_cast<std::int32_t>(numbers.back());
+    }
+    return item;
 }
 
 } // namespace

@@ -14,7 +14,8 @@ namespace pelistra::x11 {
 // about each of them: _PELISTRA_MENUBAR_ITEM_DETAILS on the window that owns the tray selection.
 // Four texts for each item, left to right, every one with a zero byte behind it: the window and its
 // frame as five decimal numbers with spaces between ("10485763 1892 0 28 28"), the title, the
-// instance and the class.
+// instance and the class. A sixth number is the process behind an icon that has no window: the bar
+// has lent it one of its own.
 
 struct PublishedItem {
     xcb_window_t window = XCB_WINDOW_NONE;
@@ -28,6 +29,9 @@ struct PublishedItem {
     // The two parts of WM_CLASS.
     std::string instance;
     std::string className;
+    // The process behind a window that is the bar's own, 0 when the bar does not know it; empty for
+    // a window of the icon's program.
+    std::optional<std::int32_t> process;
 
     bool operator==(const PublishedItem&) const = default;
 };

@@ -51,7 +51,8 @@ protected:
                               .height = frame.height,
                               .title = x_.title(window),
                               .instance = instance,
-                              .className = className});
+                              .className = className,
+                              .process = {}});
         }
         return result;
     }

@@ -1,8 +1,11 @@
+#include "platform/x11/PublishedItems.h"
 #include "tests/desktop/harness/NotifierClient.h"
 #include "tests/menubar/BarFixture.h"
 
 #include <algorithm>
 #include <csignal>
+
+#include <unistd.h>
 
 namespace pelistra::testing {
 namespace {
@@ -19,6 +22,11 @@ constexpr int iconSide = 22;
 class NotifierTests : public BarFixture {
 protected:
     NotifierTests() : BarFixture({.sessionBus = true}) {}
+
+    void startBar() {
+        BarFixture::startBar();
+        ASSERT_TRUE(waitForWatcher(display_.environment().at("DBUS_SESSION_BUS_ADDRESS")));
+    }
 
     [[nodiscard]] NotifierClient::Options plain(const std::string& id, std::uint32_t argb = red) {
         NotifierClient::Options options;
@@ -163,6 +171,18 @@ TEST_F(NotifierTests, ComesBackToItsPlaceAfterTheBarWasKilledOrEnded) {
     }
 }
 
+TEST_F(NotifierTests, TellsTheProcessBehindAnIcon) {
+    startBar();
+    add(plain("told"));
+    ASSERT_TRUE(shows({"told"}));
+    EXPECT_TRUE(eventually([&] {
+        const auto property = x_.windowProperty(x_.trayOwner(), "_PELISTRA_MENUBAR_ITEM_DETAILS");
+        const auto items = property ? x11::publishedItemsIn(*property) : std::nullopt;
+        return items && items->size() == 1 && items->front().process == ::getpid() &&
+               items->front().instance == "told";
+    }));
+}
+
 TEST_F(NotifierTests, FindsIconsThatHaveRegisteredNowhere) {
     auto options = plain("early");
     options.registration = Registration::WellKnownName;
@@ -172,7 +192,7 @@ TEST_F(NotifierTests, FindsIconsThatHaveRegisteredNowhere) {
 }
 
 TEST_F(NotifierTests, ShowsNoneWhenSwitchedOff) {
-    startBar({"--no-status-notifier"});
+    BarFixture::startBar({"--no-status-notifier"});
     NotifierClient& client = add(plain("unseen"));
     dockNamed("window");
     EXPECT_TRUE(shows({"window"}));

@@ -42,12 +42,13 @@ TEST(OptionsTests, ReadsEveryOptionInBothForms) {
                            .scale = 1.5,
                            .display = ":7",
                            .housing = HousingOption{.x = 500, .width = 180.5},
-                           .replace = true};
+                           .replace = true,
+                           .statusNotifier = false};
     EXPECT_EQ(accepted({"--theme", "dark", "--scale", "1.5", "--display", ":7", "--camera-housing",
-                        "500,180.5", "--replace"}),
+                        "500,180.5", "--replace", "--no-status-notifier"}),
               expected);
     EXPECT_EQ(accepted({"--theme=dark", "--scale=1.5", "--display=:7", "--camera-housing=500,180.5",
-                        "--replace"}),
+                        "--replace", "--no-status-notifier"}),
               expected);
     EXPECT_EQ(accepted({"--theme=light"}).theme, ThemeChoice::Light);
 }
@@ -94,8 +95,8 @@ TEST(OptionsTests, WrongCommandLinesAreExplained) {
 TEST(OptionsTests, HelpNamesEveryOptionAndEndsWell) {
     const EarlyEnd help = ended({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--theme", "--scale", "--camera-housing", "--replace", "--display",
-                               "--help", "--version"}) {
+    for (const char* option : {"--theme", "--scale", "--camera-housing", "--replace",
+                               "--no-status-notifier", "--display", "--help", "--version"}) {
         EXPECT_THAT(help.text, HasSubstr(option));
     }
     EXPECT_EQ(ended({"-h"}).text, help.text);

@@ -24,6 +24,7 @@ const std::vector<std::string>& packagedFiles() {
     static const std::vector<std::string> files{
         "usr/bin/pelistra",
         "usr/bin/pelistra-menubar",
+        "usr/libexec/pelistra/pelistra-menubar-icons",
         "usr/lib/systemd/user/pelistra-menubar.service",
         "usr/lib/systemd/user/pelistra.service",
         "usr/share/applications/pelistra-menubar.desktop",

@@ -32,7 +32,8 @@ TEST(PublishedItemsTests, WhatIsPublishedIsReadBack) {
                                             .height = 28,
                                             .title = "a title, 中文\n",
                                             .instance = "",
-                                            .className = "Class"},
+                                            .className = "Class",
+                                            .process = {}},
                                            {.window = 1,
                                             .x = 1892,
                                             .y = 400,
@@ -40,7 +41,8 @@ TEST(PublishedItemsTests, WhatIsPublishedIsReadBack) {
                                             .height = 0,
                                             .title = {},
                                             .instance = {},
-                                            .className = {}}};
+                                            .className = {},
+                                            .process = 4711}};
     const auto text = publishedText(items);
     ASSERT_TRUE(text.has_value());
     EXPECT_THAT(publishedItemsIn(property(*text)), Optional(items));
@@ -55,7 +57,8 @@ TEST(PublishedItemsTests, TheFormIsTheOneThatIsPromised) {
                                             .height = 28,
                                             .title = "title",
                                             .instance = "instance",
-                                            .className = "Class"}};
+                                            .className = "Class",
+                                            .process = {}}};
     EXPECT_EQ(publishedText(items), "10485763 1892 0 28 28\0title\0instance\0Class\0"s);
 }
 
@@ -94,8 +97,9 @@ TEST(PublishedItemsTests, AWindowStandsThereOnce) {
     EXPECT_EQ(publishedItemsIn(property(publishedText(items).value())), std::nullopt);
 }
 
-TEST(PublishedItemsTests, PlacesAreFiveNumbersThatAWindowCanHave) {
-    for (const char* place : {"1 0 0 0 0", "4294967295 -1048576 1048576 65535 65535"}) {
+TEST(PublishedItemsTests, PlacesAreNumbersThatAWindowAndAProcessCanHave) {
+    for (const char* place : {"1 0 0 0 0", "4294967295 -1048576 1048576 65535 65535", "1 2 3 4 5 0",
+                              "1 2 3 4 5 2147483647"}) {
         EXPECT_TRUE(publishedItemsIn(withPlace(place)).has_value()) << place;
     }
     for (const char* place : {"",
@@ -104,7 +108,10 @@ TEST(PublishedItemsTests, PlacesAreFiveNumbersThatAWindowCanHave) {
                               "1 2 3 4 ",
                               "1 2 3 4 5 ",
                               " 1 2 3 4 5",
-                              "1 2 3 4 5 6",
+                              "1 2 3 4 5 6 7",
+                              "1 2 3 4 5 6 ",
+                              "1 2 3 4 5 -1",
+                              "1 2 3 4 5 2147483648",
                               "1  2 3 4 5",
                               "1,2,3,4,5",
                               "1 2 3 4 x",

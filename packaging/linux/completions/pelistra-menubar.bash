@@ -1,7 +1,7 @@
 # Completion of pelistra-menubar's options and their values for bash.
 # shellcheck shell=bash
 _pelistra_menubar() {
-    local options="--theme --scale --camera-housing --replace --display --help --version"
+    local options="--theme --scale --camera-housing --no-status-notifier --replace --display --help --version"
     local word=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]}
     # An equals sign is a word of its own.
     if [ "$word" = = ]; then

@@ -1,5 +1,7 @@
 #include "tests/desktop/harness/NotifierClient.h"
 
+#include "tests/desktop/harness/WaitFor.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -16,7 +18,27 @@ void append(sd_bus_message& reply, const char* name, const char* type, const std
     sd_bus_message_append(&reply, "{sv}", name, type, value.c_str());
 }
 
+// Throws std::runtime_error when there is no bus.
+sd_bus* connectTo(const std::string& address) {
+    sd_bus* bus = nullptr;
+    if (sd_bus_new(&bus) < 0 || sd_bus_set_address(bus, address.c_str()) < 0 ||
+        sd_bus_set_bus_client(bus, 1) < 0 || sd_bus_start(bus) < 0) {
+        sd_bus_unref(bus);
+        throw std::runtime_error("there is no session bus at " + address);
+    }
+    return bus;
+}
+
 } // namespace
+
+bool waitForWatcher(const std::string& busAddress) {
+    sd_bus* const bus = connectTo(busAddress);
+    const bool found = waitFor([&] {
+        return sd_bus_get_name_creds(bus, "org.kde.StatusNotifierWatcher", 0, nullptr) >= 0;
+    });
+    sd_bus_close_unref(bus);
+    return found;
+}
 
 NotifierClient::Pixmap NotifierClient::plainPixmap(int side, std::uint32_t argb) {
     Pixmap pixmap{.width = side, .height = side, .bytes = {}};
@@ -30,11 +52,8 @@ NotifierClient::Pixmap NotifierClient::plainPixmap(int side, std::uint32_t argb)
 
 NotifierClient::NotifierClient(Options options) : options_(std::move(options)) {
     const char* unique = nullptr;
-    if (sd_bus_new(&bus_) < 0 || sd_bus_set_address(bus_, options_.address.c_str()) < 0 ||
-        sd_bus_set_bus_client(bus_, 1) < 0 || sd_bus_start(bus_) < 0 ||
-        sd_bus_get_unique_name(bus_, &unique) < 0) {
-        throw std::runtime_error("there is no session bus at " + options_.address);
-    }
+    bus_ = connectTo(options_.address);
+    sd_bus_get_unique_name(bus_, &unique);
     uniqueName_ = unique;
     sd_bus_add_object(bus_, nullptr, options_.path.c_str(), handle, this);
     if (options_.registration == Registration::WellKnownName) {

@@ -12,6 +12,9 @@
 
 namespace pelistra::testing {
 
+// Waits until there is a watcher on that bus where programs can register.
+[[nodiscard]] bool waitForWatcher(const std::string& busAddress);
+
 // A program of the tests' own with one icon on the session bus. It answers when handleEvents() is
 // called.
 class NotifierClient {

@@ -347,7 +347,9 @@ class MenuProgramTest : public ClickDeliveryTest,
                         public ::testing::WithParamInterface<MenuProgram> {
 protected:
     void SetUp() override {
-        bar = std::make_unique<BarUnderTest>(display, client);
+        // What an indicator shows on the session bus has no menu of its own to be seen here.
+        bar = std::make_unique<BarUnderTest>(display, client,
+                                             std::vector<std::string>{"--no-status-notifier"});
         className = startProgram();
         ASSERT_TRUE(waitWhileRunning([&] { return findIcon(); })) << program->output();
         user.moveTo(resting);

@@ -27,7 +27,7 @@ std::string object(xcb_window_t window, const std::string& name, const std::stri
                    const std::string& isHidden, const std::string& displayName,
                    const std::string& symbol) {
     return "  {\"id\":" + std::to_string(window) + ",\"process\":" + std::to_string(::getpid()) +
-           ",\"owner\":\"tray_tests\",\"windowName\":\"" + name +
+           ",\"kind\":\"XEmbed\",\"owner\":\"tray_tests\",\"windowName\":\"" + name +
            "\",\"desktopId\":null,\"frame\":{\"x\":" + x +
            ",\"y\":0.0,\"width\":24.0,\"height\":28.0},\"hidden\":" + isHidden +
            ",\"displayName\":\"" + displayName + "\",\"fallbackSymbol\":\"" + symbol + "\"}";

@@ -93,7 +93,8 @@ x11::PublishedItem toldOf(xcb_window_t window) {
             .height = 30,
             .title = "told\ntitle",
             .instance = "told instance",
-            .className = "told class"};
+            .className = "told class",
+            .process = {}};
 }
 
 TEST_F(OurTrayTest, BelievesWhatTheBarTellsOfItsItems) {
@@ -134,6 +135,33 @@ TEST_F(OurTrayTest, WhatTheBarTellsMakesNoIconOfAWindow) {
     dying.x().sync();
     EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, embedded)));
     EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
+}
+
+TEST_F(OurTrayTest, WindowsThatTheBarHasLentBelongToTheProcessThatItTells) {
+    constexpr int process = 4711;
+    const auto foreign = client.makeWindow(24, 28);
+    XClient& bar = tray.x();
+    const xcb_window_t lent = bar.connection().newId();
+    xcb_create_window(bar.get(), XCB_COPY_FROM_PARENT, lent, bar.root(), 0, 0, 24, 28, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    tray.embed(lent, 100, 24, 28);
+    tray.embed(foreign, 200, 24, 28);
+    x11::PublishedItem own = toldOf(lent);
+    own.process = process;
+    tray.publishDetails({own, toldOf(foreign)});
+    const TrayView seen = view();
+    ASSERT_THAT(seen.icons,
+                ElementsAre(Field(&TrayIcon::window, lent), Field(&TrayIcon::window, foreign)));
+    EXPECT_EQ(seen.icons[0].pid, process);
+    EXPECT_EQ(seen.icons[0].kind, desktop::IconKind::Lent);
+    EXPECT_EQ(seen.icons[1].pid, ::getpid());
+    EXPECT_EQ(seen.icons[1].kind, desktop::IconKind::Window);
+
+    // Nobody is told to be behind another program's window.
+    x11::PublishedItem lie = toldOf(foreign);
+    lie.process = process;
+    tray.publishDetails({toldOf(lent), lie});
+    EXPECT_THAT(view().icons, IsEmpty());
 }
 
 TEST_F(OurTrayTest, AsksItselfWhenTheBarsWordsMakeNoSense) {
