@@ -195,6 +195,9 @@ void MenuBar::handle(xcb_generic_event_t& event) {
     case XCB_BUTTON_PRESS:
         handlePress(x11::eventAs<xcb_button_press_event_t>(event));
         break;
+    case XCB_ENTER_NOTIFY:
+        notifiers_.enter(x11::eventAs<xcb_enter_notify_event_t>(event).event);
+        break;
     case XCB_MOTION_NOTIFY:
         handleMotion(x11::eventAs<xcb_motion_notify_event_t>(event));
         break;
@@ -389,7 +392,7 @@ void MenuBar::handleMotion(const xcb_motion_notify_event_t& event) {
 
 void MenuBar::handleRelease(const xcb_button_release_event_t& event) {
     if (event.event != window_.id()) {
-        notifiers_.release(event);
+        notifiers_.release(event, window_.frame());
         return;
     }
     if (!drag_ || event.detail != XCB_BUTTON_INDEX_1) {
@@ -455,7 +458,8 @@ void MenuBar::settle() {
     itemsChanged_ =
         notifiers_.settle({.metrics = metrics_,
                            .palette = paletteFor(options_.theme, desktopThemes_.desktop),
-                           .iconTheme = desktopThemes_.icons}) ||
+                           .iconTheme = desktopThemes_.icons,
+                           .display = options_.display}) ||
         itemsChanged_;
     layOutItems();
     if (std::exchange(activeWindowStale_, false)) {

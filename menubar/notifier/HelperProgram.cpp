@@ -1,8 +1,10 @@
 #include "menubar/notifier/HelperProgram.h"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -22,6 +24,20 @@ std::filesystem::path pathOf(const std::string& name) {
     return std::filesystem::exists(beside, error)
                ? beside
                : folder.parent_path() / "libexec" / "pelistra" / name;
+}
+
+std::vector<std::string> environmentWith(const std::vector<std::string>& variables) {
+    std::vector<std::string> result = variables;
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        const std::string_view text = *entry;
+        const std::string_view name = text.substr(0, text.find('=') + 1);
+        if (std::ranges::none_of(variables, [&](const std::string& variable) {
+                return variable.starts_with(name);
+            })) {
+            result.emplace_back(text);
+        }
+    }
+    return result;
 }
 
 // As a program expects it that was started by nobody in particular.
@@ -57,7 +73,7 @@ struct Actions {
 
 } // namespace
 
-bool HelperProgram::start(const std::string& name) {
+bool HelperProgram::start(const std::string& name, const std::vector<std::string>& variables) {
     close();
     // The system clears away those that have ended.
     struct sigaction ignore{};
@@ -69,11 +85,17 @@ bool HelperProgram::start(const std::string& name) {
     }
     std::string path = pathOf(name);
     const std::array<char*, 2> arguments{path.data(), nullptr};
+    std::vector<std::string> environment = environmentWith(variables);
+    std::vector<char*> entries;
+    for (std::string& entry : environment) {
+        entries.push_back(entry.data());
+    }
+    entries.push_back(nullptr);
     const Attributes attributes;
     const Actions actions(ends[1]);
     pid_t process = 0;
     const int result = ::posix_spawn(&process, path.c_str(), &actions.value, &attributes.value,
-                                     arguments.data(), environ);
+                                     arguments.data(), entries.data());
     ::close(ends[1]);
     socket_ = ends[0];
     if (result != 0) {

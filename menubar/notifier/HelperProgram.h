@@ -1,7 +1,7 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -16,9 +16,10 @@ public:
     HelperProgram& operator=(const HelperProgram&) = delete;
     ~HelperProgram() { close(); }
 
-    // Starts the program of that name, which lies beside this one or in ../libexec/pelistra. False
-    // when it cannot be started.
-    bool start(const std::string& name);
+    // Starts the program of that name, which lies beside this one or in ../libexec/pelistra, with
+    // these variables ("NAME=value") beside those of the environment. False when it cannot be
+    // started.
+    bool start(const std::string& name, const std::vector<std::string>& variables = {});
     void close();
 
     [[nodiscard]] bool isRunning() const { return socket_ >= 0; }

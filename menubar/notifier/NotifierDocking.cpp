@@ -13,7 +13,8 @@ namespace pelistra::menubar {
 
 namespace {
 
-constexpr std::uint32_t ownEvents = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE;
+constexpr std::uint32_t ownEvents =
+    XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_ENTER_WINDOW;
 // Buttons of a wheel, and what they turn by: the unit of most toolkits.
 constexpr xcb_button_t wheelLeft = 6;
 constexpr xcb_button_t wheelRight = 7;
@@ -66,19 +67,25 @@ void NotifierDocking::start(RememberedItems memory) {
 }
 
 std::vector<pollfd> NotifierDocking::descriptors() const {
-    return host_ ? std::vector{host_->descriptor(), reader_.descriptor()} : std::vector<pollfd>{};
+    return host_ ? std::vector{host_->descriptor(), reader_.descriptor(), menus_.descriptor()}
+                 : std::vector<pollfd>{};
 }
 
 std::optional<NotifierDocking::Clock::time_point> NotifierDocking::due() const {
-    const auto host = host_ ? host_->due() : std::nullopt;
-    const auto reader = reader_.due();
-    return host && reader ? std::min(host, reader) : std::max(host, reader);
+    std::optional<Clock::time_point> first;
+    for (const auto& due : {host_ ? host_->due() : std::nullopt, reader_.due(), menus_.due()}) {
+        if (due && (!first || *due < *first)) {
+            first = due;
+        }
+    }
+    return first;
 }
 
 bool NotifierDocking::process() {
     if (!host_) {
         return false;
     }
+    menus_.process();
     const bool came = host_->process();
     return reader_.process() || came;
 }
@@ -90,6 +97,8 @@ bool NotifierDocking::settle(const Look& look) {
     const bool newLook = look != look_;
     look_ = look;
     host_->setIconSide(iconSide(look.metrics));
+    constexpr double hundredths = 100;
+    menus_.setDisplay(look.display, look.metrics.scaleHundredths() / hundredths);
     std::erase_if(icons_, [&](const auto& icon) {
         const bool known = host_->find(icon->number) != nullptr &&
                            (icon->window == XCB_NONE || items_->find(icon->window) != nullptr);
@@ -293,7 +302,7 @@ void NotifierDocking::press(const xcb_button_press_event_t& event, const PixelRe
     using Axis = NotifierItem::Axis;
     switch (event.detail) {
     case XCB_BUTTON_INDEX_3:
-        source->tell(NotifierItem::Deed::ContextMenu, event.root_x, bar.y + bar.height);
+        openMenu(*icon, *source, bar);
         break;
     case XCB_BUTTON_INDEX_4:
         source->scroll(wheelStep, Axis::Vertical);
@@ -313,7 +322,7 @@ void NotifierDocking::press(const xcb_button_press_event_t& event, const PixelRe
     }
 }
 
-void NotifierDocking::release(const xcb_button_release_event_t& event) {
+void NotifierDocking::release(const xcb_button_release_event_t& event, const PixelRect& bar) {
     Icon* const icon = find(event.event);
     NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
     const DockedItem* const item = items_->find(event.event);
@@ -324,8 +333,51 @@ void NotifierDocking::release(const xcb_button_release_event_t& event) {
     }
     if (event.detail == XCB_BUTTON_INDEX_2) {
         source->tell(NotifierItem::Deed::SecondaryActivate, event.root_x, event.root_y);
+    } else if (event.detail == XCB_BUTTON_INDEX_1 && source->properties()->itemIsMenu) {
+        openMenu(*icon, *source, bar);
     } else if (event.detail == XCB_BUTTON_INDEX_1) {
-        source->tell(NotifierItem::Deed::Activate, event.root_x, event.root_y);
+        source->tell(NotifierItem::Deed::Activate, event.root_x, event.root_y,
+                     [this, window = event.event, bar] {
+                         const Icon* const refused = find(window);
+                         NotifierItem* const item =
+                             refused != nullptr ? host_->find(refused->number) : nullptr;
+                         if (item != nullptr) {
+                             openMenu(*refused, *item, bar);
+                         }
+                     });
+    }
+}
+
+void NotifierDocking::enter(xcb_window_t window) {
+    const Icon* const icon = find(window);
+    const NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
+    if (source != nullptr && source->properties() && !source->properties()->menu.empty()) {
+        menus_.prepare();
+    }
+}
+
+void NotifierDocking::openMenu(const Icon& icon, NotifierItem& source, const PixelRect& bar) {
+    const DockedItem* const item = items_->find(icon.window);
+    if (item == nullptr) {
+        return;
+    }
+    const ItemProperties& properties = *source.properties();
+    const int x = bar.x + item->x;
+    const int y = bar.y + bar.height;
+    // A menu cannot take the pointer while the press still holds it.
+    xcb_ungrab_pointer(server_->xcb(), XCB_CURRENT_TIME);
+    server_->connection().flush();
+    const bool opened =
+        !properties.menu.empty() && menus_.open({.service = source.destination(),
+                                                 .item = source.address().path,
+                                                 .menu = properties.menu,
+                                                 .x = x,
+                                                 .y = y,
+                                                 .dark = look_.palette == darkPalette(),
+                                                 .iconTheme = look_.iconTheme,
+                                                 .iconThemePath = properties.iconThemePath});
+    if (!opened) {
+        source.tell(NotifierItem::Deed::ContextMenu, x, y);
     }
 }
 

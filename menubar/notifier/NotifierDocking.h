@@ -8,6 +8,7 @@
 #include "menubar/Server.h"
 #include "menubar/Theme.h"
 #include "menubar/notifier/IconReader.h"
+#include "menubar/notifier/MenuProgram.h"
 #include "menubar/notifier/NotifierHost.h"
 
 #include <cstdint>
@@ -29,6 +30,8 @@ public:
         Metrics metrics;
         Palette palette;
         std::string iconTheme;
+        // Of the X server; empty for $DISPLAY.
+        std::string display;
 
         bool operator==(const Look&) const = default;
     };
@@ -57,7 +60,8 @@ public:
     // The user's deeds, if the event is about one of these icons; `bar` is the bar's frame in root
     // coordinates.
     void press(const xcb_button_press_event_t& event, const PixelRect& bar);
-    void release(const xcb_button_release_event_t& event);
+    void release(const xcb_button_release_event_t& event, const PixelRect& bar);
+    void enter(xcb_window_t window);
 
 private:
     struct Icon;
@@ -68,6 +72,8 @@ private:
     void show(Icon& icon, const ItemProperties& properties);
     void undock(const Icon& icon);
     void takeAnswers();
+    // Opens the item's menu under its icon, or has its program open one.
+    void openMenu(const Icon& icon, NotifierItem& source, const PixelRect& bar);
     [[nodiscard]] IconRequest requestFor(const std::string& name,
                                          const ItemProperties& properties) const;
     // Null when the window is none of ours.
@@ -80,6 +86,7 @@ private:
     Painter* painter_;
     std::optional<NotifierHost> host_;
     IconReader reader_;
+    MenuProgram menus_;
     Look look_;
     ColormapHandle colormap_;
     std::vector<std::unique_ptr<Icon>> icons_;

@@ -59,6 +59,9 @@ public:
     // Asks the program what has to be asked by now.
     void update(Clock::time_point now);
 
+    // The name under which it answers.
+    [[nodiscard]] const std::string& destination() const;
+
     // The user's deeds; the place is in root coordinates.
     enum class Deed { Activate, SecondaryActivate, ContextMenu };
     // `refused` is called when the program says that it knows no such deed.
@@ -75,9 +78,6 @@ private:
     void ask();
     void answered(sd_bus_message& message);
     void failed();
-    // Some programs answer only under the name that they registered, some only under that of their
-    // connection.
-    [[nodiscard]] const std::string& destination() const;
 
     sd_bus* bus_;
     std::uint64_t number_;
@@ -95,6 +95,8 @@ private:
     Clock::time_point notBefore_;
     // In a row.
     int failures_ = 0;
+    // Some programs answer only under the name that they registered, some only under that of their
+    // connection.
     bool usesOwner_ = false;
 
     BusListener ownerChanges_;

@@ -13,6 +13,7 @@ namespace pelistra::testing {
 namespace {
 
 constexpr auto itemInterface = "org.kde.StatusNotifierItem";
+constexpr auto menuInterface = "com.canonical.dbusmenu";
 
 void append(sd_bus_message& reply, const char* name, const char* type, const std::string& value) {
     sd_bus_message_append(&reply, "{sv}", name, type, value.c_str());
@@ -56,6 +57,9 @@ NotifierClient::NotifierClient(Options options) : options_(std::move(options)) {
     sd_bus_get_unique_name(bus_, &unique);
     uniqueName_ = unique;
     sd_bus_add_object(bus_, nullptr, options_.path.c_str(), handle, this);
+    if (options_.menu != "/" && options_.menu != options_.path) {
+        sd_bus_add_object(bus_, nullptr, options_.menu.c_str(), handle, this);
+    }
     if (options_.registration == Registration::WellKnownName) {
         wellKnownName_ = "org.kde.StatusNotifierItem-" + std::to_string(::getpid()) + "-" +
                          uniqueName_.substr(uniqueName_.find('.') + 1);
@@ -107,6 +111,12 @@ void NotifierClient::change(const std::function<void(Options&)>& how, const char
     handleEvents();
 }
 
+void NotifierClient::changeMenu(std::vector<Entry> entries) {
+    options_.entries = std::move(entries);
+    sd_bus_emit_signal(bus_, options_.menu.c_str(), menuInterface, "LayoutUpdated", "ui", 2U, 0);
+    handleEvents();
+}
+
 int NotifierClient::handle(sd_bus_message* message, void* data, sd_bus_error* /*error*/) {
     return static_cast<NotifierClient*>(data)->answer(*message);
 }
@@ -138,6 +148,9 @@ int NotifierClient::answer(sd_bus_message& message) {
     if (interface == "org.freedesktop.DBus.Properties" && member == "GetAll") {
         return answerAll(message);
     }
+    if (interface == menuInterface) {
+        return answerMenu(message, member);
+    }
     if (interface != itemInterface ||
         std::ranges::find(options_.methods, member) == options_.methods.end()) {
         return 0;
@@ -153,6 +166,73 @@ int NotifierClient::answer(sd_bus_message& message) {
         calls_.push_back(member + " " + std::to_string(number) + " " + std::to_string(second));
     }
     return sd_bus_reply_method_return(&message, "");
+}
+
+// Of the entries from `first` on, those of that depth with what lies below them.
+void NotifierClient::appendEntries(sd_bus_message& reply, std::size_t first, int depth) const {
+    for (std::size_t i = first; i < options_.entries.size(); ++i) {
+        const Entry& entry = options_.entries[i];
+        if (entry.depth < depth) {
+            return;
+        }
+        if (entry.depth > depth) {
+            continue;
+        }
+        sd_bus_message_open_container(&reply, 'v', "(ia{sv}av)");
+        sd_bus_message_open_container(&reply, 'r', "ia{sv}av");
+        sd_bus_message_append(&reply, "i", entry.id);
+        sd_bus_message_open_container(&reply, 'a', "{sv}");
+        append(reply, entry.label.empty() ? "type" : "label", "s",
+               entry.label.empty() ? "separator" : entry.label);
+        append(reply, "toggle-type", "s", entry.toggle);
+        sd_bus_message_append(&reply, "{sv}", "toggle-state", "i", entry.on ? 1 : 0);
+        sd_bus_message_append(&reply, "{sv}", "enabled", "b", entry.enabled ? 1 : 0);
+        sd_bus_message_append(&reply, "{sv}", "visible", "b", entry.visible ? 1 : 0);
+        if (!entry.shortcut.empty()) {
+            sd_bus_message_append(&reply, "{sv}", "shortcut", "aas", 1, 2,
+                                  entry.shortcut.front().c_str(), entry.shortcut.back().c_str());
+        }
+        sd_bus_message_close_container(&reply);
+        sd_bus_message_open_container(&reply, 'a', "v");
+        appendEntries(reply, i + 1, depth + 1);
+        sd_bus_message_close_container(&reply);
+        sd_bus_message_close_container(&reply);
+        sd_bus_message_close_container(&reply);
+    }
+}
+
+int NotifierClient::answerMenu(sd_bus_message& message, const std::string& member) {
+    int id = 0;
+    sd_bus_message_read(&message, "i", &id);
+    if (member == "AboutToShow") {
+        const bool needsUpdate = id == 0 && !options_.lateEntries.empty();
+        if (needsUpdate) {
+            options_.entries = std::exchange(options_.lateEntries, {});
+        }
+        calls_.push_back("AboutToShow " + std::to_string(id));
+        return sd_bus_reply_method_return(&message, "b", needsUpdate ? 1 : 0);
+    }
+    if (member == "Event") {
+        const char* event = "";
+        sd_bus_message_read(&message, "s", &event);
+        calls_.push_back(std::string(event) + " " + std::to_string(id));
+        return sd_bus_reply_method_return(&message, "");
+    }
+    if (member != "GetLayout") {
+        return 0;
+    }
+    sd_bus_message* reply = nullptr;
+    sd_bus_message_new_method_return(&message, &reply);
+    sd_bus_message_append(reply, "u", 1U);
+    sd_bus_message_open_container(reply, 'r', "ia{sv}av");
+    sd_bus_message_append(reply, "ia{sv}", 0, 0);
+    sd_bus_message_open_container(reply, 'a', "v");
+    appendEntries(*reply, 0, 0);
+    sd_bus_message_close_container(reply);
+    sd_bus_message_close_container(reply);
+    const int result = sd_bus_send(bus_, reply, nullptr);
+    sd_bus_message_unref(reply);
+    return result < 0 ? result : 1;
 }
 
 void NotifierClient::appendPixmaps(sd_bus_message& reply) const {

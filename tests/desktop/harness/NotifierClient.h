@@ -38,6 +38,18 @@ public:
         None,
     };
     enum class Answers { Always, ToWellKnownName, ToUniqueName, Never };
+    // An entry of its menu; a separator without a label. Those behind it with a greater depth lie
+    // below it.
+    struct Entry {
+        int id = 0;
+        std::string label = {};
+        int depth = 0;
+        std::string toggle = {};
+        bool on = false;
+        bool enabled = true;
+        bool visible = true;
+        std::vector<std::string> shortcut = {};
+    };
     struct Options {
         // Of the session bus.
         std::string address;
@@ -51,6 +63,9 @@ public:
         std::string label;
         std::string menu = "/";
         bool itemIsMenu = false;
+        std::vector<Entry> entries;
+        // Entries that are there only once the menu is about to be shown.
+        std::vector<Entry> lateEntries;
         std::vector<Pixmap> pixmaps;
         Registration registration = Registration::UniqueName;
         Answers answers = Answers::Always;
@@ -71,7 +86,11 @@ public:
     // Changes what it answers from now on, and says so by that signal.
     void change(const std::function<void(Options&)>& how, const char* signal);
 
-    // What was called, with its arguments: "Activate 10 20", "Scroll 120 vertical".
+    // Has another menu from now on, and says so.
+    void changeMenu(std::vector<Entry> entries);
+
+    // What was called, with its arguments: "Activate 10 20", "Scroll 120 vertical", "clicked 3" of
+    // its menu.
     [[nodiscard]] const std::vector<std::string>& calls() const { return calls_; }
     // How often it was asked for what it is.
     [[nodiscard]] int questions() const { return questions_; }
@@ -84,6 +103,8 @@ private:
     int answer(sd_bus_message& message);
     int answerAll(sd_bus_message& message);
     [[nodiscard]] bool isAnswered(sd_bus_message& message) const;
+    int answerMenu(sd_bus_message& message, const std::string& member);
+    void appendEntries(sd_bus_message& reply, std::size_t first, int depth) const;
     void appendPixmaps(sd_bus_message& reply) const;
 
     Options options_;
