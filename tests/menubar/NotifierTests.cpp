@@ -140,7 +140,7 @@ TEST_F(NotifierTests, PassesOnWhatTheUserDoes) {
     const WindowFrame frame = frameOf("clicked");
     const std::string place =
         " " + std::to_string(frame.midX()) + " " + std::to_string(frame.midY());
-    const std::string below = " " + std::to_string(frame.midX()) + " " + std::to_string(barHeight);
+    const std::string below = " " + std::to_string(frame.x) + " " + std::to_string(barHeight);
     const std::vector<std::string> expected{"Activate" + place, "SecondaryActivate" + place,
                                             "ContextMenu" + below, "Scroll 120 vertical",
                                             "Scroll -120 vertical"};
@@ -151,6 +151,23 @@ TEST_F(NotifierTests, PassesOnWhatTheUserDoes) {
     user_.turnWheel(centre(frame), UserInput::Wheel::Down, 1);
     EXPECT_TRUE(eventually([&] { return client.calls().size() >= expected.size(); }));
     EXPECT_EQ(client.calls(), expected);
+}
+
+TEST_F(NotifierTests, ThePrimaryButtonOpensTheMenuOfAnIconThatIsOneOrKnowsNothingElse) {
+    startBar();
+    auto options = plain("menu");
+    options.itemIsMenu = true;
+    NotifierClient& menu = add(options);
+    options = plain("refusing");
+    options.methods = {"ContextMenu"};
+    NotifierClient& refusing = add(options);
+    ASSERT_TRUE(eventually([&] { return x_.barItem("menu") && x_.barItem("refusing"); }));
+    const auto isAskedForItsMenu = [](const NotifierClient& client) {
+        return client.calls().size() == 1 && client.calls().front().starts_with("ContextMenu ");
+    };
+    user_.click(centre(frameOf("menu")));
+    user_.click(centre(frameOf("refusing")));
+    EXPECT_TRUE(eventually([&] { return isAskedForItsMenu(menu) && isAskedForItsMenu(refusing); }));
 }
 
 TEST_F(NotifierTests, ComesBackToItsPlaceAfterTheBarWasKilledOrEnded) {
