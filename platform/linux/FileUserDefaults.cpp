@@ -1,5 +1,6 @@
 #include "platform/linux/FileUserDefaults.h"
 
+#include "platform/linux/FirstDefaultsForm.h"
 #include "platform/posix/Environment.h"
 #include "platform/posix/PrivateFile.h"
 
@@ -144,6 +145,9 @@ std::optional<KeyFile> FileUserDefaults::read(std::string& failure) {
     }
     std::string fault;
     if (auto file = KeyFile::parse(*text, fault)) {
+        return file;
+    }
+    if (auto file = fromFirstDefaultsForm(*text, defaultsGroup)) {
         return file;
     }
     const auto file = writableTarget(path_);

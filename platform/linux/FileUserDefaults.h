@@ -20,8 +20,8 @@ namespace pelistra::desktop {
 // The user defaults in one file: one value a line, true, false, a number or a text. Values are read
 // once; what is set is written on the next turn of the queue and at the latest by the destructor. A
 // write reads the file again and changes only what was set, so that what the user or another
-// program wrote into it meanwhile stays. A file that cannot be understood is kept beside it, as
-// "defaults.damaged".
+// program wrote into it meanwhile stays. A file of version 0.1.0 is read, and takes the present form
+// with the next write. One that cannot be understood is kept beside it, as "defaults.damaged".
 class FileUserDefaults final : public UserDefaults {
 public:
     // A file larger than this is none of ours.

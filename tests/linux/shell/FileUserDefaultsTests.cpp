@@ -133,6 +133,35 @@ TEST_F(FileUserDefaultsTest, SettingTheSameValueWritesNothing) {
     EXPECT_EQ(queue_.waitingBlocks(), 0U);
 }
 
+TEST_F(FileUserDefaultsTest, NothingOfVersion010IsLost) {
+    const std::string first = "# What Pelistra remembers. One value a line: \"key\" = value.\n"
+                              "\"NSStatusItem Preferred Position PelistraV3.Control\" = 3\n"
+                              "\"NSStatusItem Visible PelistraV3.Control\" = true\n"
+                              "\"hasCompletedOnboarding.0.1.0\" = true\n"
+                              "\"a \\\"text\\\" [of = others]\" = \"x\\\\y\"\r\n\n";
+    std::filesystem::create_directories(path().parent_path());
+    std::ofstream(path()) << first;
+    open()->setBool(true, "hasCompletedOnboarding.0.2.0");
+    const auto defaults = open();
+    EXPECT_THAT(defaults->numberForKey("NSStatusItem Preferred Position PelistraV3.Control"),
+                Optional(3.0));
+    for (const char* key : {"NSStatusItem Visible PelistraV3.Control",
+                            "hasCompletedOnboarding.0.1.0", "hasCompletedOnboarding.0.2.0"}) {
+        EXPECT_TRUE(defaults->boolForKey(key)) << key;
+    }
+    EXPECT_TRUE(defaults->hasObject("a \"text\" [of = others]"));
+    EXPECT_THAT(messages(), IsEmpty());
+    EXPECT_FALSE(std::filesystem::exists(path().string() + ".damaged"));
+}
+
+TEST_F(FileUserDefaultsTest, AHalfWrittenFileOfVersion010IsKeptAside) {
+    std::filesystem::create_directories(path().parent_path());
+    std::ofstream(path()) << "\"flag\" = true\n\"number\n";
+    EXPECT_FALSE(open()->hasObject("flag"));
+    EXPECT_TRUE(std::filesystem::exists(path().string() + ".damaged"));
+    EXPECT_THAT(messages(), ElementsAre(HasSubstr("is damaged")));
+}
+
 TEST_F(FileUserDefaultsTest, KeepsWhatOthersWroteMeanwhile) {
     write("a=1\n");
     const auto defaults = open();
