@@ -97,6 +97,7 @@ IconThemes::IconThemes() {
 IconThemes::Theme IconThemes::readTheme(const fs::path& index) {
     Theme theme;
     const KeyFilePtr file(g_key_file_new());
+    g_key_file_set_list_separator(file.get(), ',');
     if (!isFile(index) ||
         g_key_file_load_from_file(file.get(), index.c_str(), G_KEY_FILE_NONE, nullptr) == 0) {
         return theme;

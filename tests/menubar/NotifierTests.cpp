@@ -123,6 +123,19 @@ TEST_F(NotifierTests, FollowsWhatTheProgramSays) {
     EXPECT_TRUE(eventually([&] { return frameOf("changing").width > 2 * barHeight; }));
 }
 
+TEST_F(NotifierTests, FindsIconsOfThemesByTheirNames) {
+    startBar();
+    // Of the theme that everybody has; its pixels are not those that the program sends.
+    auto options = plain("named");
+    options.iconName = "dialog-information";
+    add(options);
+    ASSERT_TRUE(shows({"named"}));
+    EXPECT_TRUE(eventually([&] {
+        const WindowFrame frame = frameOf("named");
+        return (pixel(frame.midX(), frame.midY()) & colorBits) != (red & colorBits);
+    }));
+}
+
 TEST_F(NotifierTests, LetsAnIconGoWithItsProgram) {
     startBar();
     NotifierClient& first = add(plain("first"));
