@@ -34,7 +34,7 @@ NotifierClient::Options greenIcon(PrivateDisplay& display) {
 class NotifierOnDesktopTests : public ::testing::Test {
 protected:
     void SetUp() override {
-        desktop_.startBar();
+        desktop_.startBar({}, Desktop::Icons::All);
         ASSERT_TRUE(
             waitForWatcher(desktop_.display().environment().at("DBUS_SESSION_BUS_ADDRESS")));
         client_.emplace(greenIcon(desktop_.display()));
@@ -94,7 +94,7 @@ protected:
     using Entry = NotifierClient::Entry;
 
     void SetUp() override {
-        desktop_.startBar();
+        desktop_.startBar({}, Desktop::Icons::All);
         const auto address = desktop_.display().environment().at("DBUS_SESSION_BUS_ADDRESS");
         ASSERT_TRUE(waitForWatcher(address));
     }

@@ -52,7 +52,10 @@ void Desktop::endPrograms() {
     programs_.clear();
 }
 
-BarUnderTest& Desktop::startBar(const std::vector<std::string>& options) {
+BarUnderTest& Desktop::startBar(std::vector<std::string> options, Icons icons) {
+    if (icons == Icons::Windows) {
+        options.emplace_back("--no-status-notifier");
+    }
     bar_.reset();
     bar_ = std::make_unique<BarUnderTest>(display_, client_, options);
     return *bar_;

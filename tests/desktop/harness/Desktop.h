@@ -4,6 +4,7 @@
 #include "tests/desktop/harness/RealTrayPrograms.h"
 #include "tests/desktop/harness/UserInput.h"
 
+#include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -28,7 +29,10 @@ public:
     [[nodiscard]] XClient& x() { return client_; }
     [[nodiscard]] UserInput& input() { return input_; }
 
-    BarUnderTest& startBar(const std::vector<std::string>& options = {});
+    // Programs that know both ways show their icon as a window, unless the bar is to take those of
+    // the session bus, too.
+    enum class Icons : std::uint8_t { Windows, All };
+    BarUnderTest& startBar(std::vector<std::string> options = {}, Icons icons = Icons::Windows);
     // With onboarding done, unless it has been started on this desktop before.
     OrganiserUnderTest&
     startOrganiser(const std::vector<std::string>& options = {},
