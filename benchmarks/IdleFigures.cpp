@@ -14,14 +14,13 @@ namespace pelistra::testing {
 
 namespace {
 
-constexpr std::size_t icons = 30;
+constexpr std::size_t icons = 50;
 constexpr double millisecondsOfSecond = 1000;
 constexpr double percent = 100;
 
 struct Program {
     std::string name;
     pid_t pid;
-    double mostMemory;
 };
 
 std::vector<Cost> costsOf(const std::vector<Program>& programs) {
@@ -117,6 +116,7 @@ void watchExpanded(Desktop& desktop, const std::vector<Program>& programs, const
     const std::vector<Cost> after = costsOf(programs);
     const std::vector<double> calls =
         systemCallsWhile(desktop.display(), {programs[0].pid, programs[1].pid}, time);
+    Memory both;
     for (std::size_t index = 0; index < programs.size(); ++index) {
         const Program& program = programs[index];
         section.figures.push_back(
@@ -128,11 +128,23 @@ void watchExpanded(Desktop& desktop, const std::vector<Program>& programs, const
                                    .spread = spreadOf({calls[index]}),
                                    .unit = "",
                                    .limit = atMost(0)});
+        const Memory memory = memoryOf(program.pid);
+        both.proportional += memory.proportional;
+        both.own += memory.own;
         section.figures.push_back({.what = "proportional memory of the " + program.name,
-                                   .spread = spreadOf({memoryOf(program.pid).proportional}),
-                                   .unit = "MiB",
-                                   .limit = atMost(program.mostMemory)});
+                                   .spread = spreadOf({memory.proportional}),
+                                   .unit = "MiB"});
     }
+    constexpr double mostProportional = 6.5;
+    constexpr double mostOwn = 2.2;
+    section.figures.push_back({.what = "proportional memory of both, before any window",
+                               .spread = spreadOf({both.proportional}),
+                               .unit = "MiB",
+                               .limit = atMost(mostProportional)});
+    section.figures.push_back({.what = "own memory of both, before any window",
+                               .spread = spreadOf({both.own}),
+                               .unit = "MiB",
+                               .limit = atMost(mostOwn)});
 }
 
 void watchCollapsed(Desktop& desktop, const std::vector<Program>& programs, const Effort& effort,
@@ -165,7 +177,7 @@ void watchCollapsed(Desktop& desktop, const std::vector<Program>& programs, cons
 } // namespace
 
 Section idleFigures(const Effort& effort) {
-    Section section{.title = "Doing nothing, with 30 icons", .figures = {}};
+    Section section{.title = "Doing nothing, with 50 icons", .figures = {}};
     Desktop desktop;
     requireWorkingCounters(desktop.display());
     desktop.startBar();
@@ -173,13 +185,9 @@ Section idleFigures(const Effort& effort) {
     desktop.startOrganiser();
     require(waitFor([&] { return desktop.hiddenSection().size() == icons; }),
             "not every icon is docked");
-    constexpr double mostOfBar = 10;
-    constexpr double mostOfOrganiser = 32;
     const std::vector<Program> programs{
-        {.name = "bar", .pid = desktop.bar().process().pid(), .mostMemory = mostOfBar},
-        {.name = "organiser",
-         .pid = desktop.organiser().process().pid(),
-         .mostMemory = mostOfOrganiser}};
+        {.name = "bar", .pid = desktop.bar().process().pid()},
+        {.name = "organiser", .pid = desktop.organiser().process().pid()}};
     watchExpanded(desktop, programs, effort, section);
     watchCollapsed(desktop, programs, effort, section);
     return section;

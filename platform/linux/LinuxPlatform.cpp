@@ -7,18 +7,12 @@
 #include "platform/linux/DisplayScale.h"
 #include "platform/linux/FileUserDefaults.h"
 #include "platform/linux/MenuBarStarter.h"
-#include "platform/linux/PanelLook.h"
-#include "platform/linux/QtApplication.h"
-#include "platform/linux/QtImages.h"
-#include "platform/linux/QtPanels.h"
-#include "platform/linux/QtWindows.h"
 #include "platform/linux/SingleInstance.h"
-#include "platform/linux/StatusToolTip.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TrayHost.h"
 #include "platform/linux/TrayLook.h"
 #include "platform/linux/TrayStatusBar.h"
-#include "platform/linux/WindowCanvas.h"
+#include "platform/linux/X11Application.h"
 #include "platform/linux/X11EventPosting.h"
 #include "platform/linux/X11RunningApplications.h"
 #include "platform/linux/X11ScreenCapture.h"
@@ -26,68 +20,26 @@
 #include "platform/linux/XInputGlobalClicks.h"
 #include "platform/linux/XcbScreens.h"
 #include "platform/linux/XcbWindowServer.h"
+#include "platform/linux/icons/CairoImages.h"
 #include "platform/linux/loop/EventPump.h"
 #include "platform/linux/loop/GlibMainQueue.h"
-#include "platform/linux/views/ContentWidget.h"
-#include "platform/linux/views/DesktopLook.h"
+#include "platform/linux/statusitem/StatusToolTip.h"
+#include "platform/linux/statusitem/WindowCanvas.h"
+#include "platform/linux/windows/LoadedWindows.h"
 #include "platform/posix/StopSignals.h"
 
-#include <array>
 #include <cstdlib>
-#include <optional>
 #include <string>
 #include <utility>
 
-#include <QAccessible>
-#include <QApplication>
-#include <QIcon>
+#include <malloc.h>
 
 namespace pelistra::desktop {
 
 namespace {
 
-// The QApplication, with the arguments that it keeps references to. Platform themes of desktops
-// load whole toolkits of their own; the generic one is enough for what is shown here.
-class QtRuntime {
-public:
-    explicit QtRuntime(const x11::Connection& connection)
-        : scale_(std::in_place, connection), application_(count_, arguments_.data()) {
-        scale_.reset();
-        QApplication::setQuitOnLastWindowClosed(false);
-        // Also the class of its windows, by which a desktop finds their desktop entry.
-        QApplication::setApplicationName("Pelistra");
-        QApplication::setApplicationVersion(PELISTRA_VERSION);
-        QApplication::setDesktopFileName("pelistra");
-        QApplication::setWindowIcon(QIcon::fromTheme("pelistra"));
-        // QApplication::exec() would do so.
-        QAccessible::setRootObject(qApp);
-    }
-
-private:
-    // What is to be deleted later goes before the loop sleeps: Qt itself waits for the end of a
-    // loop of its own, and there is none.
-    [[nodiscard]] static SourcePtr deferredDeletion() {
-        static GSourceFuncs functions{
-            .prepare = [](GSource* /*source*/, gint* /*timeout*/) -> gboolean {
-                QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-                return FALSE;
-            },
-            .check = nullptr,
-            .dispatch = nullptr,
-            .finalize = nullptr,
-            .closure_callback = nullptr,
-            .closure_marshal = nullptr};
-        return attached(g_source_new(&functions, sizeof(GSource)));
-    }
-
-    std::array<std::string, 3> texts_{"pelistra", "-platformtheme", "generic"};
-    std::array<char*, 4> arguments_{texts_[0].data(), texts_[1].data(), texts_[2].data(), nullptr};
-    int count_ = static_cast<int>(texts_.size());
-    // In force while the next member is made.
-    std::optional<QtScaleFactor> scale_;
-    QApplication application_;
-    SourcePtr deferredDeletion_ = deferredDeletion();
-};
+// What the start has left behind is given back this much later.
+constexpr Seconds untilGivenBack{2};
 
 // Clicks on other programs' icons, on a connection of their own.
 struct Clicks {
@@ -109,12 +61,11 @@ struct Clicks {
 struct LinuxPlatform::Services {
     Services(x11::Connection& connection, SingleInstance& instance,
              std::vector<std::string> arguments)
-        : mainConnection(connection), qt(connection), pump(connection, log),
-          defaults(defaultsPath(), mainQueue, log), trayHost(connection, pump, log),
-          screens(connection, pump, trayHost, mainQueue),
+        : mainConnection(connection), pump(connection, log), defaults(defaultsPath(), mainQueue, log),
+          trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)),
-          desktopLook(connection, pump, look), windows(viewServices(look), connection),
-          iconAtoms(connection), canvas(connection), toolTip(connection),
+          windows(windowServices(connection), windowsModuleFor(ownProgram()), log),
+          iconAtoms(connection), canvas(connection), toolTip(connection, mainQueue, windows),
           statusBar({.connection = connection,
                      .trayHost = trayHost,
                      .screens = screens,
@@ -128,13 +79,14 @@ struct LinuxPlatform::Services {
           windowList(trayLook,
                      [this](const TrayIcon& icon) { return runningApplications.ownerName(icon); }),
           windowServer(trayLook, windowList), screenCapture(connection), clicks(makeClicks()),
-          panels(panelServices(connection)), globalClicks(connection, pump),
+          globalClicks(connection, pump, ownWindows()),
           loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
           menuBarStarter(trayHost, mainQueue, log),
           stop(readableSource(stopSignals.fileDescriptor(), [this] { application.terminate(); })),
           instanceEvents(
               pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
         pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
+        mainQueue.asyncAfter(untilGivenBack, [] { ::malloc_trim(0); });
         trayHost.start();
         if (hasArgument(application, startMenuBarSwitch)) {
             menuBarStarter.startUnlessTrayComes(menuBarBeside(ownProgram()));
@@ -153,27 +105,44 @@ struct LinuxPlatform::Services {
         return std::make_unique<Clicks>(std::move(own), trayLook, mainQueue, log);
     }
 
-    [[nodiscard]] ViewServices viewServices(Published<Look>& shownIn) {
-        return {.mainQueue = mainQueue,
-                .application = application,
-                .handleEvent =
-                    [this](const Event& event, const std::function<void()>& block) {
-                        application.handleEvent(event, block);
-                    },
-                .look = shownIn};
+    [[nodiscard]] WindowServices windowServices(x11::Connection& connection) {
+        return {
+            .connection = connection,
+            .observeEvents =
+                [this](EventPump::Handler handler) { return pump.addHandler(std::move(handler)); },
+            .observeRecoveries =
+                [this](std::function<void()> handler) {
+                    return pump.addRecoveryHandler(std::move(handler));
+                },
+            .barIsDark = [this] { return trayHost.barIsDark(); },
+            .observeBar =
+                [this](std::function<void()> handler) {
+                    return trayHost.observe(
+                        [handler = std::move(handler)](TrayHost::Change) { handler(); });
+                },
+            .mainQueue = mainQueue,
+            .application = application,
+            .handleEvent =
+                [this](const Event& event, const std::function<void()>& block) {
+                    application.handleEvent(event, block);
+                },
+            .coordinates = [this] { return screens.coordinates(); },
+            .scaleBeyondResources =
+                [this, &connection] {
+                    return trayHost.scale() / resourceScale(connection).value_or(1);
+                }};
     }
 
-    [[nodiscard]] PanelServices panelServices(const x11::Connection& connection) {
-        return {.connection = connection,
-                .coordinates = [this] { return screens.coordinates(); },
-                .contentWidget =
-                    [this](std::shared_ptr<ui::Content> content, bool translucent) {
-                        auto widget = std::make_unique<ContentWidget>(std::move(content),
-                                                                      viewServices(barLook));
-                        widget->setMaterialTranslucent(translucent);
-                        return widget;
+    [[nodiscard]] OwnWindows ownWindows() {
+        return {.hasMade =
+                    [this](xcb_window_t window) {
+                        return windows.loaded() != nullptr && windows.loaded()->hasMade(window);
                     },
-                .look = barLook};
+                .shown =
+                    [this] {
+                        return windows.loaded() != nullptr ? windows.loaded()->shownWindows()
+                                                           : std::vector<xcb_window_t>();
+                    }};
     }
 
     [[nodiscard]] EventPosting& eventPosting() {
@@ -190,20 +159,15 @@ struct LinuxPlatform::Services {
     x11::Connection& mainConnection;
     // Before all that may wait for the server when it goes.
     posix::StopSignals stopSignals;
-    QtRuntime qt;
     SystemLog log;
     GlibMainQueue mainQueue;
     EventPump pump;
     FileUserDefaults defaults;
     TrayHost trayHost;
     XcbScreens screens;
-    QtApplication application;
-    QtImages images;
-    Published<Look> look;
-    DesktopLook desktopLook;
-    Published<Look> barLook;
-    PanelLook panelLook{trayHost, look, barLook};
-    QtWindows windows;
+    X11Application application;
+    CairoImages images;
+    LoadedWindows windows;
     TrayIconAtoms iconAtoms;
     WindowCanvas canvas;
     StatusToolTip toolTip;
@@ -215,7 +179,6 @@ struct LinuxPlatform::Services {
     X11ScreenCapture screenCapture;
     AbsentEventPosting noEventPosting;
     std::unique_ptr<Clicks> clicks;
-    QtPanels panels;
     XInputGlobalClicks globalClicks;
     AutostartLoginItem loginItem;
     MenuBarStarter menuBarStarter;
@@ -243,7 +206,7 @@ Platform LinuxPlatform::platform() {
             .screenCapture = services_->screenCapture,
             .eventPosting = services_->eventPosting(),
             .windows = services_->windows,
-            .panels = services_->panels,
+            .panels = services_->windows,
             .globalClicks = services_->globalClicks,
             .loginItem = services_->loginItem};
 }

@@ -12,7 +12,7 @@ namespace pelistra::desktop {
 
 class SingleInstance;
 
-// The seam on Linux: owns the QApplication and one of each service, in the order in which they need
+// The seam on Linux: owns one of each service, in the order in which they need
 // each other.
 class LinuxPlatform {
 public:

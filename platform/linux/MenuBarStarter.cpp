@@ -2,10 +2,12 @@
 
 #include "platform/linux/TrayHost.h"
 
+#include <array>
+#include <memory>
+#include <string>
 #include <system_error>
 
-#include <QProcess>
-#include <QString>
+#include <glib.h>
 
 namespace pelistra::desktop {
 
@@ -34,11 +36,16 @@ void MenuBarStarter::startUnlessTrayComes(const std::filesystem::path& program) 
 }
 
 void MenuBarStarter::startNow(const std::filesystem::path& program) {
-    if (QProcess::startDetached(QString::fromStdString(program.string()), {})) {
-        logger_.info("No system tray is there: started " + program.string());
-    } else {
-        logger_.error("Cannot start " + program.string());
+    std::string name = program.string();
+    std::array<char*, 2> command{name.data(), nullptr};
+    GError* error = nullptr;
+    if (g_spawn_async(nullptr, command.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
+                      nullptr, &error) != FALSE) {
+        logger_.info("No system tray is there: started " + name);
+        return;
     }
+    const std::unique_ptr<GError, decltype(&g_error_free)> owned(error, g_error_free);
+    logger_.error("Cannot start " + name + ": " + owned->message);
 }
 
 } // namespace pelistra::desktop

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include <xcb/xcb.h>
 
@@ -11,6 +12,11 @@ namespace pelistra::desktop {
 // Qt's own connection to the X server: what is asked for on it comes after what Qt itself has asked
 // for. Null on another platform than X11. Needs the QApplication.
 [[nodiscard]] xcb_connection_t* qtConnection();
+
+// Whether Qt has made that window.
+[[nodiscard]] bool isQtWindow(xcb_window_t window);
+// Qt's windows on the screen.
+[[nodiscard]] std::vector<xcb_window_t> shownQtWindows();
 
 // Gives a window a property of 32-bit values instead of the one that it had.
 template <std::size_t N>

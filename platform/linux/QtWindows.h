@@ -15,9 +15,7 @@ public:
     // What the services name outlives the windows, and so does the connection.
     QtWindows(ViewServices services, const x11::Connection& connection)
         : services_(std::move(services)), connection_(connection),
-          unusedMemory_(services_.mainQueue) {
-        unusedMemory_.giveBackAfterStart();
-    }
+          unusedMemory_(services_.mainQueue) {}
 
     [[nodiscard]] std::unique_ptr<Window> window(Size contentSize,
                                                  std::uint32_t styleMask) override;

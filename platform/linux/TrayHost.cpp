@@ -24,7 +24,7 @@ Words wordsOf(const x11::Connection& connection, x11::PropertyRequest request) {
     return value ? value->words() : Words();
 }
 
-std::optional<QColor> foregroundIn(const Words& colors) {
+std::optional<ui::Rgb> foregroundIn(const Words& colors) {
     constexpr std::uint32_t mostOfChannel = 0xffff;
     constexpr unsigned toByte = 8;
     if (colors.size() != colorsCount || std::ranges::any_of(colors, [](std::uint32_t channel) {
@@ -32,8 +32,10 @@ std::optional<QColor> foregroundIn(const Words& colors) {
         })) {
         return std::nullopt;
     }
-    return QColor(static_cast<int>(colors[0] >> toByte), static_cast<int>(colors[1] >> toByte),
-                  static_cast<int>(colors[2] >> toByte));
+    const auto channel = [&colors](std::size_t index) {
+        return static_cast<std::uint8_t>(colors[index] >> toByte);
+    };
+    return ui::Rgb{.red = channel(0), .green = channel(1), .blue = channel(2)};
 }
 
 } // namespace
@@ -67,6 +69,19 @@ void TrayHost::start() {
     if (!tray_) {
         logger_.info("There is no menu bar yet; waiting for one");
     }
+}
+
+bool isLight(const ui::Rgb& foreground) {
+    constexpr int lightestDark = 127;
+    const auto [darkest, lightest] =
+        std::minmax({foreground.red, foreground.green, foreground.blue});
+    return (darkest + lightest) / 2 > lightestDark;
+}
+
+std::optional<bool> TrayHost::barIsDark() const {
+    return tray_ && tray_->barWindow != XCB_WINDOW_NONE && tray_->foreground
+               ? std::optional(isLight(*tray_->foreground))
+               : std::nullopt;
 }
 
 double TrayHost::scale() const {

@@ -6,13 +6,12 @@
 #include "platform/linux/ScreenLayout.h"
 #include "platform/linux/loop/EventPump.h"
 #include "platform/x11/Connection.h"
+#include "ui/Color.h"
 
 #include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
-
-#include <QColor>
 
 namespace pelistra::desktop {
 
@@ -23,7 +22,7 @@ struct Tray {
     // The visual that icons should have.
     x11::Connection::Visual visual;
     // The colour of texts and symbols.
-    std::optional<QColor> foreground;
+    std::optional<ui::Rgb> foreground;
     // What only our own menu bar says: its window, the height of that, its scale, its strut, the
     // areas beside the camera housing.
     xcb_window_t barWindow = XCB_WINDOW_NONE;
@@ -32,6 +31,9 @@ struct Tray {
     std::optional<Strut> strut;
     std::optional<std::array<RootRect, 2>> auxiliaryAreas;
 };
+
+// Whether that foreground is one of a dark bar.
+[[nodiscard]] bool isLight(const ui::Rgb& foreground);
 
 // Watches the system tray come, change and go.
 class TrayHost {
@@ -49,6 +51,8 @@ public:
     void start();
 
     [[nodiscard]] const std::optional<Tray>& tray() const { return tray_; }
+    // Whether our menu bar is dark; empty under any other tray.
+    [[nodiscard]] std::optional<bool> barIsDark() const;
     // Device pixels per point: what the menu bar says, else the resolution of the user's resource
     // database (96 dpi = 1), else 1.
     [[nodiscard]] double scale() const;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/StatusBar.h"
-#include "platform/linux/StatusItemPicture.h"
+#include "platform/linux/statusitem/StatusItemPicture.h"
 
 #include <functional>
 #include <optional>

@@ -1,20 +1,17 @@
 #include "platform/linux/TrayStatusItem.h"
 
 #include "platform/linux/FileUserDefaults.h"
-#include "platform/linux/QtApplication.h"
 #include "platform/linux/RootFrame.h"
-#include "platform/linux/StatusToolTip.h"
 #include "platform/linux/TrayHost.h"
-#include "platform/linux/WindowCanvas.h"
+#include "platform/linux/X11Application.h"
 #include "platform/linux/XcbScreens.h"
+#include "platform/linux/statusitem/StatusToolTip.h"
+#include "platform/linux/statusitem/WindowCanvas.h"
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
-
-#include <QGuiApplication>
-#include <QPalette>
 
 namespace pelistra::desktop {
 
@@ -340,10 +337,10 @@ void TrayStatusItem::redraw() {
     services_.connection.flush();
 }
 
-QColor TrayStatusItem::foreground() const {
+// Trays that say nothing are bright, as a rule.
+ui::Rgb TrayStatusItem::foreground() const {
     const auto& tray = services_.trayHost.tray();
-    return tray && tray->foreground ? *tray->foreground
-                                    : QGuiApplication::palette().color(QPalette::WindowText);
+    return tray && tray->foreground ? *tray->foreground : ui::Rgb{};
 }
 
 int TrayStatusItem::pixelHeight() const {

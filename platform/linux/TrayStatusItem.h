@@ -2,9 +2,9 @@
 
 #include "platform/MainQueue.h"
 #include "platform/StatusBar.h"
-#include "platform/linux/StatusItemPicture.h"
 #include "platform/linux/TrayIconWindow.h"
 #include "platform/linux/TrayStatusButton.h"
+#include "platform/linux/statusitem/StatusItemPicture.h"
 
 #include <memory>
 #include <optional>
@@ -13,7 +13,7 @@
 namespace pelistra::desktop {
 
 class FileUserDefaults;
-class QtApplication;
+class X11Application;
 class StatusToolTip;
 class TrayHost;
 class WindowCanvas;
@@ -24,7 +24,7 @@ struct StatusItemServices {
     x11::Connection& connection;
     TrayHost& trayHost;
     const XcbScreens& screens;
-    QtApplication& application;
+    X11Application& application;
     FileUserDefaults& defaults;
     const TrayIconAtoms& atoms;
     const WindowCanvas& canvas;
@@ -83,7 +83,7 @@ private:
     void requestLength();
     void requestSize(int width, int height);
     void redraw();
-    [[nodiscard]] QColor foreground() const;
+    [[nodiscard]] ui::Rgb foreground() const;
     [[nodiscard]] int pixelHeight() const;
     [[nodiscard]] int pixelLength() const;
     [[nodiscard]] std::optional<ScreenRect> frame() const;

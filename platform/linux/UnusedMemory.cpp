@@ -32,10 +32,6 @@ void forgetFonts() {
 
 } // namespace
 
-void UnusedMemory::giveBackAfterStart() {
-    mainQueue_.asyncAfter(untilGivenBack, lifetime_.guard([] { ::malloc_trim(0); }));
-}
-
 void UnusedMemory::giveBackAfterWindow() {
     mainQueue_.asyncAfter(untilGivenBack, lifetime_.guard([] {
         if (!windowShows()) {

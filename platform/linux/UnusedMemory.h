@@ -12,8 +12,6 @@ class UnusedMemory {
 public:
     explicit UnusedMemory(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
 
-    // Two seconds from now, what the start has left behind.
-    void giveBackAfterStart();
     // Two seconds from now, what a window needed, unless an ordinary one shows then: its going
     // asks for this anew.
     void giveBackAfterWindow();

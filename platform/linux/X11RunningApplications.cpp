@@ -1,14 +1,10 @@
 #include "platform/linux/X11RunningApplications.h"
 
-#include "platform/linux/QtImages.h"
 #include "platform/linux/X11RunningApplicationsWindows.h"
+#include "platform/linux/icons/LinuxImage.h"
 
 #include <algorithm>
 #include <utility>
-
-#include <QGuiApplication>
-#include <QIcon>
-#include <QPainter>
 
 namespace pelistra::desktop {
 
@@ -22,29 +18,6 @@ constexpr std::ptrdiff_t mostHeld = 64;
 
 // A list of a thousand icons of one program asks for that program a thousand times in a row.
 constexpr std::chrono::milliseconds checkHolds{20};
-
-// An application's icon, drawn at whatever scale is asked for.
-class ThemeImage final : public QtImage {
-public:
-    explicit ThemeImage(QIcon icon) : icon_(std::move(icon)) {}
-
-    // The size that icons of applications are made for first of all.
-    [[nodiscard]] Size size() const override { return {.width = edge, .height = edge}; }
-
-    [[nodiscard]] bool draw(QPainter& painter, const QColor& /*label*/) const override {
-        // The icon's own picture for these device pixels, not an enlarged one.
-        const double scale = painter.transform().m11();
-        const QSize pixels = (QSizeF(edge, edge) * scale).toSize();
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(QRect(0, 0, edge, edge), icon_.pixmap(pixels));
-        return true;
-    }
-
-private:
-    static constexpr int edge = 32;
-
-    QIcon icon_;
-};
 
 } // namespace
 
@@ -204,21 +177,15 @@ DesktopEntryPtr X11RunningApplications::findEntry(ProcessId process, const Proce
 }
 
 ImagePtr X11RunningApplications::icon(const std::string& name) {
-    // Icons need a graphical application, which a command-line tool is not.
-    if (name.empty() || qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr) {
+    if (name.empty()) {
         return nullptr;
     }
-    const auto known = icons_.find(name);
-    if (known != icons_.end()) {
-        return known->second;
+    auto& known = icons_[name];
+    if (known == nullptr) {
+        known = std::make_shared<ThemeIcon>(name);
     }
-    const QString text = QString::fromStdString(name);
-    QIcon icon = text.startsWith(QLatin1Char('/')) ? QIcon(text) : QIcon::fromTheme(text);
-    ImagePtr image;
-    if (!icon.availableSizes().isEmpty()) {
-        image = std::make_shared<ThemeImage>(std::move(icon));
-    }
-    return icons_.emplace(name, std::move(image)).first->second;
+    // An icon that nobody finds is none: something else stands in for it from then on.
+    return known->isMissing ? nullptr : known;
 }
 
 bool X11RunningApplications::activate(ProcessId process) {

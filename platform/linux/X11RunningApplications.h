@@ -15,6 +15,8 @@
 
 namespace pelistra::desktop {
 
+class ThemeIcon;
+
 // Running applications on Linux: every process is one, and its desktop entry, where one is found,
 // gives it the name in the user's language, the icon and the identifier (the desktop id).
 //
@@ -80,7 +82,7 @@ private:
     DesktopEntries entries_;
     std::unordered_map<ProcessId, Known> known_;
     std::unordered_map<ProcessId, WindowClass> classes_;
-    std::map<std::string, ImagePtr> icons_;
+    std::map<std::string, std::shared_ptr<const ThemeIcon>> icons_;
     Launcher launcher_;
 };
 

@@ -1,6 +1,6 @@
 #include "platform/linux/X11ScreenCapture.h"
 
-#include "platform/linux/X11ScreenCaptureBitmap.h"
+#include "platform/linux/icons/PixelBitmap.h"
 
 #include <algorithm>
 #include <cstring>
@@ -44,14 +44,14 @@ X11ScreenCapture::X11ScreenCapture(const x11::Connection& connection)
 }
 
 CaptureResult X11ScreenCapture::captureWindow(WindowId window, WindowImageOptions /*options*/) {
-    QImage pixels = pixelsOf(window);
-    if (pixels.isNull()) {
+    Pixels pixels = pixelsOf(window);
+    if (pixels.isEmpty()) {
         return CaptureRefusal::NoImage;
     }
-    return std::make_unique<QtBitmap>(std::move(pixels));
+    return std::make_unique<PixelBitmap>(std::move(pixels));
 }
 
-QImage X11ScreenCapture::pixelsOf(WindowId window) {
+Pixels X11ScreenCapture::pixelsOf(WindowId window) {
     if (!hasComposite_ || !replies_.begin(patience)) {
         return {};
     }
@@ -62,12 +62,12 @@ QImage X11ScreenCapture::pixelsOf(WindowId window) {
     // Asked together: which of the two is redirected is seen by the answers. The root never is.
     const auto own = askRedirected(window, 0, 0, *source);
     const auto inParent = askRedirected(source->parent, source->x, source->y, *source);
-    QImage pixels = takePixels(own, *source);
-    QImage part = takePixels(inParent, *source);
-    if (pixels.isNull()) {
+    Pixels pixels = takePixels(own, *source);
+    Pixels part = takePixels(inParent, *source);
+    if (pixels.isEmpty()) {
         pixels = std::move(part);
     }
-    return pixels.isNull() ? fromTemporaryRedirection(window, *source) : pixels;
+    return pixels.isEmpty() ? fromTemporaryRedirection(window, *source) : pixels;
 }
 
 std::optional<X11ScreenCapture::Source> X11ScreenCapture::describe(WindowId window) {
@@ -103,7 +103,7 @@ xcb_get_image_cookie_t X11ScreenCapture::askRedirected(WindowId redirected, int 
     return request;
 }
 
-QImage X11ScreenCapture::fromTemporaryRedirection(WindowId window, const Source& source) {
+Pixels X11ScreenCapture::fromTemporaryRedirection(WindowId window, const Source& source) {
     xcb_connection_t* const server = connection_->get();
     // Nobody sees the window in between, and nothing of it is drawn elsewhere meanwhile.
     xcb_grab_server(server);
@@ -120,7 +120,7 @@ QImage X11ScreenCapture::fromTemporaryRedirection(WindowId window, const Source&
     return takePixels(request, source);
 }
 
-QImage X11ScreenCapture::takePixels(xcb_get_image_cookie_t request, const Source& source) {
+Pixels X11ScreenCapture::takePixels(xcb_get_image_cookie_t request, const Source& source) {
     const auto reply = replies_.take<xcb_get_image_reply_t>(request);
     if (!reply || reply->depth != source.depth) {
         return {};
@@ -128,23 +128,20 @@ QImage X11ScreenCapture::takePixels(xcb_get_image_cookie_t request, const Source
     const std::span<const std::uint8_t> data(
         xcb_get_image_data(reply.get()),
         static_cast<std::size_t>(xcb_get_image_data_length(reply.get())));
-    const auto bytesPerLine = static_cast<std::size_t>(source.width) * sizeof(std::uint32_t);
-    if (data.size() < bytesPerLine * static_cast<std::size_t>(source.height)) {
+    Pixels pixels{.width = source.width, .height = source.height, .values = {}};
+    const auto count =
+        static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height);
+    if (count == 0 || data.size() < count * sizeof(std::uint32_t)) {
         return {};
     }
+    pixels.values.resize(count);
     // The alpha of X pictures is already multiplied into their colours.
-    QImage pixels(source.width, source.height,
-                  source.depth == depthWithAlpha ? QImage::Format_ARGB32_Premultiplied
-                                                 : QImage::Format_RGB32);
-    if (pixels.isNull()) {
-        return {};
+    std::memcpy(pixels.values.data(), data.data(), count * sizeof(std::uint32_t));
+    if (source.depth != depthWithAlpha) {
+        constexpr std::uint32_t opaque = 0xff000000;
+        std::ranges::for_each(pixels.values, [](std::uint32_t& value) { value |= opaque; });
     }
-    for (int line = 0; line < source.height; ++line) {
-        std::memcpy(pixels.scanLine(line),
-                    data.subspan(static_cast<std::size_t>(line) * bytesPerLine).data(),
-                    bytesPerLine);
-    }
-    return pixels.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return pixels;
 }
 
 xcb_pixmap_t X11ScreenCapture::nameWindowPixmap(WindowId window) const {

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/icons/Pixels.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Replies.h"
 
 #include <chrono>
 #include <optional>
-
-#include <QImage>
 
 namespace pelistra::desktop {
 
@@ -35,8 +34,8 @@ public:
     // server that does not answer in time.
     [[nodiscard]] CaptureResult captureWindow(WindowId window, WindowImageOptions options) override;
 
-    // The pixels alone; a null picture when there are none.
-    [[nodiscard]] QImage pixelsOf(WindowId window);
+    // The pixels alone; an empty picture when there are none.
+    [[nodiscard]] Pixels pixelsOf(WindowId window);
 
 private:
     struct Source;
@@ -45,8 +44,8 @@ private:
     // What the pixmap of a redirected window holds there; asks only.
     [[nodiscard]] xcb_get_image_cookie_t askRedirected(WindowId redirected, int x, int y,
                                                        const Source& source);
-    [[nodiscard]] QImage fromTemporaryRedirection(WindowId window, const Source& source);
-    [[nodiscard]] QImage takePixels(xcb_get_image_cookie_t request, const Source& source);
+    [[nodiscard]] Pixels fromTemporaryRedirection(WindowId window, const Source& source);
+    [[nodiscard]] Pixels takePixels(xcb_get_image_cookie_t request, const Source& source);
     xcb_pixmap_t nameWindowPixmap(WindowId window) const;
     void freePixmap(xcb_pixmap_t pixmap) const;
     // Lets an error of a request without an answer vanish: the window may be gone at any moment.

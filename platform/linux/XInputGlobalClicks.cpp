@@ -1,14 +1,11 @@
 #include "platform/linux/XInputGlobalClicks.h"
 
 #include "platform/linux/PointerDevice.h"
-#include "platform/linux/QtConnection.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include <QGuiApplication>
-#include <QWindow>
 #include <unistd.h>
 
 namespace pelistra::desktop {
@@ -30,11 +27,6 @@ struct EventMaskRequest {
     std::uint32_t mask;
 };
 
-bool isMadeBy(xcb_connection_t* connection, xcb_window_t window) {
-    const xcb_setup_t* setup = xcb_get_setup(connection);
-    return (window & ~setup->resource_id_mask) == setup->resource_id_base;
-}
-
 } // namespace
 
 struct XInputGlobalClicks::Monitor {
@@ -53,8 +45,9 @@ private:
     std::function<void()> end_;
 };
 
-XInputGlobalClicks::XInputGlobalClicks(const x11::Connection& connection, EventPump& pump)
-    : connection_(connection), pump_(pump) {}
+XInputGlobalClicks::XInputGlobalClicks(const x11::Connection& connection, EventPump& pump,
+                                       OwnWindows own)
+    : connection_(connection), pump_(pump), own_(std::move(own)) {}
 
 SubscriptionPtr XInputGlobalClicks::addMonitor(EventMask matching, std::function<void()> handler) {
     if (!prepare()) {
@@ -194,15 +187,12 @@ bool XInputGlobalClicks::isOwnPlace(xcb_input_device_id_t device) const {
 }
 
 bool XInputGlobalClicks::isOwnWindow(xcb_window_t window) const {
-    xcb_connection_t* const qt = qtConnection();
-    return isMadeBy(connection_.get(), window) || (qt != nullptr && isMadeBy(qt, window));
+    return connection_.hasMade(window) || own_.hasMade(window);
 }
 
 bool XInputGlobalClicks::isFrameOfOwnWindow(xcb_window_t topLevel) const {
-    return std::ranges::any_of(QGuiApplication::topLevelWindows(), [&](const QWindow* window) {
-        return window->isVisible() && window->handle() != nullptr &&
-               topLevelOf(static_cast<xcb_window_t>(window->winId())) == topLevel;
-    });
+    return std::ranges::any_of(own_.shown(),
+                               [&](xcb_window_t window) { return topLevelOf(window) == topLevel; });
 }
 
 xcb_window_t XInputGlobalClicks::topLevelOf(xcb_window_t window) const {

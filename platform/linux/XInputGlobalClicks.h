@@ -5,6 +5,7 @@
 #include "platform/linux/loop/EventPump.h"
 #include "platform/x11/Connection.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -12,6 +13,13 @@
 #include <xcb/xinput.h>
 
 namespace pelistra::desktop {
+
+// The windows of this application that other connections than the one that listens have made.
+struct OwnWindows {
+    std::function<bool(xcb_window_t)> hasMade;
+    // Those on the screen.
+    std::function<std::vector<xcb_window_t>()> shown;
+};
 
 // Presses of the left and right mouse button anywhere on the screen, through XInput 2.2. Nothing is
 // asked of the server while no monitor is there.
@@ -21,7 +29,7 @@ namespace pelistra::desktop {
 // one, or comes from a pointer that we have made ourselves.
 class XInputGlobalClicks final : public GlobalClicks {
 public:
-    XInputGlobalClicks(const x11::Connection& connection, EventPump& pump);
+    XInputGlobalClicks(const x11::Connection& connection, EventPump& pump, OwnWindows own);
     XInputGlobalClicks(const XInputGlobalClicks&) = delete;
     XInputGlobalClicks& operator=(const XInputGlobalClicks&) = delete;
     ~XInputGlobalClicks() override = default;
@@ -48,6 +56,7 @@ private:
 
     const x11::Connection& connection_;
     EventPump& pump_;
+    OwnWindows own_;
     // Empty until it was asked for.
     std::optional<bool> isSupported_;
     std::uint8_t opcode_ = 0;

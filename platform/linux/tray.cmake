@@ -18,7 +18,6 @@ target_sources(pelistra_linux PRIVATE
     X11RunningApplicationsProcess.cpp
     X11RunningApplicationsWindows.cpp
     X11ScreenCapture.cpp
-    X11ScreenCaptureBitmap.cpp
     X11WindowList.cpp
     XcbWindowServer.cpp)
 target_link_libraries(pelistra_linux PRIVATE PkgConfig::XCB_TRAY)

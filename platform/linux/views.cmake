@@ -1,5 +1,5 @@
 # The core's views, drawn on Qt Widgets.
-target_sources(pelistra_linux PRIVATE
+target_sources(pelistra_windows PRIVATE
     views/AlertSheet.cpp
     views/ButtonElement.cpp
     views/ContentWidget.cpp

@@ -71,6 +71,11 @@ xcb_window_t Connection::newId() const {
     return xcb_generate_id(connection_);
 }
 
+bool Connection::hasMade(xcb_connection_t* connection, std::uint32_t id) {
+    const xcb_setup_t* const setup = xcb_get_setup(connection);
+    return (id & ~setup->resource_id_mask) == setup->resource_id_base;
+}
+
 EventPtr Connection::pollEvent() const {
     return EventPtr(xcb_poll_for_event(connection_));
 }

@@ -47,6 +47,10 @@ public:
     [[nodiscard]] const xcb_screen_t& screen() const { return *screen_; }
     [[nodiscard]] int screenNumber() const { return screenNumber_; }
     [[nodiscard]] xcb_window_t root() const { return screen_->root; }
+    // Whether that window or other resource was made on this connection.
+    [[nodiscard]] bool hasMade(std::uint32_t id) const { return hasMade(connection_, id); }
+    // The same for a connection of somebody else's.
+    [[nodiscard]] static bool hasMade(xcb_connection_t* connection, std::uint32_t id);
     // An id for a new resource of the server (a window, a pixmap, ...), not used by any other.
     [[nodiscard]] xcb_window_t newId() const;
 

@@ -55,12 +55,13 @@ TEST(HouseTests, ForeignIncludesAreFoundInCoreAndSeam) {
     const TemporaryFolder tree;
     write(tree.path() / "app" / "Bad.cpp", "#include <QWidget>\n#include <vector>\n");
     write(tree.path() / "app" / "main.cpp", "#include <QApplication>\n");
-    write(tree.path() / "ui" / "deep" / "Bad.h", "#  include \"platform/linux/QtImages.h\"\n");
+    write(tree.path() / "ui" / "deep" / "Bad.h",
+          "#  include \"platform/linux/windows/QtPictures.h\"\n");
     write(tree.path() / "platform" / "Seam.h", "#include <xcb/xcb.h>\n");
     write(tree.path() / "platform" / "linux" / "Fine.cpp", "#include <xcb/xcb.h>\n");
     EXPECT_THAT(foreignIncludesOfTree(tree.path()),
                 ElementsAre(HasSubstr("app/Bad.cpp: #include <QWidget>"),
-                            HasSubstr("platform/linux/QtImages.h"),
+                            HasSubstr("platform/linux/windows/QtPictures.h"),
                             HasSubstr("platform/Seam.h: #include <xcb/xcb.h>")));
 }
 

@@ -26,6 +26,7 @@ const std::vector<std::string>& packagedFiles() {
         "usr/bin/pelistra-menubar",
         "usr/libexec/pelistra/pelistra-menubar-icons",
         "usr/libexec/pelistra/pelistra-menubar-menu",
+        "usr/lib/pelistra/pelistra-windows.so",
         "usr/lib/systemd/user/pelistra-menubar.service",
         "usr/lib/systemd/user/pelistra.service",
         "usr/share/applications/pelistra-menubar.desktop",

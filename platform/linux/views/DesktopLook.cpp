@@ -1,6 +1,5 @@
 #include "platform/linux/views/DesktopLook.h"
 
-#include "platform/linux/loop/EventPump.h"
 #include "platform/linux/views/PublishedLook.h"
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Properties.h"
@@ -18,16 +17,16 @@ constexpr std::uint8_t sentMask = 0x80;
 } // namespace
 
 // Announcements of new managers reach this connection because the tray's are waited for on it too.
-DesktopLook::DesktopLook(const x11::Connection& connection, EventPump& pump, Published<Look>& look)
-    : connection_(connection), look_(look) {
-    const std::string selection = "_XSETTINGS_S" + std::to_string(connection.screenNumber());
+DesktopLook::DesktopLook(const WindowServices& services, Published<Look>& look)
+    : connection_(services.connection), look_(look) {
+    const std::string selection = "_XSETTINGS_S" + std::to_string(connection_.screenNumber());
     const std::array<std::string_view, 3> names = {selection, "_XSETTINGS_SETTINGS", "MANAGER"};
-    const auto atoms = x11::internAtoms(connection, names);
+    const auto atoms = x11::internAtoms(connection_, names);
     selection_ = atoms[0];
     property_ = atoms[1];
     managerMessage_ = atoms[2];
-    events_ = pump.addHandler([this](const xcb_generic_event_t& event) { handle(event); });
-    recoveries_ = pump.addRecoveryHandler([this] { findManager(); });
+    recoveries_ = services.observeRecoveries([this] { findManager(); });
+    events_ = services.observeEvents([this](const xcb_generic_event_t& event) { handle(event); });
     findManager();
 }
 

@@ -3,18 +3,17 @@
 #include "platform/Published.h"
 #include "platform/Subscription.h"
 #include "platform/linux/views/Look.h"
+#include "platform/linux/windows/WindowsModule.h"
 #include "platform/x11/Connection.h"
 
 namespace pelistra::desktop {
-
-class EventPump;
 
 // Follows the look that the desktop publishes through its XSETTINGS manager; the light standard
 // look without one. Nothing happens while the desktop changes nothing.
 class DesktopLook {
 public:
-    // All three outlive this object.
-    DesktopLook(const x11::Connection& connection, EventPump& pump, Published<Look>& look);
+    // Connection and look outlive this object.
+    DesktopLook(const WindowServices& services, Published<Look>& look);
     DesktopLook(const DesktopLook&) = delete;
     DesktopLook& operator=(const DesktopLook&) = delete;
     ~DesktopLook() = default;

@@ -1,9 +1,8 @@
 #include "platform/linux/views/LeafElements.h"
 
-#include "platform/linux/QtImages.h"
-#include "platform/linux/Symbols.h"
 #include "platform/linux/views/Outlines.h"
 #include "platform/linux/views/Scene.h"
+#include "platform/linux/windows/QtPictures.h"
 #include "ui/Palette.h"
 
 #include <algorithm>

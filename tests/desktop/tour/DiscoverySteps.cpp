@@ -4,10 +4,9 @@
 #include "tests/desktop/tour/Tour.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <stdexcept>
-
-#include <QImage>
 
 namespace pelistra::testing {
 
@@ -48,15 +47,11 @@ Seen compareList(Desktop& desktop) {
                     " processes as started"};
 }
 
-std::size_t coloursOf(const QImage& picture) {
-    std::set<QRgb> colours;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (qAlpha(picture.pixel(x, y)) != 0) {
-                colours.insert(picture.pixel(x, y));
-            }
-        }
-    }
+std::size_t coloursOf(const desktop::Pixels& picture) {
+    constexpr std::uint32_t alpha = 0xff000000;
+    std::set<std::uint32_t> colours;
+    std::ranges::copy_if(picture.values, std::inserter(colours, colours.end()),
+                         [](std::uint32_t value) { return (value & alpha) != 0; });
     return colours.size();
 }
 
@@ -70,14 +65,15 @@ Seen savePictures(Tour& tour) {
     bool ok = !desktop.hiddenSection().empty();
     std::string text;
     for (const Desktop::Item& item : desktop.hiddenSection()) {
-        const QImage picture = capture.pixelsOf(item.window);
+        const desktop::Pixels picture = capture.pixelsOf(item.window);
         const std::size_t colours = coloursOf(picture);
         ok = ok && item.frame.right() <= 0 && colours >= leastColours &&
-             picture.size() == QSize(item.frame.width, item.frame.height) &&
-             picture.save(QString::fromStdString(folder / (item.className + ".png")));
-        text += (text.empty() ? "" : ", ") + item.className + " " +
-                std::to_string(picture.width()) + "x" + std::to_string(picture.height()) +
-                " with " + std::to_string(colours) + " colours";
+             picture.width == item.frame.width && picture.height == item.frame.height;
+        Picture(picture.width, picture.height, picture.values)
+            .savePng(folder / (item.className + ".png"));
+        text += (text.empty() ? "" : ", ") + item.className + " " + std::to_string(picture.width) +
+                "x" + std::to_string(picture.height) + " with " + std::to_string(colours) +
+                " colours";
     }
     return {.ok = ok, .text = text + "; in " + folder.string()};
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/XInputGlobalClicks.h"
 
 #include "platform/linux/PointerDevice.h"
+#include "platform/linux/QtConnection.h"
 #include "platform/x11/Replies.h"
 #include "tests/desktop/harness/Connect.h"
 #include "tests/linux/dock/QtOnDisplay.h"
@@ -28,7 +29,8 @@ protected:
         return {widget.mapToGlobal(QPoint()), widget.size()};
     }
 
-    desktop::XInputGlobalClicks clicks_{*connection_, *pump_};
+    desktop::XInputGlobalClicks clicks_{
+        *connection_, *pump_, {.hasMade = desktop::isQtWindow, .shown = desktop::shownQtWindows}};
 };
 
 TEST_F(GlobalClicksTest, LeftAndRightPressesElsewhereAreToldOnceEach) {

@@ -69,15 +69,10 @@ void selectButtons(XClient& program, xcb_window_t window) {
     program.sync();
 }
 
-bool hasSeveralColours(const QImage& picture) {
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.pixel(x, y) != picture.pixel(0, 0)) {
-                return true;
-            }
-        }
-    }
-    return false;
+bool hasSeveralColours(const desktop::Pixels& picture) {
+    return std::ranges::any_of(picture.values, [&picture](std::uint32_t value) {
+        return value != picture.values.front();
+    });
 }
 
 class ClickDeliveryTest : public ::testing::Test {
@@ -625,8 +620,9 @@ TEST_P(OtherTrayTest, TakesPicturesOfItsIcons) {
         // The tray may still be resizing it, and the program has to paint it first.
         EXPECT_TRUE(waitWhileRunning([&] {
             const auto frame = client.frame(icon.window).value();
-            const QImage pixels = capture.pixelsOf(icon.window);
-            return pixels.size() == QSize(frame.width, frame.height) && hasSeveralColours(pixels);
+            const desktop::Pixels pixels = capture.pixelsOf(icon.window);
+            return pixels.width == frame.width && pixels.height == frame.height &&
+                   hasSeveralColours(pixels);
         })) << icon.className;
     }
 }

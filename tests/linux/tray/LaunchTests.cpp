@@ -1,6 +1,6 @@
 #include "platform/linux/X11RunningApplications.h"
 
-#include "platform/linux/QtImages.h"
+#include "platform/linux/icons/LinuxImage.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/Variable.h"
@@ -14,9 +14,6 @@
 #include <string>
 #include <vector>
 
-#include <QGuiApplication>
-#include <QIcon>
-#include <QImage>
 #include <gmock/gmock.h>
 #include <unistd.h>
 
@@ -186,59 +183,32 @@ TEST_F(LaunchTest, AProgramForTerminalsRunsInOne) {
     EXPECT_FALSE(open("Terminal=true\nExec=missing\n"));
 }
 
-// What the icon of this very process is drawn as, by an entry with that icon; null without one.
-class EntryIconTest : public ::testing::Test {
-protected:
-    EntryIconTest() {
-        QIcon::setThemeSearchPaths({QString::fromStdString(folder.path() / "icons")});
-        QIcon::setThemeName("test");
-    }
+// The icon of this very process, by an entry with that icon.
+ImagePtr iconWith(X11RunningApplications& applications) {
+    const auto self = applications.runningApplication(::getpid());
+    return self ? self->icon() : nullptr;
+}
 
-    void paint(const std::filesystem::path& path, QRgb colour) const {
-        std::filesystem::create_directories(path.parent_path());
-        QImage picture(32, 32, QImage::Format_ARGB32);
-        picture.fill(colour);
-        ASSERT_TRUE(picture.save(QString::fromStdString(path)));
-    }
-    [[nodiscard]] QImage drawnWith(const std::string& icon) const {
-        std::filesystem::create_directories(folder.path() / "applications");
-        std::ofstream(folder.path() / "applications" / "own.desktop")
-            << "[Desktop Entry]\nType=Application\nName=Own\nExec=tray_tests\nIcon=" << icon
-            << "\n";
-        X11RunningApplications applications({}, {.folders = {folder.path() / "applications"}});
-        const auto self = applications.runningApplication(::getpid());
-        const ImagePtr image = self ? self->icon() : nullptr;
-        return image ? desktop::rendered(*image, 1, Qt::black) : QImage();
-    }
+TEST(EntryIconTest, IsNamedByTheEntryUntilItIsFoundMissing) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.path() / "own.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Own\nExec=tray_tests\nIcon=known\n";
+    X11RunningApplications applications({}, {.folders = {folder.path()}});
+    const ImagePtr image = iconWith(applications);
+    const auto* const icon = dynamic_cast<const desktop::ThemeIcon*>(image.get());
+    ASSERT_NE(icon, nullptr);
+    EXPECT_EQ(icon->name, "known");
+    EXPECT_EQ(iconWith(applications), image);
+    icon->isMissing = true;
+    EXPECT_EQ(iconWith(applications), nullptr);
+}
 
-    // Without a display: nothing is shown.
-    std::array<std::string, 3> texts{"test", "-platform", "offscreen"};
-    std::array<char*, 4> arguments{texts[0].data(), texts[1].data(), texts[2].data(), nullptr};
-    int count = 3;
-    QGuiApplication application{count, arguments.data()};
-    TemporaryFolder folder;
-};
-
-TEST_F(EntryIconTest, IsTheThemesOrTheFileOrNone) {
-    constexpr QRgb red = qRgb(200, 0, 0);
-    constexpr QRgb green = qRgb(0, 200, 0);
-    const auto theme = folder.path() / "icons" / "test";
-    paint(theme / "32x32" / "apps" / "known.png", red);
-    std::ofstream(theme / "index.theme") << "[Icon Theme]\nName=Test\nDirectories=32x32/apps\n"
-                                            "[32x32/apps]\nSize=32\nType=Fixed\n";
-    paint(folder.path() / "elsewhere.png", green);
-
-    const QImage fromTheme = drawnWith("known");
-    ASSERT_EQ(fromTheme.size(), QSize(32, 32));
-    EXPECT_EQ(fromTheme.pixel(16, 16), red);
-    const QImage fromFile = drawnWith((folder.path() / "elsewhere.png").string());
-    ASSERT_EQ(fromFile.size(), QSize(32, 32));
-    EXPECT_EQ(fromFile.pixel(16, 16), green);
-    for (const std::string& none :
-         {std::string("unknown"), (folder.path() / "missing.png").string(),
-          std::string("../elsewhere"), std::string()}) {
-        EXPECT_TRUE(drawnWith(none).isNull()) << none;
-    }
+TEST(EntryIconTest, AnEntryWithoutAnIconHasNone) {
+    const TemporaryFolder folder;
+    std::ofstream(folder.path() / "own.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Own\nExec=tray_tests\n";
+    X11RunningApplications applications({}, {.folders = {folder.path()}});
+    EXPECT_EQ(iconWith(applications), nullptr);
 }
 
 } // namespace

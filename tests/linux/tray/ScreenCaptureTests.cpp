@@ -1,13 +1,15 @@
 #include "platform/linux/X11ScreenCapture.h"
 
-#include "platform/linux/X11ScreenCaptureBitmap.h"
+#include "platform/linux/icons/PixelBitmap.h"
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/tray/TestTray.h"
 
 #include <array>
 #include <memory>
+#include <utility>
 #include <variant>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <xcb/composite.h>
@@ -15,11 +17,12 @@
 namespace pelistra::testing {
 namespace {
 
-using desktop::QtBitmap;
+using desktop::PixelBitmap;
+using desktop::Pixels;
 using desktop::X11ScreenCapture;
 
-constexpr QRgb red = 0xffcc2010;
-constexpr QRgb halfBlue = 0x80000080;
+constexpr std::uint32_t red = 0xffcc2010;
+constexpr std::uint32_t halfBlue = 0x80000080;
 
 class ScreenCaptureTest : public ::testing::TestWithParam<Compositor> {
 protected:
@@ -50,12 +53,12 @@ protected:
         x.sync();
         return window;
     }
-    QImage capture(WindowId window) {
+    Pixels capture(WindowId window) {
         const auto result = screenCapture.captureWindow(window, windowImageBoundsIgnoreFraming |
                                                                     windowImageBestResolution);
         const auto* bitmap = std::get_if<std::unique_ptr<Bitmap>>(&result);
         EXPECT_FALSE(connection->pollEvent()) << "an error has reached the event queue";
-        return bitmap == nullptr ? QImage() : dynamic_cast<QtBitmap&>(**bitmap).pixels();
+        return bitmap == nullptr ? Pixels() : dynamic_cast<PixelBitmap&>(**bitmap).pixels();
     }
 
     PrivateDisplay display{{.compositor = GetParam()}};
@@ -77,11 +80,11 @@ TEST_P(ScreenCaptureTest, TakesAWindowThatNobodyHasRedirected) {
     const auto icon = client.makeWindow(24, 22);
     tray.embed(icon, 100, 24, 22);
     paint(icon, red, 12, 22);
-    const QImage picture = capture(icon);
-    ASSERT_EQ(picture.size(), QSize(24, 22));
-    EXPECT_EQ(picture.pixel(0, 0), red);
-    EXPECT_EQ(picture.pixel(11, 21), red);
-    EXPECT_NE(picture.pixel(12, 0), red);
+    const Pixels picture = capture(icon);
+    ASSERT_EQ(std::pair(picture.width, picture.height), std::pair(24, 22));
+    EXPECT_EQ(picture.at(0, 0), red);
+    EXPECT_EQ(picture.at(11, 21), red);
+    EXPECT_NE(picture.at(12, 0), red);
     // The window is as it was: still there, still painted.
     EXPECT_TRUE(waitFor([&] {
         const Picture screen = client.x().capture({.x = 100, .y = 0, .width = 24, .height = 22});
@@ -95,10 +98,10 @@ TEST_P(ScreenCaptureTest, TakesAnIconBeyondTheScreenFromItsRedirectedContainer) 
     const auto icon = client.makeWindow(24, 28);
     tray.embed(icon, -500, 24, 28);
     paint(icon, red, 24, 28);
-    const QImage picture = capture(icon);
-    ASSERT_EQ(picture.size(), QSize(24, 28));
-    EXPECT_EQ(picture.pixel(0, 0), red);
-    EXPECT_EQ(picture.pixel(23, 27), red);
+    const Pixels picture = capture(icon);
+    ASSERT_EQ(std::pair(picture.width, picture.height), std::pair(24, 28));
+    EXPECT_EQ(picture.at(0, 0), red);
+    EXPECT_EQ(picture.at(23, 27), red);
 }
 
 TEST_P(ScreenCaptureTest, KeepsTheAlphaOfAWindowThatHasOne) {
@@ -107,31 +110,29 @@ TEST_P(ScreenCaptureTest, KeepsTheAlphaOfAWindowThatHasOne) {
     }
     const auto window = alphaWindow(client.x().root());
     paint(window, halfBlue, 10, 20);
-    const QImage picture = capture(window);
-    ASSERT_EQ(picture.size(), QSize(20, 20));
-    EXPECT_EQ(picture.pixel(2, 2), halfBlue);
-    EXPECT_EQ(qAlpha(picture.pixel(15, 2)), 0);
+    const Pixels picture = capture(window);
+    ASSERT_EQ(std::pair(picture.width, picture.height), std::pair(20, 20));
+    EXPECT_EQ(picture.at(2, 2), halfBlue);
+    EXPECT_EQ(picture.at(15, 2), 0U);
 }
 
 TEST_P(ScreenCaptureTest, HasNoPictureOfWhatIsGoneHiddenOrAbsurd) {
-    EXPECT_TRUE(capture(0x7fffff).isNull());
-    EXPECT_TRUE(capture(0).isNull());
-    EXPECT_TRUE(capture(client.makeWindow(24, 24)).isNull()) << "not mapped";
+    EXPECT_TRUE(capture(0x7fffff).isEmpty());
+    EXPECT_TRUE(capture(0).isEmpty());
+    EXPECT_TRUE(capture(client.makeWindow(24, 24)).isEmpty()) << "not mapped";
     const auto large = client.makeWindow(32'000, 32'000);
     xcb_map_window(client.x().get(), large);
     client.x().sync();
-    EXPECT_TRUE(capture(large).isNull());
+    EXPECT_TRUE(capture(large).isEmpty());
     const auto gone = client.makeWindow(24, 24);
     xcb_map_window(client.x().get(), gone);
     xcb_destroy_window(client.x().get(), gone);
     client.x().sync();
-    EXPECT_TRUE(capture(gone).isNull());
+    EXPECT_TRUE(capture(gone).isEmpty());
 }
 
 TEST_P(ScreenCaptureTest, APictureHasTheNominalSizeThatItIsGiven) {
-    QImage pixels(4, 2, QImage::Format_ARGB32_Premultiplied);
-    pixels.fill(QColor(Qt::red));
-    const QtBitmap bitmap(pixels);
+    const PixelBitmap bitmap({.width = 4, .height = 2, .values = std::vector(8, red)});
     EXPECT_EQ(bitmap.pixelWidth(), 4U);
     EXPECT_EQ(bitmap.pixelHeight(), 2U);
     const auto image = bitmap.image({.width = 8, .height = 4});
@@ -141,7 +142,7 @@ TEST_P(ScreenCaptureTest, APictureHasTheNominalSizeThatItIsGiven) {
 TEST_P(ScreenCaptureTest, AServerThatIsGoneGivesNoPicture) {
     const auto window = client.makeWindow(24, 24);
     display.killServer();
-    EXPECT_TRUE(screenCapture.pixelsOf(window).isNull());
+    EXPECT_TRUE(screenCapture.pixelsOf(window).isEmpty());
 }
 
 } // namespace

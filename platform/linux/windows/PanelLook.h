@@ -2,8 +2,11 @@
 
 #include "platform/Published.h"
 #include "platform/Subscription.h"
-#include "platform/linux/TrayHost.h"
 #include "platform/linux/views/Look.h"
+#include "platform/linux/windows/WindowsModule.h"
+
+#include <functional>
+#include <optional>
 
 namespace pelistra::desktop {
 
@@ -11,8 +14,8 @@ namespace pelistra::desktop {
 // colours the pictures of its icons are made for. Under any other tray it is the desktop's.
 class PanelLook {
 public:
-    // All three outlive this object.
-    PanelLook(TrayHost& trayHost, Published<Look>& desktop, Published<Look>& panels);
+    // Both looks outlive this object.
+    PanelLook(const WindowServices& services, Published<Look>& desktop, Published<Look>& panels);
     PanelLook(const PanelLook&) = delete;
     PanelLook& operator=(const PanelLook&) = delete;
     ~PanelLook() = default;
@@ -20,10 +23,10 @@ public:
 private:
     void follow(Look desktop);
 
-    TrayHost& trayHost_;
+    std::function<std::optional<bool>()> barIsDark_;
     Published<Look>& panels_;
     SubscriptionPtr desktopChanges_;
-    SubscriptionPtr trayChanges_;
+    SubscriptionPtr barChanges_;
 };
 
 } // namespace pelistra::desktop

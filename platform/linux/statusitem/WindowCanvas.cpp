@@ -1,6 +1,7 @@
-#include "platform/linux/WindowCanvas.h"
+#include "platform/linux/statusitem/WindowCanvas.h"
 
 #include <cstdint>
+#include <span>
 
 #include <xcb/xcb_renderutil.h>
 
@@ -24,10 +25,10 @@ WindowCanvas::WindowCanvas(const x11::Connection& connection) : connection_(conn
     alphaFormat_ = alpha != nullptr ? alpha->id : 0;
 }
 
-void WindowCanvas::show(xcb_window_t window, xcb_visualid_t visual, const QImage& pixels, int x,
+void WindowCanvas::show(xcb_window_t window, xcb_visualid_t visual, const Pixels& pixels, int x,
                         int y) const {
     xcb_clear_area(connection_.get(), 0, window, 0, 0, 0, 0);
-    if (alphaFormat_ == 0 || pixels.isNull()) {
+    if (alphaFormat_ == 0 || pixels.isEmpty()) {
         return;
     }
     if (const auto* format = xcb_render_util_find_visual_format(formats_.get(), visual)) {
@@ -36,10 +37,10 @@ void WindowCanvas::show(xcb_window_t window, xcb_visualid_t visual, const QImage
 }
 
 void WindowCanvas::composite(xcb_window_t window, xcb_render_pictformat_t format,
-                             const QImage& pixels, int x, int y) const {
+                             const Pixels& pixels, int x, int y) const {
     xcb_connection_t* const server = connection_.get();
-    const auto width = static_cast<std::uint16_t>(pixels.width());
-    const auto height = static_cast<std::uint16_t>(pixels.height());
+    const auto width = static_cast<std::uint16_t>(pixels.width);
+    const auto height = static_cast<std::uint16_t>(pixels.height);
     const xcb_pixmap_t pixmap = connection_.newId();
     const xcb_gcontext_t context = connection_.newId();
     const xcb_render_picture_t source = connection_.newId();
@@ -47,9 +48,10 @@ void WindowCanvas::composite(xcb_window_t window, xcb_render_pictformat_t format
     xcb_create_pixmap(server, x11::Connection::alphaDepth, pixmap, connection_.root(), width,
                       height);
     xcb_create_gc(server, context, pixmap, 0, nullptr);
+    const auto bytes = std::as_bytes(std::span(pixels.values));
     xcb_put_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width, height, 0, 0, 0,
-                  x11::Connection::alphaDepth, static_cast<std::uint32_t>(pixels.sizeInBytes()),
-                  pixels.constBits());
+                  x11::Connection::alphaDepth, static_cast<std::uint32_t>(bytes.size()),
+                  static_cast<const std::uint8_t*>(static_cast<const void*>(bytes.data())));
     xcb_render_create_picture(server, source, pixmap, alphaFormat_, 0, nullptr);
     xcb_render_create_picture(server, target, window, format, 0, nullptr);
     xcb_render_composite(server, XCB_RENDER_PICT_OP_OVER, source, XCB_RENDER_PICTURE_NONE, target,

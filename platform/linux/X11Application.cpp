@@ -1,36 +1,27 @@
-#include "platform/linux/QtApplication.h"
+#include "platform/linux/X11Application.h"
 
 #include "platform/linux/XcbScreens.h"
 
 #include <utility>
 
-#include <QApplication>
 #include <unistd.h>
 
 namespace pelistra::desktop {
 
-QtApplication::QtApplication(x11::Connection& connection, const XcbScreens& screens,
-                             std::vector<std::string> arguments)
+X11Application::X11Application(x11::Connection& connection, const XcbScreens& screens,
+                               std::vector<std::string> arguments)
     : connection_(connection), screens_(screens), arguments_(std::move(arguments)),
       loop_(g_main_loop_new(nullptr, FALSE), g_main_loop_unref) {}
 
-void QtApplication::setActivationPolicy(ActivationPolicy /*policy*/) {
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-}
-
-// A window that is shown is active and in front of all others already. On X11 an application is not
-// more than its windows: to raise the others as well would put one of them above that one.
-void QtApplication::activateIgnoringOtherApps() {}
-
-void QtApplication::terminate() {
+void X11Application::terminate() {
     g_main_loop_quit(loop_.get());
 }
 
-void QtApplication::run() {
+void X11Application::run() {
     g_main_loop_run(loop_.get());
 }
 
-std::optional<std::string> QtApplication::infoText(std::string_view key) const {
+std::optional<std::string> X11Application::infoText(std::string_view key) const {
     if (key == "CFBundleShortVersionString") {
         return PELISTRA_VERSION;
     }
@@ -43,11 +34,11 @@ std::optional<std::string> QtApplication::infoText(std::string_view key) const {
     return std::nullopt;
 }
 
-ProcessId QtApplication::processIdentifier() const {
+ProcessId X11Application::processIdentifier() const {
     return ::getpid();
 }
 
-ScreenPoint QtApplication::mouseLocation() const {
+ScreenPoint X11Application::mouseLocation() const {
     const auto pointer = connection_.take<xcb_query_pointer_reply_t>(
         xcb_query_pointer(connection_.get(), connection_.root()));
     if (pointer) {
@@ -56,7 +47,7 @@ ScreenPoint QtApplication::mouseLocation() const {
     return lastMouseLocation_;
 }
 
-void QtApplication::handleEvent(const Event& event, const std::function<void()>& block) {
+void X11Application::handleEvent(const Event& event, const std::function<void()>& block) {
     const auto outer = std::exchange(currentEvent_, event);
     block();
     currentEvent_ = outer;

@@ -15,16 +15,17 @@ namespace pelistra::desktop {
 
 class XcbScreens;
 
-// The application on Qt. The QApplication itself is made and owned by whoever makes this.
-class QtApplication final : public Application {
+// The application as an X client, and its main loop.
+class X11Application final : public Application {
 public:
-    QtApplication(x11::Connection& connection, const XcbScreens& screens,
-                  std::vector<std::string> arguments);
+    X11Application(x11::Connection& connection, const XcbScreens& screens,
+                   std::vector<std::string> arguments);
 
-    // Qt has no such policy: nothing that is not an ordinary window asks for a taskbar entry, and
-    // the last window's closing never ends the application.
-    void setActivationPolicy(ActivationPolicy policy) override;
-    void activateIgnoringOtherApps() override;
+    // There is no such policy: no window of this program asks for a taskbar entry.
+    void setActivationPolicy(ActivationPolicy /*policy*/) override {}
+    // A window that is shown is active and in front of all others already. On X11 an application is
+    // not more than its windows: to raise the others as well would put one of them above that one.
+    void activateIgnoringOtherApps() override {}
     void terminate() override;
     // Runs GLib's default main context until the application is terminated.
     void run();

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "platform/linux/icons/Pixels.h"
 #include "platform/x11/Connection.h"
-
-#include <QImage>
 
 #include <xcb/render.h>
 
@@ -15,10 +14,10 @@ public:
 
     // Clears the window to its background and draws the picture over it at that place. Does nothing
     // but clear without the Render extension.
-    void show(xcb_window_t window, xcb_visualid_t visual, const QImage& pixels, int x, int y) const;
+    void show(xcb_window_t window, xcb_visualid_t visual, const Pixels& pixels, int x, int y) const;
 
 private:
-    void composite(xcb_window_t window, xcb_render_pictformat_t format, const QImage& pixels, int x,
+    void composite(xcb_window_t window, xcb_render_pictformat_t format, const Pixels& pixels, int x,
                    int y) const;
 
     const x11::Connection& connection_;

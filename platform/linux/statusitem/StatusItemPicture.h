@@ -1,9 +1,8 @@
 #pragma once
 
 #include "platform/Image.h"
-
-#include <QColor>
-#include <QImage>
+#include "platform/linux/icons/Pixels.h"
+#include "ui/Color.h"
 
 namespace pelistra::desktop {
 
@@ -17,14 +16,14 @@ struct StatusItemLook {
     // Device pixels per point.
     double scale = 1;
     ImagePtr image = nullptr;
-    QColor foreground = Qt::black;
+    ui::Rgb foreground;
     Feedback feedback = Feedback::None;
 };
 
 // What is to be seen in an item, and where in it.
 struct StatusItemPicture {
-    // Null when there is nothing to see.
-    QImage pixels;
+    // Empty when there is nothing to see.
+    Pixels pixels;
     int x = 0;
     int y = 0;
 };
