@@ -16,7 +16,7 @@ struct StatusItemLook {
     // Device pixels per point.
     double scale = 1;
     ImagePtr image = nullptr;
-    ui::Rgb foreground;
+    ui::Rgb foreground = {};
     Feedback feedback = Feedback::None;
 };
 
