@@ -93,6 +93,11 @@ struct LinuxPlatform::Services {
         }
     }
 
+    Services(const Services&) = delete;
+    Services& operator=(const Services&) = delete;
+    // What a window has shown may hold the last of the core's objects, which need the others.
+    ~Services() { windows.unload(); }
+
     // Null when the server takes no further connection.
     std::unique_ptr<Clicks> makeClicks() {
         x11::Connection::Failure failure;

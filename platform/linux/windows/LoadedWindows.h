@@ -27,9 +27,10 @@ public:
 
     // Null while nothing has asked for it.
     [[nodiscard]] WindowsModule* loaded() const { return module_.get(); }
-    // Loads it if need be. Null when it cannot be had, for the reason that failure() says.
+    // Loads it if need be. Null when it cannot be had.
     [[nodiscard]] WindowsModule* load();
-    [[nodiscard]] const std::string& failure() const { return failure_; }
+    // Ends all windows, and what still shows in them.
+    void unload() { module_.reset(); }
 
 private:
     WindowServices services_;

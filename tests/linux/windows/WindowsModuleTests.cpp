@@ -22,7 +22,7 @@ using Button = UserInput::Button;
 
 constexpr int expandedWidth = 14;
 constexpr int collapsedWidth = 2560;
-const std::string complaint = "[windows] Cannot show a window: ";
+const std::string complaint = "[windows] error: Cannot show a window: ";
 
 std::string librariesOf(const std::filesystem::path& file) {
     const TemporaryFolder folder;
