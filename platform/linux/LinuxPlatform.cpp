@@ -61,8 +61,9 @@ struct Clicks {
 struct LinuxPlatform::Services {
     Services(x11::Connection& connection, SingleInstance& instance,
              std::vector<std::string> arguments)
-        : mainConnection(connection), pump(connection, log), defaults(defaultsPath(), mainQueue, log),
-          trayHost(connection, pump, log), screens(connection, pump, trayHost, mainQueue),
+        : mainConnection(connection), pump(connection, log),
+          defaults(defaultsPath(), mainQueue, log), trayHost(connection, pump, log),
+          screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)),
           windows(windowServices(connection), windowsModuleFor(ownProgram()), log),
           iconAtoms(connection), canvas(connection), toolTip(connection, mainQueue, windows),

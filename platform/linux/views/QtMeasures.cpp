@@ -1,6 +1,6 @@
 #include "platform/linux/views/QtMeasures.h"
 
-#include "platform/linux/Symbols.h"
+#include "platform/linux/icons/Symbols.h"
 #include "platform/linux/views/Metrics.h"
 #include "platform/linux/views/TextElement.h"
 #include "ui/Walk.h"

@@ -18,16 +18,15 @@ namespace {
 class QtWindowsModule final : public WindowsModule {
 public:
     explicit QtWindowsModule(const WindowServices& services)
-        : qt_(services.scaleBeyondResources()),
-          desktopLook_(services, look_), panelLook_(services, look_, barLook_),
+        : qt_(services.scaleBeyondResources()), desktopLook_(services, look_),
+          panelLook_(services, look_, barLook_),
           windows_(viewServices(services, look_), services.connection),
           panels_({.connection = services.connection,
                    .coordinates = services.coordinates,
                    .contentWidget =
                        [views = viewServices(services, barLook_)](
                            std::shared_ptr<ui::Content> content, bool translucent) {
-                           auto widget =
-                               std::make_unique<ContentWidget>(std::move(content), views);
+                           auto widget = std::make_unique<ContentWidget>(std::move(content), views);
                            widget->setMaterialTranslucent(translucent);
                            return widget;
                        },

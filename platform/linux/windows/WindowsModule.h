@@ -26,8 +26,8 @@ struct WindowServices {
     std::function<SubscriptionPtr(std::function<void(const xcb_generic_event_t&)>)> observeEvents;
     // Calls the handler when the server answers again after it was stalled, until the token dies.
     std::function<SubscriptionPtr(std::function<void()>)> observeRecoveries;
-    // Whether our own menu bar is dark; empty under any other tray. And what calls the handler after
-    // each change of the tray, until the token dies.
+    // Whether our own menu bar is dark; empty under any other tray. And what calls the handler
+    // after each change of the tray, until the token dies.
     std::function<std::optional<bool>()> barIsDark;
     std::function<SubscriptionPtr(std::function<void()>)> observeBar;
     MainQueue& mainQueue;
