@@ -2,25 +2,22 @@
 
 #include <stdexcept>
 
-#include <QByteArray>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <nlohmann/json.hpp>
 
 namespace pelistra::testing {
 
 namespace {
 
-ListedIcon iconOf(const QJsonObject& object) {
-    const QJsonObject frame = object.value("frame").toObject();
-    return {.id = static_cast<xcb_window_t>(object.value("id").toInteger()),
-            .process = static_cast<pid_t>(object.value("process").toInteger()),
-            .frame = {.x = frame.value("x").toInt(),
-                      .y = frame.value("y").toInt(),
-                      .width = frame.value("width").toInt(),
-                      .height = frame.value("height").toInt()},
-            .isHidden = object.value("hidden").toBool(),
-            .displayName = object.value("displayName").toString().toStdString()};
+ListedIcon iconOf(const nlohmann::json& object) {
+    const nlohmann::json& frame = object.at("frame");
+    return {.id = object.at("id"),
+            .process = object.at("process"),
+            .frame = {.x = frame.at("x"),
+                      .y = frame.at("y"),
+                      .width = frame.at("width"),
+                      .height = frame.at("height")},
+            .isHidden = object.at("hidden"),
+            .displayName = object.at("displayName")};
 }
 
 } // namespace
@@ -30,13 +27,13 @@ std::vector<ListedIcon> listItems(Desktop& desktop) {
         {(builtPrograms() / "pelistra").string(), "--list-items", "--json"});
     const bool ended = program->waitForExit() == ExitStatus{.status = 0};
     const std::string text = program->output();
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
-    if (!ended || !document.isArray()) {
+    const nlohmann::json document = nlohmann::json::parse(text, nullptr, false);
+    if (!ended || !document.is_array()) {
         throw std::runtime_error("pelistra --list-items --json wrote: " + text);
     }
     std::vector<ListedIcon> icons;
-    for (const auto& value : document.array()) {
-        icons.push_back(iconOf(value.toObject()));
+    for (const nlohmann::json& object : document) {
+        icons.push_back(iconOf(object));
     }
     return icons;
 }

@@ -138,8 +138,10 @@ TEST_F(GlobalClicksTest, ClicksOfOurOwnSecondPointerAreNot) {
     int told = 0;
     const auto token = monitor(told);
     device.moveTo({.x = 100, .y = 100});
-    device.press();
-    device.release();
+    for (const auto button : {XCB_BUTTON_INDEX_1, XCB_BUTTON_INDEX_3}) {
+        device.press(button);
+        device.release(button);
+    }
     EXPECT_TRUE(staysTrueWhileRunning([&] { return told == 0; }));
     input_.click({.x = 100, .y = 100}, Button::Left);
     EXPECT_TRUE(runUntil([&] { return told == 1; }));
@@ -190,7 +192,8 @@ TEST_F(GlobalClicksTest, AHandlerMayEndItsOwnMonitorAndOthers) {
 }
 
 TEST_F(GlobalClicksTest, ATokenMayOutliveTheService) {
-    auto clicks = std::make_unique<desktop::XInputGlobalClicks>(*connection_, *pump_);
+    auto clicks =
+        std::make_unique<desktop::XInputGlobalClicks>(*connection_, *pump_, desktop::OwnWindows{});
     int told = 0;
     auto token = clicks->addMonitor(leftAndRight, [&] { ++told; });
     clicks.reset();
