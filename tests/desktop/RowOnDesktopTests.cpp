@@ -183,7 +183,8 @@ TEST_F(RowOnDesktopTests, SaysThatNothingIsHiddenWhereNothingIs) {
     ASSERT_TRUE(waitFor([&] { return desktop_.organiser().isCollapsed(); })) << log();
     ASSERT_TRUE(row_.open()) << log();
     const pid_t process = desktop_.organiser().process().pid();
-    EXPECT_TRUE(tree_.shows(process, "隐藏区为空"));
+    // The first window begins to speak to screen readers a moment after it shows.
+    EXPECT_TRUE(waitFor([&] { return tree_.shows(process, "隐藏区为空"); }));
     EXPECT_TRUE(tree_.shows(process, "分隔线左侧暂时没有可放入第二行的图标。"));
     EXPECT_THAT(row_.icons(), IsEmpty());
     EXPECT_EQ(row_.frame()->width, 280);
