@@ -114,8 +114,6 @@ TEST_F(BadInputTest, TheSelfTestSeesAPointerThatMoved) {
 TEST_F(BadInputTest, WithoutScreensFromTheStartTheSectionCollapses) {
     setArguments({"--start-collapsed"});
     fillMenuBar();
-    launch();
-    quit();
     world().screens.clear();
     launch();
     EXPECT_EQ(dividerLength(), lengthWithoutScreens);
