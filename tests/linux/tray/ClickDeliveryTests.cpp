@@ -607,11 +607,11 @@ TEST_P(OtherTrayTest, ListsItsIcons) {
             EXPECT_EQ(icon.frame.width, frame.width);
             EXPECT_THAT(text, HasSubstr(std::to_string(icon.pid)));
         }
-        EXPECT_THAT(text, HasSubstr(json ? "\"hidden\": false" : "shown"));
-        EXPECT_THAT(text, Not(HasSubstr(json ? "\"hidden\": true" : "hidden")));
+        EXPECT_THAT(text, HasSubstr(json ? "\"hidden\":false" : "shown"));
+        EXPECT_THAT(text, Not(HasSubstr(json ? "\"hidden\":true" : "hidden")));
     }
-    EXPECT_THAT(list(true), HasSubstr("{\"id\": " + std::to_string(iconOf(sending)->window) +
-                                      ", \"process\": " + std::to_string(parcellite->pid())));
+    EXPECT_THAT(list(true), HasSubstr("{\"id\":" + std::to_string(iconOf(sending)->window) +
+                                      ",\"process\":" + std::to_string(parcellite->pid())));
 }
 
 TEST_P(OtherTrayTest, TakesPicturesOfItsIcons) {
