@@ -50,6 +50,9 @@ protected:
             const WindowFrame root = client_.rootFrame();
             const auto frame = client_.frame(*client_.barItem(item));
             input_.drag(centre(*frame), {.x = root.right() - 2, .y = frame->midY()}, {keys::super});
+            EXPECT_TRUE(served([&] {
+                return client_.frame(*client_.barItem(item))->right() == root.right();
+            })) << item;
         }
         EXPECT_TRUE(served([this] {
             const auto control = organiser_->controlFrame();
