@@ -28,8 +28,8 @@ DesktopThemes XSettingsWatch::readThemes() {
     }
     const auto settings = x11::parseXSettings(value->bytes);
     const auto named = [&](const char* name) {
-        const auto* const value = x11::settingNamed<std::string>(settings, name);
-        return value != nullptr ? *value : std::string();
+        const auto* const setting = x11::settingNamed<std::string>(settings, name);
+        return setting != nullptr ? *setting : std::string();
     };
     return {.desktop = named("Net/ThemeName"), .icons = named("Net/IconThemeName")};
 }

@@ -40,8 +40,8 @@ bool readShortcut(sd_bus_message& message, std::string& shortcut) {
         std::string key;
         for (int count = 0; readText(message, key); ++count) {
             if (first && count < mostKeys) {
-                shortcut += (shortcut.empty() ? "" : "+") +
-                            (key == "Control" ? "Ctrl" : cleanText(key, labelLimit));
+                shortcut += shortcut.empty() ? "" : "+";
+                shortcut += key == "Control" ? "Ctrl" : cleanText(key, labelLimit);
             }
         }
         first = false;

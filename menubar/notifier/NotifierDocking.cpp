@@ -339,10 +339,10 @@ void NotifierDocking::release(const xcb_button_release_event_t& event, const Pix
         source->tell(NotifierItem::Deed::Activate, event.root_x, event.root_y,
                      [this, window = event.event, bar] {
                          const Icon* const refused = find(window);
-                         NotifierItem* const item =
+                         NotifierItem* const itsSource =
                              refused != nullptr ? host_->find(refused->number) : nullptr;
-                         if (item != nullptr) {
-                             openMenu(*refused, *item, bar);
+                         if (itsSource != nullptr) {
+                             openMenu(*refused, *itsSource, bar);
                          }
                      });
     }

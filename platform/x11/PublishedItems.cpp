@@ -19,7 +19,8 @@ constexpr std::int64_t largest = UINT16_MAX;
 std::string placeText(const PublishedItem& item) {
     return std::to_string(item.window) + " " + std::to_string(item.x) + " " +
            std::to_string(item.y) + " " + std::to_string(item.width) + " " +
-           std::to_string(item.height) + (item.process ? " " + std::to_string(*item.process) : "");
+           std::to_string(item.height) +
+           (item.process ? std::string(" ").append(std::to_string(*item.process)) : "");
 }
 
 // The numbers of a text that consists of them, with a space between every two; none when it holds
