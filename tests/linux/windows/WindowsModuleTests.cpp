@@ -1,5 +1,6 @@
 // The module that shows windows, and the organiser that lives without it.
 
+#include "platform/linux/windows/LoadedWindows.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/ProgramsUnderTest.h"
 #include "tests/desktop/harness/UserInput.h"
@@ -116,10 +117,9 @@ TEST_F(WithoutModuleTest, AModuleThatComesLaterIsFoundAtTheNextClick) {
     start();
     click(Button::Right);
     EXPECT_TRUE(complainsTimes(1));
-    const auto folder = folder_.path() / "lib" / "pelistra";
-    std::filesystem::create_directories(folder);
-    std::filesystem::copy_file(builtPrograms() / "pelistra-windows.so",
-                               folder / "pelistra-windows.so");
+    const auto module = desktop::windowsModuleFor(program_);
+    std::filesystem::create_directories(module.parent_path());
+    std::filesystem::copy_file(builtPrograms() / module.filename(), module);
     click(Button::Left);
     ASSERT_TRUE(tray_.waitForWidth(divider_, collapsedWidth));
     click(Button::Left);
