@@ -161,6 +161,12 @@ Box::Box(View view, const Measuring& measuring, Axis axis, std::string step)
         [](const auto& /*leaf*/) {},
         },
         view_.node().kind);
+    // What a front end shows by other means than its kind usually is gets another key.
+    const auto* shape = view_.as<FilledShape>();
+    const bool isMaterial = shape != nullptr && std::holds_alternative<Material>(shape->fill);
+    if (isMaterial || (view_.as<Button>() != nullptr && contents_.empty())) {
+        step_ += '*';
+    }
     if (isRigid()) {
         rigidSize_ = fit({});
     }

@@ -2,8 +2,6 @@
 
 #include "ui/Nodes.h"
 
-#include <map>
-
 namespace pelistra::ui {
 
 namespace {
@@ -46,57 +44,10 @@ struct Children {
     }
 };
 
-bool haveSameKind(const View& one, const View& other) {
-    return one.node().kind.index() == other.node().kind.index();
-}
-
-std::vector<std::size_t> placesWithoutKey(const std::vector<View>& views) {
-    std::vector<std::size_t> places;
-    for (std::size_t place = 0; place < views.size(); ++place) {
-        if (keyOf(views[place]) == nullptr) {
-            places.push_back(place);
-        }
-    }
-    return places;
-}
-
 } // namespace
 
 std::vector<View> childrenOf(const View& view) {
     return std::visit(Children(), view.node().kind);
-}
-
-const Key* keyOf(const View& view) {
-    const auto* identified = view.as<Identified>();
-    return identified != nullptr ? &identified->key : nullptr;
-}
-
-std::vector<std::optional<std::size_t>> continuedFrom(const std::vector<View>& before,
-                                                      const std::vector<View>& after) {
-    std::map<Key, std::size_t> keyed;
-    for (std::size_t place = 0; place < before.size(); ++place) {
-        if (const Key* key = keyOf(before[place])) {
-            keyed.emplace(*key, place);
-        }
-    }
-    const auto unkeyed = placesWithoutKey(before);
-
-    std::vector<std::optional<std::size_t>> continued(after.size());
-    std::size_t nextUnkeyed = 0;
-    for (std::size_t place = 0; place < after.size(); ++place) {
-        if (const Key* key = keyOf(after[place])) {
-            if (const auto found = keyed.find(*key); found != keyed.end()) {
-                continued[place] = found->second;
-                keyed.erase(found);
-            }
-        } else if (nextUnkeyed < unkeyed.size()) {
-            const std::size_t candidate = unkeyed[nextUnkeyed++];
-            if (haveSameKind(before[candidate], after[place])) {
-                continued[place] = candidate;
-            }
-        }
-    }
-    return continued;
 }
 
 } // namespace pelistra::ui

@@ -13,13 +13,16 @@ namespace {
 class ControlsTest : public ShownView {
   protected:
     // A picture that is a button, with an area of its own for clicks.
-    void showContentButton() {
+    static ui::View contentButtonOf(const ui::View& picture) {
         const ui::Outline area = ui::RoundedRectangle{.cornerRadius = 8};
+        const ui::View label = picture.frame({.width = 32, .height = 28});
         const ui::View button =
-            ui::View(ui::Button{.label = box(32, 28).padding(ui::Edges::all(4)).contentShape(area),
+            ui::View(ui::Button{.label = label.padding(ui::Edges::all(4)).contentShape(area),
                                 .style = ui::ButtonStyle::Plain});
-        show(ui::HStack{.children = {button.help("提示")}});
+        return ui::HStack{.children = {button.help("提示")}};
     }
+
+    void showContentButton() { show(contentButtonOf(box(32, 28))); }
 
     [[nodiscard]] PelistraContentButton* contentButton() const {
         return static_cast<PelistraContentButton*>(
@@ -84,6 +87,27 @@ TEST_F(ControlsTest, AContentButtonShowsThePointerAndThePress) {
     [[button cell] setHighlighted:NO];
     [button mouseExited:none()];
     EXPECT_EQ(darkness(), 0);
+}
+
+TEST_F(ControlsTest, ASymbolInAnAreaIsTheSameControlAsAPicture) {
+    show(contentButtonOf(ui::Symbol{.name = "wifi", .font = {.size = 18.0}}));
+    PelistraContentButton* button = contentButton();
+    ASSERT_NE(button, nil);
+    EXPECT_TRUE(NSEqualSizes([button bounds].size, NSMakeSize(40, 36)));
+    const auto shown = [button] {
+        NSView* label = [[button subviews] firstObject];
+        EXPECT_EQ([[label subviews] count], 1U);
+        return [static_cast<NSImageView*>([[label subviews] firstObject]) image];
+    };
+    EXPECT_NE(shown(), nil);
+
+    AppKitImages images;
+    const ImagePtr later =
+        images.drawn({.width = 20, .height = 20}, [](auto&, const auto&) { return true; });
+    change(contentButtonOf(ui::Picture{later}));
+    EXPECT_EQ(contentButton(), button);
+    EXPECT_TRUE(NSEqualSizes([button bounds].size, NSMakeSize(40, 36)));
+    EXPECT_EQ(shown(), nativeImage(later));
 }
 
 TEST_F(ControlsTest, AContentButtonTracksThePointerInItsPresentBounds) {

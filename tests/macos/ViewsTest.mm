@@ -21,8 +21,7 @@ MATCHER_P4(Frame, x, y, width, height, "") {
 
 TEST_F(ViewsTest, ARowServesRigidChildrenFirst) {
     show(ui::HStack{.spacing = 10, .children = {box(30, 20), ui::Spacer{}, box(40, 60)}});
-    EXPECT_THAT(leaves(),
-                ElementsAre(Frame(0, 40, 30, 20), Frame(40, 50, 110, 0), Frame(160, 20, 40, 60)));
+    EXPECT_THAT(leaves(), ElementsAre(Frame(0, 40, 30, 20), Frame(160, 20, 40, 60)));
 }
 
 TEST_F(ViewsTest, AColumnAlignsPadsAndFrames) {
@@ -115,8 +114,8 @@ TEST_F(ViewsTest, ViewsWithAKeyAreKeptWhenTheyMove) {
     };
     show(ui::HStack{.children = {item(1), item(2)}});
     const auto field = [this](NSString* text) -> NSTextField* {
-        for (NSView* wrapper in [[[content() subviews] firstObject] subviews]) {
-            auto* found = static_cast<NSTextField*>([[wrapper subviews] firstObject]);
+        for (NSView* view in [content() subviews]) {
+            auto* found = static_cast<NSTextField*>(view);
             if ([[found stringValue] isEqual:text]) {
                 return found;
             }
@@ -139,8 +138,7 @@ TEST_F(ViewsTest, ARowScrollsAndKeepsItsPosition) {
                          ui::Text{.text = text}}});
     };
     show(body("a"));
-    auto* scroll =
-        static_cast<NSScrollView*>([[[[content() subviews] firstObject] subviews] firstObject]);
+    auto* scroll = static_cast<NSScrollView*>([[content() subviews] firstObject]);
     ASSERT_TRUE([scroll isKindOfClass:[NSScrollView class]]);
     EXPECT_EQ([[scroll documentView] frame].size.width, 600);
     EXPECT_EQ([scroll frame].size.width, 200);

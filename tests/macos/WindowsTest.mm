@@ -139,7 +139,7 @@ TEST_F(WindowsTest, TheSettingsShowEveryText) {
     EXPECT_THAT(
         textsIn(settings()),
         ElementsAre(
-            "使用方法", "通用", "1", "找到分隔线",
+            "使用方法", "1", "找到分隔线",
             "菜单栏中竖线左侧是隐藏区，右侧是常用区；最右边的箭头负责展开和折叠。", "2", "摆放图标",
             "按住 "
             "Command（⌘）拖动菜单栏图标。把不常用图标放到竖线左侧，把常用图标放到竖线与箭头之间。",
@@ -151,7 +151,7 @@ TEST_F(WindowsTest, TheSettingsShowEveryText) {
             "左键点击图标会打开所属应用；右键点击会打开原托盘菜单。右键操作后，点击菜单栏箭头即可重"
             "新折叠"
             "临时显示的图标。",
-            "登录时启动 Pelistra", "重新查看使用引导", "退出 Pelistra"));
+            "通用", "登录时启动 Pelistra", "重新查看使用引导", "退出 Pelistra"));
     takePicture(windowTitled(@"Pelistra Settings"), "settings");
 }
 

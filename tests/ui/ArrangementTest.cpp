@@ -463,6 +463,28 @@ TEST_F(IdentityTest, OtherModifiersMakeAnotherElement) {
     EXPECT_NE(keys(elements(words(1))), keys(elements(shape)));
 }
 
+TEST_F(IdentityTest, WhatIsShownByOtherMeansIsAnotherElement) {
+    const View material = FilledShape{.outline = Rectangle(), .fill = Material::UltraThin};
+    EXPECT_THAT(origins({shape, shape}, {shape, material}), ElementsAre(0, -1));
+    EXPECT_THAT(origins({material}, {material}), ElementsAre(0));
+
+    class SomeNative final : public InventedMeasures {
+        [[nodiscard]] std::optional<Size> nativeButton(const Button& button) const override {
+            return button.label.as<Text>() != nullptr ? std::optional(Size{}) : std::nullopt;
+        }
+    };
+    const auto keyOf = [](const Button& button) {
+        const SomeNative measures;
+        return keys(arranged(button, {.size = {.width = 200, .height = 100}}, measures).elements);
+    };
+    const Button native = {.label = words(1)};
+    const Button drawn = {.label = words(1).padding({})};
+    EXPECT_NE(keyOf(native), keyOf(drawn));
+    EXPECT_EQ(keyOf(native), keyOf({.label = words(2)}));
+    // Whatever a label consists of that is arranged, its button stays.
+    EXPECT_EQ(keyOf(drawn), keyOf({.label = shape}));
+}
+
 TEST_F(IdentityTest, SiblingsNeverShareAKey) {
     const View inner = HStack{.children = {words(1), words(1).id("0"), shape}};
     auto all = keys(elements(VStack{.children = {inner, inner.id("0"), inner, form()}}));

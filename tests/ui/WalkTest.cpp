@@ -5,21 +5,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <optional>
-
 namespace pelistra::testing {
 namespace {
 
 using namespace ui;
 using ::testing::ElementsAre;
-using Continued = std::vector<std::optional<std::size_t>>;
 
 View text(const char* text) {
     return Text{.text = text};
-}
-
-View keyed(std::uint64_t key, const char* content = "content") {
-    return text(content).id(key);
 }
 
 TEST(ChildrenOf, LeavesHaveNone) {
@@ -65,41 +58,6 @@ TEST(ChildrenOf, FormsGiveTheRowsOfAllSections) {
     const View form = GroupedForm{.sections = {{.title = "1", .rows = {text("a"), text("b")}},
                                                {.title = "2", .rows = {text("c")}}}};
     EXPECT_THAT(texts(form), ElementsAre("a", "b", "c"));
-}
-
-TEST(KeyOf, OnlyTheOutermostNodeCounts) {
-    EXPECT_EQ(*keyOf(keyed(5)), Key(std::uint64_t{5}));
-    EXPECT_EQ(keyOf(keyed(5).padding({})), nullptr);
-}
-
-TEST(ContinuedFrom, KeysFollowTheirViewWhereverItMoves) {
-    const std::vector<View> before = {keyed(1), keyed(2), keyed(3)};
-    const std::vector<View> after = {keyed(3), keyed(9), keyed(1, "changed")};
-    EXPECT_EQ(continuedFrom(before, after), (Continued{2, std::nullopt, 0}));
-}
-
-TEST(ContinuedFrom, NumbersAndNamesAreDifferentKeys) {
-    const std::vector<View> before = {keyed(1)};
-    const std::vector<View> after = {text("content").id("1")};
-    EXPECT_EQ(continuedFrom(before, after), (Continued{std::nullopt}));
-}
-
-TEST(ContinuedFrom, AKeyThatComesTwiceIsContinuedOnce) {
-    const std::vector<View> before = {keyed(1)};
-    const std::vector<View> after = {keyed(1), keyed(1)};
-    EXPECT_EQ(continuedFrom(before, after), (Continued{0, std::nullopt}));
-}
-
-TEST(ContinuedFrom, WithoutKeysPlaceAndKindDecide) {
-    const std::vector<View> before = {text("a"), Spacer(), text("b")};
-    const std::vector<View> after = {text("x"), text("y"), text("z"), text("new")};
-    EXPECT_EQ(continuedFrom(before, after), (Continued{0, std::nullopt, 2, std::nullopt}));
-}
-
-TEST(ContinuedFrom, KeyedSiblingsDoNotShiftTheOthers) {
-    const std::vector<View> before = {text("a"), keyed(1), text("b")};
-    const std::vector<View> after = {text("a"), text("b")};
-    EXPECT_EQ(continuedFrom(before, after), (Continued{0, 2}));
 }
 
 } // namespace

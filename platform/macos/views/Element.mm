@@ -1,7 +1,7 @@
 #include "platform/macos/views/Element.h"
 
+#include "platform/macos/Conversions.h"
 #include "platform/macos/views/ContainerView.h"
-#include "ui/Walk.h"
 
 #include <array>
 #include <utility>
@@ -11,97 +11,80 @@ namespace pelistra::appkit {
 namespace {
 
 using Maker = std::unique_ptr<Element> (*)(const ui::View&, ElementContext&);
-constexpr std::array<Maker, 6> makers = {makeLeaf,  makeShape,  makeControl,
-                                         makeStack, makeScroll, makeModifier};
+constexpr std::array<Maker, 5> makers = {makeLeaf, makeShape, makeControl, makeScroll, makeGroup};
 
-// Views that come and go in the same way as they were in the body are found again by their key.
-const ui::Entering* entering(const ui::View& view) {
-    if (const auto* identified = view.as<ui::Identified>()) {
-        return entering(identified->content);
+// What lies behind comes first among the subviews.
+void orderViews(const std::vector<std::unique_ptr<Element>>& elements, NSView* parent) {
+    NSView* above = nil;
+    for (const auto& element : elements) {
+        NSView* native = element->view();
+        NSArray* siblings = [parent subviews];
+        const NSUInteger index = [siblings indexOfObjectIdenticalTo:native];
+        const bool isInOrder = above == nil || index > [siblings indexOfObjectIdenticalTo:above];
+        if (!isInOrder) {
+            [parent addSubview:native positioned:NSWindowAbove relativeTo:above];
+        }
+        above = native;
     }
-    return view.as<ui::Entering>();
 }
 
 } // namespace
 
 Element::~Element() { [native_.get() removeFromSuperview]; }
 
-std::unique_ptr<Element> Element::make(const ui::View& view, NSView* parent, Axis axis,
+std::unique_ptr<Element> Element::make(const ui::Placed& placed, NSView* parent,
                                        ElementContext& context) {
     for (const Maker maker : makers) {
-        if (auto element = maker(view, context)) {
-            element->begin(view, parent, axis);
+        if (auto element = maker(placed.view, context)) {
+            element->shown_ = placed.view;
+            element->native_ = element->makeView();
+            [parent addSubview:element->view()];
             return element;
         }
     }
     return nullptr;
 }
 
+void Element::updateAll(std::vector<std::unique_ptr<Element>>& elements,
+                        const std::vector<ui::Placed>& placed, NSView* parent, NSPoint origin,
+                        ElementContext& context) {
+    auto now = ui::continued(elements, placed,
+                             [&](const ui::Placed& each) { return make(each, parent, context); });
+    std::swap(elements, now);
+    for (auto& gone : now) {
+        const auto* entering = gone != nullptr ? gone->shown_->as<ui::Entering>() : nullptr;
+        if (entering != nullptr && context.motion != nullptr) {
+            const double scale = entering->transition.scale;
+            const std::shared_ptr<Element> leaving = std::move(gone);
+            context.motion->leave(leaving->view(), scale, leaving);
+        }
+    }
+    for (std::size_t place = 0; place < placed.size(); ++place) {
+        elements[place]->update(placed[place], origin);
+    }
+    orderViews(elements, parent);
+}
+
 Owned<NSView*> Element::makeView() {
     return Owned<NSView*>::adopt([[PelistraContainerView alloc] initWithFrame:NSZeroRect]);
 }
 
-void Element::begin(const ui::View& view, NSView* parent, Axis axis) {
-    axis_ = axis;
-    shown_ = view;
-    native_ = makeView();
-    [parent addSubview:native_.get()];
-    apply();
-    updateChildren({}, ui::childrenOf(view));
-    if (const auto* transition = view.as<ui::Entering>(); transition != nullptr) {
-        if (context_->motion != nullptr) {
-            context_->motion->enter(native_.get(), transition->transition.scale);
-        }
-    }
+void Element::update(const ui::Placed& placed, NSPoint origin) {
+    shown_ = placed.view;
+    key_ = placed.key;
+    const NSRect frame = nsRect(placed.frame);
+    place(NSMakeRect(frame.origin.x - origin.x, frame.origin.y - origin.y, frame.size.width,
+                     frame.size.height));
+    apply(placed);
+    updateChildren(placed);
 }
 
-void Element::update(const ui::View& view) {
-    const auto before = ui::childrenOf(*shown_);
-    shown_ = view;
-    apply();
-    updateChildren(before, ui::childrenOf(view));
+void Element::updateChildren(const ui::Placed& placed) {
+    updateAll(children_, placed.children, contentView(), contentOrigin(placed), *context_);
 }
 
-void Element::updateChildren(const std::vector<ui::View>& before,
-                             const std::vector<ui::View>& after) {
-    const auto continued = ui::continuedFrom(before, after);
-    auto old = std::exchange(children_, {});
-    for (std::size_t place = 0; place < after.size(); ++place) {
-        if (const auto from = continued[place]) {
-            children_.push_back(std::move(old[*from]));
-            children_.back()->update(after[place]);
-        } else {
-            children_.push_back(make(after[place], contentView(), childAxis(), *context_));
-        }
-    }
-    for (auto& gone : old) {
-        if (gone != nullptr && context_->motion != nullptr && entering(gone->shown()) != nullptr) {
-            leave(std::move(gone));
-        }
-    }
-    orderChildViews();
-}
-
-void Element::leave(std::unique_ptr<Element> element) {
-    const double scale = entering(element->shown())->transition.scale;
-    Motion* motion = element->context_->motion;
-    const std::shared_ptr<Element> leaving = std::move(element);
-    motion->leave(leaving->view(), scale, leaving);
-}
-
-// What lies behind comes first among the subviews.
-void Element::orderChildViews() {
-    NSView* above = nil;
-    for (const auto& element : children_) {
-        NSView* native = element->view();
-        NSArray* siblings = [contentView() subviews];
-        const NSUInteger index = [siblings indexOfObjectIdenticalTo:native];
-        const bool isInOrder = above == nil || index > [siblings indexOfObjectIdenticalTo:above];
-        if (!isInOrder) {
-            [contentView() addSubview:native positioned:NSWindowAbove relativeTo:above];
-        }
-        above = native;
-    }
+NSPoint Element::contentOrigin(const ui::Placed& placed) const {
+    return nsRect(placed.frame).origin;
 }
 
 void Element::place(NSRect frame) {
@@ -112,13 +95,21 @@ void Element::place(NSRect frame) {
             [native_.get() setFrame:frame];
         }
     }
-    arrange({.width = frame.size.width, .height = frame.size.height});
 }
 
-void Element::arrange(Size size) {
-    for (const auto& element : children_) {
-        element->place(NSMakeRect(0, 0, size.width, size.height));
+void Element::say(const ui::Placed& placed, NSView* carrier) {
+    NSString* help = placed.help.empty() ? nil : nsString(placed.help);
+    if (help != [carrier toolTip] && ![[carrier toolTip] isEqual:help]) {
+        [carrier setToolTip:help];
     }
+    if (said_ != placed.accessibilityLabel) {
+        said_ = placed.accessibilityLabel;
+        [carrier setAccessibilityLabel:said_.empty() ? nil : nsString(said_)];
+    }
+}
+
+NSRect nsRect(const ui::Area& area) {
+    return NSMakeRect(area.minX(), area.minY(), area.width(), area.height());
 }
 
 } // namespace pelistra::appkit

@@ -2,10 +2,14 @@
 
 #include "platform/Lifetime.h"
 #include "platform/macos/NotificationObserver.h"
+#include "platform/macos/views/AlertSheet.h"
+#include "platform/macos/views/AppKitMeasures.h"
 #include "platform/macos/views/Element.h"
 #include "ui/Content.h"
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace pelistra::appkit {
 
@@ -25,12 +29,18 @@ private:
     void followEnvironment();
     void redrawLater();
     void redraw();
+    [[nodiscard]] ui::Surface surface() const;
 
     std::shared_ptr<ui::Content> content_;
     ElementContext context_;
     // It owns this object.
     __unsafe_unretained NSView* view_;
-    std::unique_ptr<Element> root_;
+    AppKitMeasures ownMeasures_;
+    const ui::Measures& measures_;
+    ui::Arranger arranger_;
+    std::optional<ui::View> body_;
+    std::vector<std::unique_ptr<Element>> elements_;
+    AlertSheet alert_;
     bool redrawIsScheduled_ = false;
     NotificationObserver displayOptions_;
     SubscriptionPtr changes_;

@@ -11,6 +11,8 @@ namespace pelistra::appkit {
 HostedContent::HostedContent(std::shared_ptr<ui::Content> content, const HostingServices& services,
                              NSView* view)
     : content_(std::move(content)), context_{.services = services}, view_(view),
+      measures_(services.measures != nullptr ? *services.measures : ownMeasures_),
+      arranger_(measures_), alert_(*services.mainQueue),
       displayOptions_([[NSWorkspace sharedWorkspace] notificationCenter],
                       NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification,
                       [this] { followEnvironment(); }) {
@@ -32,21 +34,24 @@ void HostedContent::redrawLater() {
 
 void HostedContent::redraw() {
     redrawIsScheduled_ = false;
-    const ui::View body = content_->body();
-    if (root_ != nullptr && root_->shown().node().kind.index() == body.node().kind.index()) {
-        root_->update(body);
-    } else {
-        root_.reset();
-        root_ = Element::make(body, view_, Axis::None, context_);
-    }
+    body_ = content_->body();
     layOut();
 }
 
-void HostedContent::layOut() {
+ui::Surface HostedContent::surface() const {
     const NSSize size = [view_ bounds].size;
-    context_.titleBarHeight = [view_ safeAreaInsets].top;
-    const double top = reachesUnderTitleBar(root_->shown()) ? 0 : context_.titleBarHeight;
-    root_->place(NSMakeRect(0, top, size.width, std::max(0.0, size.height - top)));
+    NSWindow* window = [view_ window];
+    return {.size = {.width = size.width, .height = size.height},
+            .scale = window != nil ? [window backingScaleFactor] : 1,
+            .coveredTop = [view_ safeAreaInsets].top};
+}
+
+void HostedContent::layOut() {
+    const auto& arrangement = arranger_.arrange(*body_, surface());
+    Element::updateAll(elements_, arrangement.elements, view_, NSZeroPoint, context_);
+    if (arrangement.alert) {
+        alert_.show(*arrangement.alert, view_);
+    }
 }
 
 void HostedContent::limitWindow() {
@@ -54,7 +59,7 @@ void HostedContent::limitWindow() {
     if (window == nil || ([window styleMask] & NSWindowStyleMaskResizable) == 0) {
         return;
     }
-    const Size least = root_->measure({.width = 0, .height = 0});
+    const Size least = ui::measured(*body_, {.width = 0, .height = 0}, surface().scale, measures_);
     const NSSize present = [window contentMinSize];
     [window setContentMinSize:NSMakeSize(std::max(present.width, least.width),
                                          std::max(present.height, least.height))];

@@ -4,6 +4,9 @@ namespace pelistra {
 class Application;
 class Images;
 class MainQueue;
+namespace ui {
+class Measures;
+}
 } // namespace pelistra
 
 namespace pelistra::appkit {
@@ -13,6 +16,8 @@ struct HostingServices {
     Application* application = nullptr;
     MainQueue* mainQueue = nullptr;
     Images* images = nullptr;
+    // Measures by something else than AppKit; null: by AppKit.
+    const ui::Measures* measures = nullptr;
 };
 
 } // namespace pelistra::appkit

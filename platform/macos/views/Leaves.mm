@@ -1,38 +1,26 @@
 #include "platform/macos/AppKitImages.h"
-#include "platform/macos/Conversions.h"
 #include "platform/macos/views/ContainerView.h"
 #include "platform/macos/views/Element.h"
 #include "platform/macos/views/LabelField.h"
 #include "platform/macos/views/Style.h"
 #include "platform/macos/views/WatchView.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace pelistra::appkit {
 
 namespace {
-
-// What a flexible view takes when it is asked for the size that it likes best.
-constexpr double anySize = 10;
-
-double flexible(const std::optional<double>& proposed) { return proposed.value_or(anySize); }
 
 class TextElement final : public Element {
   public:
     using Element::Element;
 
-    Size measure(const Proposal& proposal) override {
-        return measureLabel(field(), proposal.width);
-    }
-
   protected:
     Owned<NSView*> makeView() override { return makeLabel(); }
-    void apply() override {
+    void apply(const ui::Placed& placed) override {
         if (drawn_ != node<ui::Text>()) {
             drawn_ = node<ui::Text>();
             showText(field(), *drawn_);
         }
+        say(placed, view());
     }
 
   private:
@@ -45,11 +33,6 @@ class SymbolElement final : public Element {
   public:
     using Element::Element;
 
-    Size measure(const Proposal&) override {
-        NSImage* image = [imageView() image];
-        return image != nil ? sizeOf([image size]) : Size{};
-    }
-
   protected:
     Owned<NSView*> makeView() override {
         const auto image =
@@ -59,7 +42,7 @@ class SymbolElement final : public Element {
         return Owned<NSView*>::share(image.get());
     }
 
-    void apply() override {
+    void apply(const ui::Placed&) override {
         const auto& symbol = node<ui::Symbol>();
         if (drawn_ != symbol) {
             [imageView() setImage:nativeSymbol(symbol.name, symbol.font)];
@@ -78,10 +61,6 @@ class PictureElement final : public Element {
   public:
     using Element::Element;
 
-    Size measure(const Proposal& proposal) override {
-        return {.width = flexible(proposal.width), .height = flexible(proposal.height)};
-    }
-
   protected:
     Owned<NSView*> makeView() override {
         const auto image =
@@ -90,7 +69,7 @@ class PictureElement final : public Element {
         return Owned<NSView*>::share(image.get());
     }
 
-    void apply() override {
+    void apply(const ui::Placed&) override {
         NSImage* image = nativeImage(node<ui::Picture>().image);
         auto* imageView = static_cast<NSImageView*>(view());
         if ([imageView image] != image) {
@@ -99,26 +78,9 @@ class PictureElement final : public Element {
     }
 };
 
-class SpacerElement final : public Element {
-  public:
-    using Element::Element;
-
-    Size measure(const Proposal& proposal) override {
-        return {.width = axis() == Axis::Vertical ? 0 : proposal.width.value_or(0),
-                .height = axis() == Axis::Horizontal ? 0 : proposal.height.value_or(0)};
-    }
-};
-
 class DividerElement final : public Element {
   public:
     using Element::Element;
-
-    Size measure(const Proposal& proposal) override {
-        if (axis() == Axis::Horizontal) {
-            return {.width = 1, .height = flexible(proposal.height)};
-        }
-        return {.width = flexible(proposal.width), .height = 1};
-    }
 
   protected:
     Owned<NSView*> makeView() override {
@@ -132,27 +94,30 @@ class DividerElement final : public Element {
     }
 };
 
+// A watching view takes whatever point it is asked for; the container around it asks only for those
+// in this place.
 class RepresentedElement final : public Element {
   public:
     using Element::Element;
 
-    Size measure(const Proposal& proposal) override {
-        return {.width = flexible(proposal.width), .height = flexible(proposal.height)};
-    }
-
   protected:
     Owned<NSView*> makeView() override {
-        const auto watch =
+        auto container = Element::makeView();
+        watch_ =
             Owned<PelistraWatchView*>::adopt([[PelistraWatchView alloc] initWithFrame:NSZeroRect]);
-        watch.get()->target =
+        watch_.get()->target =
             node<ui::Represented>().value->makeView(*context().services.application);
-        return Owned<NSView*>::share(watch.get());
+        [container.get() addSubview:watch_.get()];
+        return container;
     }
 
-    void apply() override {
-        auto* watch = static_cast<PelistraWatchView*>(view());
-        node<ui::Represented>().value->updateView(*watch->target);
+    void apply(const ui::Placed&) override {
+        [watch_.get() setFrame:[view() bounds]];
+        node<ui::Represented>().value->updateView(*watch_.get()->target);
     }
+
+  private:
+    Owned<PelistraWatchView*> watch_;
 };
 
 } // namespace
@@ -166,9 +131,6 @@ std::unique_ptr<Element> makeLeaf(const ui::View& view, ElementContext& context)
     }
     if (view.as<ui::Picture>() != nullptr) {
         return std::make_unique<PictureElement>(context);
-    }
-    if (view.as<ui::Spacer>() != nullptr) {
-        return std::make_unique<SpacerElement>(context);
     }
     if (view.as<ui::Divider>() != nullptr) {
         return std::make_unique<DividerElement>(context);

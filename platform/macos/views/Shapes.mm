@@ -8,26 +8,15 @@ namespace pelistra::appkit {
 
 namespace {
 
-constexpr double anySize = 10;
 // As a path without dashes is stroked everywhere else.
 constexpr double miterLimit = 10;
 
-class ShapeElement : public Element {
+class PaintedElement final : public Element {
   public:
     using Element::Element;
 
-    Size measure(const Proposal& proposal) override {
-        return {.width = proposal.width.value_or(anySize),
-                .height = proposal.height.value_or(anySize)};
-    }
-};
-
-class PaintedElement final : public ShapeElement {
-  public:
-    using ShapeElement::ShapeElement;
-
   protected:
-    void apply() override {
+    void apply(const ui::Placed&) override {
         const auto& shape = node<ui::FilledShape>();
         if (drawn_ == shape) {
             return;
@@ -50,9 +39,9 @@ class PaintedElement final : public ShapeElement {
 };
 
 // What lies behind the window shines through it, blurred.
-class MaterialElement final : public ShapeElement {
+class MaterialElement final : public Element {
   public:
-    using ShapeElement::ShapeElement;
+    using Element::Element;
 
   protected:
     Owned<NSView*> makeView() override {
@@ -66,21 +55,21 @@ class MaterialElement final : public ShapeElement {
         return Owned<NSView*>::share(material.get());
     }
 
-    void arrange(Size size) override {
+    void apply(const ui::Placed& placed) override {
         const auto& outline = node<ui::FilledShape>().outline;
         CALayer* layer = [view() layer];
-        [layer setCornerRadius:cornerRadius(outline, size)];
+        [layer setCornerRadius:cornerRadius(outline, placed.frame.size)];
         [layer setCornerCurve:kCACornerCurveContinuous];
         [layer setMasksToBounds:YES];
     }
 };
 
-class StrokedElement final : public ShapeElement {
+class StrokedElement final : public Element {
   public:
-    using ShapeElement::ShapeElement;
+    using Element::Element;
 
   protected:
-    void apply() override {
+    void apply(const ui::Placed&) override {
         const auto& shape = node<ui::StrokedShape>();
         if (drawn_ == shape) {
             return;
@@ -102,31 +91,6 @@ class StrokedElement final : public ShapeElement {
     std::optional<ui::StrokedShape> drawn_;
 };
 
-// A picture of the outline that is filled, as a mask of the layer, would need a shape layer for
-// every outline; all clips that views ask for have corners that a layer knows.
-class ClipElement final : public Element {
-  public:
-    using Element::Element;
-
-    Size measure(const Proposal& proposal) override { return child(0).measure(proposal); }
-
-  protected:
-    Owned<NSView*> makeView() override {
-        auto container = Element::makeView();
-        [container.get() setWantsLayer:YES];
-        return container;
-    }
-
-    void arrange(Size size) override {
-        const auto& outline = node<ui::Clip>().outline;
-        CALayer* layer = [view() layer];
-        [layer setCornerRadius:cornerRadius(outline, size)];
-        [layer setCornerCurve:kCACornerCurveContinuous];
-        [layer setMasksToBounds:YES];
-        Element::arrange(size);
-    }
-};
-
 } // namespace
 
 std::unique_ptr<Element> makeShape(const ui::View& view, ElementContext& context) {
@@ -138,9 +102,6 @@ std::unique_ptr<Element> makeShape(const ui::View& view, ElementContext& context
     }
     if (view.as<ui::StrokedShape>() != nullptr) {
         return std::make_unique<StrokedElement>(context);
-    }
-    if (view.as<ui::Clip>() != nullptr) {
-        return std::make_unique<ClipElement>(context);
     }
     return nullptr;
 }

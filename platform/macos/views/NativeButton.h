@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/macos/Owned.h"
+#include "ui/Nodes.h"
+
+#import <AppKit/AppKit.h>
+
+namespace pelistra::appkit {
+
+// A button whose label is nothing but a text or a symbol is one of the system's own.
+[[nodiscard]] bool isNative(const ui::Button& button);
+
+// A push button without a title.
+[[nodiscard]] Owned<NSButton*> makeButton(Class kind);
+
+// Gives a push button the look of the button, which is native.
+void showButton(NSButton* button, const ui::Button& now);
+
+} // namespace pelistra::appkit

@@ -1,0 +1,77 @@
+#include "platform/macos/views/NativeButton.h"
+
+#include "platform/macos/Conversions.h"
+#include "platform/macos/views/Style.h"
+
+namespace pelistra::appkit {
+
+namespace {
+
+NSString* keyEquivalent(const ui::Button& button) {
+    if (button.isDefaultAction) {
+        return @"\r";
+    }
+    return button.role == ui::ButtonRole::Cancel ? @"\033" : @"";
+}
+
+void applyStyle(NSButton* button, const ui::Button& now) {
+    switch (now.style) {
+    case ui::ButtonStyle::BorderedProminent:
+        [button setBezelStyle:NSBezelStylePush];
+        [button setBezelColor:[NSColor controlAccentColor]];
+        break;
+    case ui::ButtonStyle::Plain:
+    case ui::ButtonStyle::Borderless:
+        // No border at rest, the system's quiet one under the pointer.
+        [button setBezelStyle:NSBezelStyleAccessoryBarAction];
+        [button setShowsBorderOnlyWhileMouseInside:YES];
+        break;
+    case ui::ButtonStyle::Automatic:
+        [button setBezelStyle:NSBezelStylePush];
+        break;
+    }
+    [button setControlSize:(now.size == ui::ControlSize::Large ? NSControlSizeLarge
+                                                               : NSControlSizeRegular)];
+}
+
+void applyTitle(NSButton* button, const ui::Button& now, const ui::Text& text) {
+    NSString* title = nsString(text.text);
+    [button setTitle:title];
+    if (now.role == ui::ButtonRole::Destructive) {
+        [button setHasDestructiveAction:YES];
+        NSDictionary* look = [NSDictionary
+            dictionaryWithObjectsAndKeys:[NSColor systemRedColor], NSForegroundColorAttributeName,
+                                         [button font], NSFontAttributeName, nil];
+        const auto red =
+            Owned<NSAttributedString*>::adopt([[NSAttributedString alloc] initWithString:title
+                                                                              attributes:look]);
+        [button setAttributedTitle:red.get()];
+    }
+}
+
+} // namespace
+
+bool isNative(const ui::Button& button) {
+    return button.label.as<ui::Text>() != nullptr || button.label.as<ui::Symbol>() != nullptr;
+}
+
+Owned<NSButton*> makeButton(Class kind) {
+    auto made = Owned<NSButton*>::adopt([[kind alloc] initWithFrame:NSZeroRect]);
+    [made.get() setButtonType:NSButtonTypeMomentaryPushIn];
+    [made.get() setTitle:@""];
+    return made;
+}
+
+void showButton(NSButton* button, const ui::Button& now) {
+    applyStyle(button, now);
+    if (const auto* symbol = now.label.as<ui::Symbol>()) {
+        [button setImage:nativeSymbol(symbol->name, symbol->font)];
+        [button setImagePosition:NSImageOnly];
+        [button setContentTintColor:[NSColor secondaryLabelColor]];
+    } else if (const auto* text = now.label.as<ui::Text>()) {
+        applyTitle(button, now, *text);
+    }
+    [button setKeyEquivalent:keyEquivalent(now)];
+}
+
+} // namespace pelistra::appkit
