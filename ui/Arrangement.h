@@ -35,7 +35,8 @@ struct Placed {
     // Tells it from its siblings, in this arrangement and the next: the way from the element around
     // it by keys, kinds and places. One with the same key is of the same kind.
     std::string key;
-    // In the coordinates of the innermost scrolled area around it, its edges on device pixels.
+    // In the coordinates of the innermost scrolled area around it, its edges on device pixels. That
+    // of Entering and Animated covers all that they contain.
     Area frame;
     // From back to front. The label of a control, the title texts and rows of a form.
     std::vector<Placed> children = {};

@@ -28,6 +28,17 @@ Placed& say(Placed& placed, const Placing& placing) {
     return placed;
 }
 
+// What a group contains may reach further than its area, under a title bar for one.
+void cover(Placed& group) {
+    for (const Placed& child : group.children) {
+        const double left = std::min(group.frame.minX(), child.frame.minX());
+        const double top = std::min(group.frame.minY(), child.frame.minY());
+        const double right = std::max(group.frame.maxX(), child.frame.maxX());
+        const double bottom = std::max(group.frame.maxY(), child.frame.maxY());
+        group.frame = makeRect<ContentSpace>(left, top, right - left, bottom - top);
+    }
+}
+
 } // namespace
 
 Area within(const Area& area, const Edges& edges) {
@@ -85,9 +96,10 @@ void Box::place(const Area& area, Placing& placing) {
             content();
             placeCentred(contents_.back(), area, placing);
         },
+        [&](const Clip&) { add(area, placing, content); },
         [&]<class Group>(const Group& group)
             requires requires { group.content; }
-        { add(area, placing, content); },
+        { cover(add(area, placing, content)); },
         [&](const Text&) { say(add(area, placing, [] {}), placing); },
         [&](const auto& /*leaf*/) { add(area, placing, [] {}); },
         },

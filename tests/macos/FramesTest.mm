@@ -1,6 +1,7 @@
 #include "overflow/OverflowServices.h"
 #include "overflow/OverflowStore.h"
 #include "overflow/PrivateMenuBarBridge.h"
+#include "platform/macos/Conversions.h"
 #include "platform/macos/MacPlatform.h"
 #include "platform/macos/views/ContentButton.h"
 #include "platform/macos/views/Element.h"
@@ -21,10 +22,11 @@ class FramesTest : public ::testing::Test {
   protected:
     void SetUp() override { pelistra::testing::standins::resetWorld(); }
 
-    void expectFrames(const std::shared_ptr<ui::Content>& content, const Size& size) {
+    void expectFrames(const std::shared_ptr<ui::Content>& content, const Size& size,
+                      NSWindowStyleMask styleMask = NSWindowStyleMaskBorderless) {
         const auto window = Owned<NSWindow*>::adopt([[NSWindow alloc]
             initWithContentRect:NSMakeRect(0, 0, size.width, size.height)
-                      styleMask:NSWindowStyleMaskBorderless
+                      styleMask:styleMask
                         backing:NSBackingStoreBuffered
                           defer:NO]);
         [window.get() setReleasedWhenClosed:NO];
@@ -33,7 +35,10 @@ class FramesTest : public ::testing::Test {
                                                        .images = &platform_.images,
                                                        .measures = &measures_});
         [window.get() setContentView:hosting.get()];
-        const auto arrangement = ui::arranged(content->body(), {.size = size}, measures_);
+        const NSSize shown = [hosting.get() frame].size;
+        const auto arrangement = ui::arranged(
+            content->body(),
+            {.size = sizeOf(shown), .coveredTop = [hosting.get() safeAreaInsets].top}, measures_);
         ASSERT_FALSE(arrangement.elements.empty());
         compare(arrangement.elements, [hosting.get() subviews], NSZeroPoint);
         [window.get() setContentView:nil];
@@ -99,6 +104,12 @@ TEST_F(FramesTest, EveryStepOfTheGuide) {
         view->move(step);
         expectFrames(view, {.width = 760, .height = 560});
     }
+}
+
+TEST_F(FramesTest, TheGuidesBackgroundGoesUnderTheTitleBar) {
+    const auto view = std::make_shared<ui::OnboardingView>(platform_.loginItem, [](bool) {});
+    expectFrames(view, {.width = 760, .height = 560},
+                 NSWindowStyleMaskTitled | NSWindowStyleMaskFullSizeContentView);
 }
 
 TEST_F(FramesTest, TheSecondRow) {

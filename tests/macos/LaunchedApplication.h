@@ -13,7 +13,8 @@
 namespace pelistra::appkit {
 
 // The whole organiser on the macOS front end: the core between a stand-in menu bar and the test.
-// Process ids and window numbers of the other applications' items are 100, 200, ...
+// Every test needs a process of its own: the shared bridge keeps the platform that it was made
+// with. Process ids and window numbers of the other applications' items are 100, 200, ...
 class LaunchedApplication : public ::testing::Test {
   protected:
     static constexpr pid_t firstPid = 100;

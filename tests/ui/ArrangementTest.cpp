@@ -153,6 +153,10 @@ TEST_F(ArrangementTest, OnlyABackgroundReachesUnderTheTitleBar) {
                 ElementsAre(area(0, 0, 200, 100), area(0, 30, 200, 70)));
     EXPECT_THAT(frames(fills.background(shape)),
                 ElementsAre(area(0, 30, 200, 70), area(0, 30, 200, 70)));
+    const View moving = fills.background(shape, true).animation(EaseOut{}, 0);
+    EXPECT_THAT(frames(moving), ElementsAre(area(0, 0, 200, 100)));
+    EXPECT_THAT(framesOf(elements(moving).at(0).children),
+                ElementsAre(area(0, 0, 200, 100), area(0, 30, 200, 70)));
     EXPECT_THAT(frames(fills.background(shape, true).padding(Edges::all(5))),
                 ElementsAre(area(5, 35, 190, 60), area(5, 35, 190, 60)));
 }

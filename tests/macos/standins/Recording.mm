@@ -112,6 +112,14 @@ void terminate(id self, SEL selector, id sender) {
     record("NSApplication terminate:");
 }
 
+// GNUstep's look marks the button of the Return key with an arrow; a Mac's does not.
+void setKeyEquivalent(id self, SEL selector, NSString* key, id cell) {
+    (void)self;
+    (void)selector;
+    (void)key;
+    (void)cell;
+}
+
 NSPoint mouseLocation(id self, SEL selector) {
     (void)self;
     (void)selector;
@@ -165,6 +173,8 @@ void installRecording() {
     installWindowRecording();
     Hook<20, void, BOOL>::install([NSApplication class], @selector(activateIgnoringOtherApps:));
     replace([NSApplication class], @selector(terminate:), &terminate);
+    replace(NSClassFromString(@"GSTheme"), @selector(setKeyEquivalent:forButtonCell:),
+            &setKeyEquivalent);
     replaceImplementation(class_getClassMethod([NSEvent class], @selector(mouseLocation)),
                           &mouseLocation);
     addObserverOriginal =
