@@ -15,6 +15,8 @@ Atoms::Atoms(const x11::Connection& connection) {
         "_NET_ACTIVE_WINDOW",
         "_NET_CLIENT_LIST",
         "_NET_WM_NAME",
+        "_NET_WM_WINDOW_TYPE",
+        "_NET_WM_WINDOW_TYPE_TOOLTIP",
         "_NET_SYSTEM_TRAY_COLORS",
         "_NET_SYSTEM_TRAY_OPCODE",
         "_NET_SYSTEM_TRAY_ORIENTATION",

@@ -14,6 +14,8 @@ enum class Atom : std::size_t {
     NetActiveWindow,
     NetClientList,
     NetWmName,
+    NetWmWindowType,
+    NetWmWindowTypeTooltip,
     NetSystemTrayColors,
     NetSystemTrayOpcode,
     NetSystemTrayOrientation,

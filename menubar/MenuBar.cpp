@@ -196,7 +196,10 @@ void MenuBar::handle(xcb_generic_event_t& event) {
         handlePress(x11::eventAs<xcb_button_press_event_t>(event));
         break;
     case XCB_ENTER_NOTIFY:
-        notifiers_.enter(x11::eventAs<xcb_enter_notify_event_t>(event).event);
+        notifiers_.enter(x11::eventAs<xcb_enter_notify_event_t>(event), window_.frame());
+        break;
+    case XCB_LEAVE_NOTIFY:
+        notifiers_.leave(x11::eventAs<xcb_leave_notify_event_t>(event));
         break;
     case XCB_MOTION_NOTIFY:
         handleMotion(x11::eventAs<xcb_motion_notify_event_t>(event));

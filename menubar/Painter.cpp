@@ -140,10 +140,10 @@ void Painter::setBackground(const DockedItem& item) const {
     xcb_clear_area(x, 1, item.client, 0, 0, 0, 0);
 }
 
-void Painter::fill(const DockedItem& item, const ArgbImage& image) const {
+void Painter::fill(xcb_window_t window, std::uint8_t depth, const ArgbImage& image) const {
     xcb_connection_t* x = server_->xcb();
     Layer layer = upload(image);
-    if (item.depth != x11::Connection::alphaDepth) {
+    if (depth != x11::Connection::alphaDepth) {
         const xcb_screen_t& screen = server_->connection().screen();
         Layer opaque = makeLayer(screen.root_depth, server_->formatOf(screen.root_visual),
                                  image.width, image.height);
@@ -153,8 +153,8 @@ void Painter::fill(const DockedItem& item, const ArgbImage& image) const {
         layer = std::move(opaque);
     }
     const std::uint32_t pixmap = layer.pixmap.id();
-    xcb_change_window_attributes(x, item.client, XCB_CW_BACK_PIXMAP, &pixmap);
-    xcb_clear_area(x, 0, item.client, 0, 0, 0, 0);
+    xcb_change_window_attributes(x, window, XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(x, 0, window, 0, 0, 0, 0);
 }
 
 void Painter::invalidate(int begin, int end) {

@@ -40,8 +40,8 @@ public:
     // Gives a container the background that shows through its client.
     void setBackground(const DockedItem& item) const;
 
-    // Gives a window of our own that picture; its height is the bar's.
-    void fill(const DockedItem& item, const ArgbImage& image) const;
+    // Gives a window of our own, of that depth, that picture; what shows through it is the bar.
+    void fill(xcb_window_t window, std::uint8_t depth, const ArgbImage& image) const;
 
     // [begin, end) device pixels of the bar are to be composed anew.
     void invalidate(int begin, int end);

@@ -2,6 +2,7 @@
 
 #include "menubar/ForeignText.h"
 #include "menubar/OrderMemory.h"
+#include "menubar/notifier/Markup.h"
 #include "menubar/notifier/Pixmaps.h"
 
 #include <array>
@@ -12,7 +13,9 @@ namespace pelistra::menubar {
 namespace {
 
 constexpr std::size_t titleLimit = 256;
-constexpr std::size_t toolTipLimit = 1024;
+// Of each line.
+constexpr std::size_t toolTipLimit = 200;
+constexpr std::size_t mostToolTipLines = 10;
 constexpr std::size_t labelLimit = 64;
 // What the kernel takes for a path.
 constexpr std::size_t nameByteLimit = 4096;
@@ -107,7 +110,7 @@ bool readToolTip(sd_bus_message& message, ItemProperties& properties, int side) 
         return false;
     }
     properties.toolTipTitle = cleanText(properties.toolTipTitle, titleLimit);
-    properties.toolTipText = cleanText(properties.toolTipText, toolTipLimit);
+    properties.toolTipText = plainText(properties.toolTipText, toolTipLimit, mostToolTipLines);
     return sd_bus_message_exit_container(&message) >= 0;
 }
 

@@ -28,7 +28,7 @@ struct ItemProperties {
     std::string id;
     std::string title;
     std::string toolTipTitle;
-    // In the simple markup that programs use there.
+    // Lines with line breaks between.
     std::string toolTipText;
     IconSource icon;
     IconSource overlay;

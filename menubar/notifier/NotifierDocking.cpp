@@ -1,6 +1,7 @@
 #include "menubar/notifier/NotifierDocking.h"
 
 #include "menubar/notifier/NotifierArt.h"
+#include "menubar/notifier/NotifierIcon.h"
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
@@ -13,12 +14,8 @@ namespace pelistra::menubar {
 
 namespace {
 
-constexpr std::uint32_t ownEvents =
-    XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_ENTER_WINDOW;
-// Buttons of a wheel, and what they turn by: the unit of most toolkits.
-constexpr xcb_button_t wheelLeft = 6;
-constexpr xcb_button_t wheelRight = 7;
-constexpr int wheelStep = 120;
+constexpr std::uint32_t ownEvents = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
+                                    XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
 
 std::string hexadecimal(const Color& color) {
     constexpr double most = 255;
@@ -33,32 +30,10 @@ std::string hexadecimal(const Color& color) {
 
 } // namespace
 
-struct NotifierDocking::Icon {
-    // Its item's.
-    std::uint64_t number = 0;
-    xcb_window_t window = XCB_NONE;
-    // One of its pictures: the icon itself, or what lies over it.
-    struct Part {
-        std::uint64_t asker = 0;
-        // The last that was asked for; empty when the program sends the picture itself.
-        std::optional<IconRequest> request;
-        bool waiting = false;
-        ArgbImage image;
-    };
-    Part picture;
-    Part overlay;
-    // The button that went down on it.
-    xcb_button_t pressed = 0;
-
-    explicit Icon(std::uint64_t itemNumber) : number(itemNumber) {
-        picture.asker = 2 * number;
-        overlay.asker = 2 * number + 1;
-    }
-};
-
 NotifierDocking::NotifierDocking(const Server& server, xcb_window_t bar, ItemList& items,
                                  OrderMemory& order, Painter& painter)
-    : server_(&server), bar_(bar), items_(&items), order_(&order), painter_(&painter) {}
+    : server_(&server), bar_(bar), items_(&items), order_(&order), painter_(&painter),
+      toolTip_(server, painter) {}
 
 NotifierDocking::~NotifierDocking() = default;
 
@@ -73,7 +48,8 @@ std::vector<pollfd> NotifierDocking::descriptors() const {
 
 std::optional<NotifierDocking::Clock::time_point> NotifierDocking::due() const {
     std::optional<Clock::time_point> first;
-    for (const auto& due : {host_ ? host_->due() : std::nullopt, reader_.due(), menus_.due()}) {
+    for (const auto& due :
+         {host_ ? host_->due() : std::nullopt, reader_.due(), menus_.due(), toolTip_.due()}) {
         if (due && (!first || *due < *first)) {
             first = due;
         }
@@ -86,6 +62,9 @@ bool NotifierDocking::process() {
         return false;
     }
     menus_.process();
+    if (const auto due = toolTip_.due(); due && *due <= Clock::now()) {
+        showToolTip();
+    }
     const bool came = host_->process();
     return reader_.process() || came;
 }
@@ -129,6 +108,9 @@ void NotifierDocking::update(Icon& icon, NotifierItem& source) {
     const ItemProperties& properties = *source.properties();
     ask(icon, properties);
     show(icon, properties);
+    if (toolTip_.isShown() && toolTip_.owner() == icon.window) {
+        showToolTip();
+    }
 }
 
 IconRequest NotifierDocking::requestFor(const std::string& name,
@@ -204,7 +186,7 @@ void NotifierDocking::show(Icon& icon, const ItemProperties& properties) {
                                       look_.palette, look_.metrics);
     item->wish = {.source = WishSource::SizeHints,
                   .size = {.width = image.width, .height = image.height}};
-    painter_->fill(*item, image);
+    painter_->fill(item->client, item->depth, image);
     if (item->texts.title != properties.title) {
         item->texts.title = properties.title;
         x11::setText(server_->connection(), item->client, server_->atom(Atom::NetWmName),
@@ -275,6 +257,9 @@ void NotifierDocking::undock(const Icon& icon) {
     for (const Icon::Part* const part : {&icon.picture, &icon.overlay}) {
         reader_.forget(part->asker);
     }
+    if (toolTip_.owner() == icon.window) {
+        toolTip_.hide();
+    }
     if (const auto item = items_->take(icon.window)) {
         painter_->invalidate(*item);
         changed_ = true;
@@ -291,94 +276,6 @@ NotifierDocking::Icon* NotifierDocking::find(xcb_window_t window) const {
     const auto found =
         std::ranges::find(icons_, window, [](const auto& icon) { return icon->window; });
     return found == icons_.end() ? nullptr : found->get();
-}
-
-void NotifierDocking::press(const xcb_button_press_event_t& event, const PixelRect& bar) {
-    Icon* const icon = find(event.event);
-    NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
-    if (source == nullptr) {
-        return;
-    }
-    using Axis = NotifierItem::Axis;
-    switch (event.detail) {
-    case XCB_BUTTON_INDEX_3:
-        openMenu(*icon, *source, bar);
-        break;
-    case XCB_BUTTON_INDEX_4:
-        source->scroll(wheelStep, Axis::Vertical);
-        break;
-    case XCB_BUTTON_INDEX_5:
-        source->scroll(-wheelStep, Axis::Vertical);
-        break;
-    case wheelLeft:
-        source->scroll(wheelStep, Axis::Horizontal);
-        break;
-    case wheelRight:
-        source->scroll(-wheelStep, Axis::Horizontal);
-        break;
-    default:
-        icon->pressed = event.detail;
-        break;
-    }
-}
-
-void NotifierDocking::release(const xcb_button_release_event_t& event, const PixelRect& bar) {
-    Icon* const icon = find(event.event);
-    NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
-    const DockedItem* const item = items_->find(event.event);
-    if (source == nullptr || item == nullptr ||
-        std::exchange(icon->pressed, xcb_button_t{0}) != event.detail || event.event_x < 0 ||
-        event.event_x >= item->width || event.event_y < 0 || event.event_y >= item->height) {
-        return;
-    }
-    if (event.detail == XCB_BUTTON_INDEX_2) {
-        source->tell(NotifierItem::Deed::SecondaryActivate, event.root_x, event.root_y);
-    } else if (event.detail == XCB_BUTTON_INDEX_1 && source->properties()->itemIsMenu) {
-        openMenu(*icon, *source, bar);
-    } else if (event.detail == XCB_BUTTON_INDEX_1) {
-        source->tell(NotifierItem::Deed::Activate, event.root_x, event.root_y,
-                     [this, window = event.event, bar] {
-                         const Icon* const refused = find(window);
-                         NotifierItem* const itsSource =
-                             refused != nullptr ? host_->find(refused->number) : nullptr;
-                         if (itsSource != nullptr) {
-                             openMenu(*refused, *itsSource, bar);
-                         }
-                     });
-    }
-}
-
-void NotifierDocking::enter(xcb_window_t window) {
-    const Icon* const icon = find(window);
-    const NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
-    if (source != nullptr && source->properties() && !source->properties()->menu.empty()) {
-        menus_.prepare();
-    }
-}
-
-void NotifierDocking::openMenu(const Icon& icon, NotifierItem& source, const PixelRect& bar) {
-    const DockedItem* const item = items_->find(icon.window);
-    if (item == nullptr) {
-        return;
-    }
-    const ItemProperties& properties = *source.properties();
-    const int x = bar.x + item->x;
-    const int y = bar.y + bar.height;
-    // A menu cannot take the pointer while the press still holds it.
-    xcb_ungrab_pointer(server_->xcb(), XCB_CURRENT_TIME);
-    server_->connection().flush();
-    const bool opened =
-        !properties.menu.empty() && menus_.open({.service = source.destination(),
-                                                 .item = source.address().path,
-                                                 .menu = properties.menu,
-                                                 .x = x,
-                                                 .y = y,
-                                                 .dark = look_.palette == darkPalette(),
-                                                 .iconTheme = look_.iconTheme,
-                                                 .iconThemePath = properties.iconThemePath});
-    if (!opened) {
-        source.tell(NotifierItem::Deed::ContextMenu, x, y);
-    }
 }
 
 } // namespace pelistra::menubar

@@ -10,6 +10,7 @@
 #include "menubar/notifier/IconReader.h"
 #include "menubar/notifier/MenuProgram.h"
 #include "menubar/notifier/NotifierHost.h"
+#include "menubar/notifier/ToolTip.h"
 
 #include <cstdint>
 #include <memory>
@@ -61,7 +62,8 @@ public:
     // coordinates.
     void press(const xcb_button_press_event_t& event, const PixelRect& bar);
     void release(const xcb_button_release_event_t& event, const PixelRect& bar);
-    void enter(xcb_window_t window);
+    void enter(const xcb_enter_notify_event_t& event, const PixelRect& bar);
+    void leave(const xcb_leave_notify_event_t& event);
 
 private:
     struct Icon;
@@ -74,6 +76,7 @@ private:
     void takeAnswers();
     // Opens the item's menu under its icon, or has its program open one.
     void openMenu(const Icon& icon, NotifierItem& source, const PixelRect& bar);
+    void showToolTip();
     [[nodiscard]] IconRequest requestFor(const std::string& name,
                                          const ItemProperties& properties) const;
     // Null when the window is none of ours.
@@ -89,6 +92,9 @@ private:
     MenuProgram menus_;
     Look look_;
     ColormapHandle colormap_;
+    ToolTip toolTip_;
+    // Where the bar was when the pointer came to that icon.
+    PixelRect toolTipBar_;
     std::vector<std::unique_ptr<Icon>> icons_;
     bool changed_ = false;
 };

@@ -50,7 +50,9 @@ void NotifierHost::busChanged(sd_bus* bus) {
     for (const ItemAddress& address : memory_.read(busId_)) {
         add(address);
     }
-    watcher_ = std::make_unique<Watcher>(*bus, [this](const ItemAddress& item) { add(item); });
+    watcher_ = std::make_unique<Watcher>(
+        *bus,
+        [this](const ItemAddress& item, const std::string& registrant) { add(item, registrant); });
     findUnregistered();
 }
 
@@ -73,20 +75,30 @@ void NotifierHost::findUnregistered() {
         });
 }
 
-void NotifierHost::add(const ItemAddress& address) {
+void NotifierHost::add(const ItemAddress& address, const std::string& registrant) {
     const auto known = std::ranges::find(
         items_, address, [](const auto& item) -> const ItemAddress& { return item->address(); });
     if (known != items_.end()) {
         (*known)->refresh();
         return;
     }
-    if (items_.size() >= itemLimit) {
-        complaints_.add("an item of the session bus is refused: there are " +
-                        std::to_string(itemLimit) + " already");
+    const auto isFull = [&](std::size_t limit, std::size_t count, const char* where) {
+        if (count >= limit) {
+            complaints_.add("an item of the session bus is refused: there are " +
+                            std::to_string(limit) + where);
+        }
+        return count >= limit;
+    };
+    const auto ofProgram = static_cast<std::size_t>(std::ranges::count_if(
+        items_, [&](const auto& item) { return item->registrant() == registrant; }));
+    if (isFull(itemLimit, items_.size(), " already") ||
+        (!registrant.empty() &&
+         isFull(itemLimitPerProgram, ofProgram, " of the same program already"))) {
         return;
     }
     items_.push_back(
         std::make_unique<NotifierItem>(*connected_, nextNumber_++, address, iconSide_));
+    items_.back()->setRegistrant(registrant);
 }
 
 NotifierItem* NotifierHost::find(std::uint64_t number) const {

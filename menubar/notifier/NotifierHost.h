@@ -47,7 +47,8 @@ public:
 
 private:
     void busChanged(sd_bus* bus);
-    void add(const ItemAddress& address);
+    // `registrant`: the unique name of the program that has registered it; empty when unknown.
+    void add(const ItemAddress& address, const std::string& registrant = {});
     void findUnregistered();
     // Lets go what is gone, and what is there twice.
     void sweep();

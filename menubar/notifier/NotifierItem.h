@@ -35,6 +35,9 @@ public:
     [[nodiscard]] const ItemAddress& address() const { return address_; }
     // The unique name of the connection behind it; empty until the bus has told.
     [[nodiscard]] const std::string& owner() const { return owner_; }
+    // The unique name of the program that has registered it; empty when nobody has.
+    [[nodiscard]] const std::string& registrant() const { return registrant_; }
+    void setRegistrant(const std::string& name) { registrant_ = name; }
     // The process behind that connection; 0 until the bus has told, or when it cannot.
     [[nodiscard]] pid_t process() const { return process_; }
     // What that process is called; empty when that is not known or says nothing.
@@ -84,6 +87,7 @@ private:
     ItemAddress address_;
     int iconSide_;
     std::string owner_;
+    std::string registrant_;
     pid_t process_ = 0;
     std::string program_;
     std::optional<ItemProperties> properties_;

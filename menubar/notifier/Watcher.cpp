@@ -27,13 +27,14 @@ struct Watcher::Methods {
             return -EINVAL;
         }
         const char* const sender = sd_bus_message_get_sender(message);
-        const auto address = addressIn(text, sender != nullptr ? sender : "");
+        const std::string registrant = sender != nullptr ? sender : "";
+        const auto address = addressIn(text, registrant);
         if (!address) {
             return sd_bus_error_set_const(
                 error, SD_BUS_ERROR_INVALID_ARGS,
                 "neither the name of a service nor the path of an object");
         }
-        static_cast<Watcher*>(data)->registered_(*address);
+        static_cast<Watcher*>(data)->registered_(*address, registrant);
         return sd_bus_reply_method_return(message, "");
     }
 
@@ -87,7 +88,7 @@ struct Watcher::Methods {
     }
 };
 
-Watcher::Watcher(sd_bus& bus, std::function<void(const ItemAddress&)> registered)
+Watcher::Watcher(sd_bus& bus, Registered registered)
     : bus_(&bus), registered_(std::move(registered)) {
     // The object before the name: whoever sees the name calls at once.
     sd_bus_slot* object = nullptr;
@@ -146,7 +147,7 @@ void Watcher::joinOther() {
             "',interface='" + watcherInterface + "',member='StatusNotifierItemRegistered'",
         [this](sd_bus_message& message) {
             if (const auto address = addressIn(textIn(message), "")) {
-                registered_(*address);
+                registered_(*address, {});
             }
         });
     const MessagePtr list =
@@ -164,7 +165,7 @@ void Watcher::joinOther() {
              sd_bus_message_read_basic(&message, SD_BUS_TYPE_STRING, static_cast<void*>(&item)) > 0;
              ++count) {
             if (const auto address = addressIn(item, "")) {
-                registered_(*address);
+                registered_(*address, {});
             }
         }
     });

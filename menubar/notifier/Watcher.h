@@ -13,9 +13,13 @@ namespace pelistra::menubar {
 // it; then we hear from that what is registered, and the place becomes ours once the other ends.
 class Watcher {
 public:
+    // What is registered, and the unique name of the program that did so; empty when another
+    // watcher was told.
+    using Registered = std::function<void(const ItemAddress& item, const std::string& registrant)>;
+
     // Calls `registered` with every item that a program registers, here or at the other watcher.
     // The bus must answer and outlive this.
-    Watcher(sd_bus& bus, std::function<void(const ItemAddress&)> registered);
+    Watcher(sd_bus& bus, Registered registered);
     Watcher(const Watcher&) = delete;
     Watcher& operator=(const Watcher&) = delete;
     ~Watcher() = default;
@@ -32,7 +36,7 @@ private:
     void announce(const char* signal, const std::string& item);
 
     sd_bus* bus_;
-    std::function<void(const ItemAddress&)> registered_;
+    Registered registered_;
     std::vector<std::string> items_;
     bool isOurs_ = false;
 

@@ -9,6 +9,7 @@
 #include "menubar/notifier/Pixmaps.h"
 #include "tests/fuzz/Check.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <string_view>
@@ -167,10 +168,12 @@ void checkProperties(Input& input, int side) {
         return;
     }
     for (const std::string* const text :
-         {&properties->id, &properties->title, &properties->toolTipTitle, &properties->toolTipText,
-          &properties->label}) {
+         {&properties->id, &properties->title, &properties->toolTipTitle, &properties->label}) {
         check(isClean(*text));
     }
+    std::string lines = properties->toolTipText;
+    std::ranges::replace(lines, '\n', ' ');
+    check(isClean(lines));
     for (const menubar::IconSource* const icon :
          {&properties->icon, &properties->overlay, &properties->attention}) {
         checkImage(icon->pixmap, side);

@@ -19,6 +19,23 @@ void append(sd_bus_message& reply, const char* name, const char* type, const std
     sd_bus_message_append(&reply, "{sv}", name, type, value.c_str());
 }
 
+void appendPixmaps(sd_bus_message& reply, const char* name,
+                   const std::vector<NotifierClient::Pixmap>& pixmaps) {
+    sd_bus_message_open_container(&reply, 'e', "sv");
+    sd_bus_message_append(&reply, "s", name);
+    sd_bus_message_open_container(&reply, 'v', "a(iiay)");
+    sd_bus_message_open_container(&reply, 'a', "(iiay)");
+    for (const NotifierClient::Pixmap& pixmap : pixmaps) {
+        sd_bus_message_open_container(&reply, 'r', "iiay");
+        sd_bus_message_append(&reply, "ii", pixmap.width, pixmap.height);
+        sd_bus_message_append_array(&reply, 'y', pixmap.bytes.data(), pixmap.bytes.size());
+        sd_bus_message_close_container(&reply);
+    }
+    for (int depth = 0; depth < 3; ++depth) {
+        sd_bus_message_close_container(&reply);
+    }
+}
+
 // Throws std::runtime_error when there is no bus.
 sd_bus* connectTo(const std::string& address) {
     sd_bus* bus = nullptr;
@@ -88,6 +105,10 @@ void NotifierClient::registerItem() {
     case Registration::None:
         return;
     }
+    registerAs(name);
+}
+
+void NotifierClient::registerAs(const std::string& name) {
     sd_bus_call_method_async(
         bus_, nullptr, "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
         "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem",
@@ -202,6 +223,9 @@ void NotifierClient::appendEntries(sd_bus_message& reply, std::size_t first, int
 }
 
 int NotifierClient::answerMenu(sd_bus_message& message, const std::string& member) {
+    if (std::ranges::find(options_.menuMethods, member) == options_.menuMethods.end()) {
+        return 0;
+    }
     int id = 0;
     sd_bus_message_read(&message, "i", &id);
     if (member == "AboutToShow") {
@@ -218,37 +242,22 @@ int NotifierClient::answerMenu(sd_bus_message& message, const std::string& membe
         calls_.push_back(std::string(event) + " " + std::to_string(id));
         return sd_bus_reply_method_return(&message, "");
     }
-    if (member != "GetLayout") {
-        return 0;
-    }
     sd_bus_message* reply = nullptr;
     sd_bus_message_new_method_return(&message, &reply);
     sd_bus_message_append(reply, "u", 1U);
-    sd_bus_message_open_container(reply, 'r', "ia{sv}av");
-    sd_bus_message_append(reply, "ia{sv}", 0, 0);
-    sd_bus_message_open_container(reply, 'a', "v");
-    appendEntries(*reply, 0, 0);
-    sd_bus_message_close_container(reply);
-    sd_bus_message_close_container(reply);
+    if (options_.root) {
+        options_.root(*reply);
+    } else {
+        sd_bus_message_open_container(reply, 'r', "ia{sv}av");
+        sd_bus_message_append(reply, "ia{sv}", 0, 0);
+        sd_bus_message_open_container(reply, 'a', "v");
+        appendEntries(*reply, 0, 0);
+        sd_bus_message_close_container(reply);
+        sd_bus_message_close_container(reply);
+    }
     const int result = sd_bus_send(bus_, reply, nullptr);
     sd_bus_message_unref(reply);
     return result < 0 ? result : 1;
-}
-
-void NotifierClient::appendPixmaps(sd_bus_message& reply) const {
-    sd_bus_message_open_container(&reply, 'e', "sv");
-    sd_bus_message_append(&reply, "s", "IconPixmap");
-    sd_bus_message_open_container(&reply, 'v', "a(iiay)");
-    sd_bus_message_open_container(&reply, 'a', "(iiay)");
-    for (const Pixmap& pixmap : options_.pixmaps) {
-        sd_bus_message_open_container(&reply, 'r', "iiay");
-        sd_bus_message_append(&reply, "ii", pixmap.width, pixmap.height);
-        sd_bus_message_append_array(&reply, 'y', pixmap.bytes.data(), pixmap.bytes.size());
-        sd_bus_message_close_container(&reply);
-    }
-    for (int depth = 0; depth < 3; ++depth) {
-        sd_bus_message_close_container(&reply);
-    }
 }
 
 int NotifierClient::answerAll(sd_bus_message& message) {
@@ -266,7 +275,14 @@ int NotifierClient::answerAll(sd_bus_message& message) {
     append(*reply, "XAyatanaLabel", "s", options_.label);
     append(*reply, "Menu", "o", options_.menu);
     sd_bus_message_append(reply, "{sv}", "ItemIsMenu", "b", options_.itemIsMenu ? 1 : 0);
-    appendPixmaps(*reply);
+    appendPixmaps(*reply, "IconPixmap", options_.pixmaps);
+    appendPixmaps(*reply, "OverlayIconPixmap", options_.overlayPixmaps);
+    appendPixmaps(*reply, "AttentionIconPixmap", options_.attentionPixmaps);
+    sd_bus_message_append(reply, "{sv}", "ToolTip", "(sa(iiay)ss)", "", 0,
+                          options_.toolTipTitle.c_str(), options_.toolTipText.c_str());
+    if (options_.more) {
+        options_.more(*reply);
+    }
     sd_bus_message_close_container(reply);
     const int result = sd_bus_send(bus_, reply, nullptr);
     sd_bus_message_unref(reply);

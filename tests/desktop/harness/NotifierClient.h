@@ -60,6 +60,8 @@ public:
         std::string iconName;
         std::string iconThemePath;
         std::string overlayName;
+        std::string toolTipTitle;
+        std::string toolTipText;
         std::string label;
         std::string menu = "/";
         bool itemIsMenu = false;
@@ -67,11 +69,19 @@ public:
         // Entries that are there only once the menu is about to be shown.
         std::vector<Entry> lateEntries;
         std::vector<Pixmap> pixmaps;
+        std::vector<Pixmap> overlayPixmaps;
+        std::vector<Pixmap> attentionPixmaps;
+        // Appends further entries to the list of its properties.
+        std::function<void(sd_bus_message&)> more;
+        // Appends the root of its menu instead of one that is made of `entries`.
+        std::function<void(sd_bus_message&)> root;
         Registration registration = Registration::UniqueName;
         Answers answers = Answers::Always;
         // The methods that it has beside those of properties.
         std::vector<std::string> methods = {"Activate", "SecondaryActivate", "ContextMenu",
                                             "Scroll"};
+        // Those of its menu.
+        std::vector<std::string> menuMethods = {"AboutToShow", "Event", "GetLayout"};
     };
 
     // Throws std::runtime_error when there is no bus.
@@ -83,6 +93,8 @@ public:
     void handleEvents();
     // Registers at the watcher once more, or for the first time.
     void registerItem();
+    // Registers that, whatever it is.
+    void registerAs(const std::string& name);
     // Changes what it answers from now on, and says so by that signal.
     void change(const std::function<void(Options&)>& how, const char* signal);
 
@@ -105,7 +117,6 @@ private:
     [[nodiscard]] bool isAnswered(sd_bus_message& message) const;
     int answerMenu(sd_bus_message& message, const std::string& member);
     void appendEntries(sd_bus_message& reply, std::size_t first, int depth) const;
-    void appendPixmaps(sd_bus_message& reply) const;
 
     Options options_;
     sd_bus* bus_ = nullptr;

@@ -235,7 +235,9 @@ std::unique_ptr<ChildProcess> PrivateDisplay::startWithOutputs(const Options& op
 void PrivateDisplay::startSessionBus() {
     sessionBus_ = start({"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                          "--address=unix:path=" + (folder() / "runtime" / "bus").string()});
-    environment_["DBUS_SESSION_BUS_ADDRESS"] = waitForAnswer(*sessionBus_, isBusAddress);
+    const std::string address = waitForAnswer(*sessionBus_, isBusAddress);
+    // Without what tells this bus from the next one in its place.
+    environment_["DBUS_SESSION_BUS_ADDRESS"] = address.substr(0, address.find(','));
 }
 
 void PrivateDisplay::restartWindowManager() {

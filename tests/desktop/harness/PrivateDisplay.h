@@ -62,6 +62,10 @@ public:
                                                       const Environment& additional);
     // Ends the X server at once, as a crash would.
     void killServer() { server_->kill(); }
+    // Ends the session bus with all that is on it; the next one has the same address. The display
+    // must have one.
+    void endSessionBus() { sessionBus_->kill(); }
+    void startSessionBus();
     // Kills the window manager as a crash would, and starts it again; the display must have one.
     void restartWindowManager();
     // The display must have one.
@@ -77,7 +81,6 @@ private:
     [[nodiscard]] std::unique_ptr<ChildProcess> startVirtual(const Options& options);
     [[nodiscard]] std::unique_ptr<ChildProcess> startNested(const Options& options);
     [[nodiscard]] std::unique_ptr<ChildProcess> startWithOutputs(const Options& options);
-    void startSessionBus();
     void startWindowManager();
     void startCompositor();
 
