@@ -19,8 +19,12 @@ constexpr std::chrono::milliseconds longestSilence{1000};
 // What changes again and again is read so often.
 constexpr std::chrono::milliseconds refreshPause{100};
 constexpr std::size_t mostPrepared = 64;
-constexpr int longestIconSide = 256;
+constexpr int longestPictureSide = 256;
 constexpr int ownId = -1;
+// In points.
+constexpr int widestLabel = 480;
+// What an action's icon is called, until it has been read.
+constexpr auto iconNameProperty = "iconName";
 
 QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
@@ -44,7 +48,9 @@ QPoint logical(int x, int y) {
 
 ShownMenu::ShownMenu(sd_bus& bus, MenuRequest request, std::function<void()> closed)
     : bus_(&bus), request_(std::move(request)), closed_(std::move(closed)),
-      menu_(std::make_unique<QMenu>()) {
+      menu_(std::make_unique<QMenu>()),
+      icons_({.theme = request_.iconTheme, .themePath = request_.iconThemePath},
+             [this](const std::string& name) { showIcon(name); }) {
     QObject::connect(menu_.get(), &QMenu::aboutToHide, menu_.get(), [this] {
         tell(0, "closed");
         // What was chosen is told after the menu has hidden itself.
@@ -168,8 +174,9 @@ void ShownMenu::addEntry(QMenu& menu, const MenuEntry& entry) {
 
 // NOLINTNEXTLINE(misc-no-recursion): as deep as the menu, which is bounded.
 void ShownMenu::update(QAction& action, const MenuEntry& entry) {
-    action.setText(
-        text(entry.shortcut.empty() ? entry.label : entry.label + '\t' + entry.shortcut));
+    const QString label = menu_->fontMetrics().elidedText(text(entry.label), Qt::ElideRight,
+                                                          widestLabel, Qt::TextShowMnemonic);
+    action.setText(entry.shortcut.empty() ? label : label + '\t' + text(entry.shortcut));
     action.setEnabled(entry.enabled);
     action.setVisible(entry.visible);
     action.setCheckable(entry.toggle != MenuEntry::Toggle::None);
@@ -180,26 +187,35 @@ void ShownMenu::update(QAction& action, const MenuEntry& entry) {
         group->setExclusionPolicy(QActionGroup::ExclusionPolicy::Exclusive);
         action.setActionGroup(group);
     }
+    action.setProperty(iconNameProperty, text(entry.iconName));
     action.setIcon(iconOf(entry));
     if (QMenu* const below = action.menu()) {
         fill(*below, entry.children);
     }
 }
 
-QIcon ShownMenu::iconOf(const MenuEntry& entry) const {
+QIcon ShownMenu::iconOf(const MenuEntry& entry) {
     if (!entry.iconData.empty()) {
         QByteArray bytes(reinterpret_cast<const char*>(entry.iconData.data()),
                          static_cast<qsizetype>(entry.iconData.size())); // NOLINT(*-cast)
         QBuffer buffer(&bytes);
         QImageReader reader(&buffer, "png");
         const QSize size = reader.size();
-        if (size.width() <= longestIconSide && size.height() <= longestIconSide) {
+        if (size.width() <= longestPictureSide && size.height() <= longestPictureSide) {
             return QIcon(QPixmap::fromImage(reader.read()));
         }
     }
     // The name of a theme's icon, never a file's.
-    const QString name = text(entry.iconName);
-    return name.isEmpty() || name.contains('/') ? QIcon() : QIcon::fromTheme(name);
+    const bool isName = !entry.iconName.empty() && entry.iconName.find('/') == std::string::npos;
+    return isName ? icons_.named(entry.iconName) : QIcon();
+}
+
+void ShownMenu::showIcon(const std::string& name) {
+    for (QAction* const action : menu_->findChildren<QAction*>()) {
+        if (action->property(iconNameProperty).toString() == text(name)) {
+            action->setIcon(icons_.named(name));
+        }
+    }
 }
 
 void ShownMenu::aboutToShow(int id) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "menubar/menu/MenuIcons.h"
 #include "menubar/menu/MenuLayout.h"
 #include "menubar/menu/MenuRequest.h"
 #include "menubar/notifier/BusListener.h"
@@ -37,12 +38,15 @@ private:
     void aboutToShow(int id);
     void tell(int id, const char* event);
     [[nodiscard]] MessagePtr newMenuCall(const char* member) const;
-    [[nodiscard]] QIcon iconOf(const MenuEntry& entry) const;
+    [[nodiscard]] QIcon iconOf(const MenuEntry& entry);
+    // An icon of that name has been read.
+    void showIcon(const std::string& name);
 
     sd_bus* bus_;
     MenuRequest request_;
     std::function<void()> closed_;
     std::unique_ptr<QMenu> menu_;
+    MenuIcons icons_;
     // A program that says nothing, and one that says too much.
     QTimer silence_;
     QTimer refresh_;

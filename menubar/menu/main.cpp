@@ -51,6 +51,16 @@ public:
                    ? margin
                    : QProxyStyle::pixelMetric(metric, option, widget);
     }
+
+    // Without the shadow that makes disabled texts look doubled; never several columns.
+    [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                                QStyleHintReturn* result) const override {
+        if (hint == SH_Menu_Scrollable) {
+            return 1;
+        }
+        return hint == SH_EtchDisabledText ? 0
+                                           : QProxyStyle::styleHint(hint, option, widget, result);
+    }
 };
 
 class Program {
@@ -116,11 +126,6 @@ private:
 
     void open(MenuRequest request) {
         QApplication::setPalette(paletteFor(request.dark));
-        QIcon::setThemeName(QString::fromStdString(request.iconTheme));
-        if (!request.iconThemePath.empty()) {
-            QIcon::setThemeSearchPaths(QStringList{QString::fromStdString(request.iconThemePath)} +
-                                       searchPaths_);
-        }
         shown_.reset();
         shown_ = std::make_unique<ShownMenu>(*connected_, std::move(request), [this] {
             shown_.reset();
@@ -135,7 +140,6 @@ private:
         }
     }
 
-    const QStringList searchPaths_ = QIcon::themeSearchPaths();
     QSocketNotifier requests_{menuSocket, QSocketNotifier::Read};
     std::unique_ptr<QSocketNotifier> notifier_;
     QTimer timer_;

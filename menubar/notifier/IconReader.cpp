@@ -111,8 +111,9 @@ void IconReader::receive() {
 void IconReader::answer(ArgbImage image) {
     const Question question = *std::exchange(asked_, std::nullopt);
     deadline_ = Clock::now() + quietTime;
-    // Files may be written anew under the same name.
-    if (question.request.themePath.empty() && !question.request.name.starts_with('/')) {
+    // Files may be written anew under the same name. What could not be read may be another time.
+    if (program_.isRunning() && question.request.themePath.empty() &&
+        !question.request.name.starts_with('/')) {
         recent_.push_front({.asker = 0, .request = question.request, .image = image});
         recent_.resize(std::min(recent_.size(), mostRecent));
     }
@@ -123,7 +124,11 @@ void IconReader::answer(ArgbImage image) {
 // The program ended, or was held up: it is left to its own clock.
 void IconReader::fail() {
     program_.close();
-    ++faults_[asked_->asker];
+    // Once more, after the others: a machine that is busy may have held it up.
+    if (++faults_[asked_->asker] == 1) {
+        waiting_.push_back(*std::exchange(asked_, std::nullopt));
+        return;
+    }
     answer({});
 }
 

@@ -1,8 +1,7 @@
 // Icons of the session bus under the organiser: hidden, pictured and clicked like any other.
 
+#include "tests/desktop/NotifierMenuFixture.h"
 #include "tests/desktop/harness/AccessibleTree.h"
-#include "tests/desktop/harness/Desktop.h"
-#include "tests/desktop/harness/NotifierClient.h"
 #include "tests/desktop/harness/SecondRowUnderTest.h"
 
 #include <algorithm>
@@ -18,18 +17,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
-
-constexpr std::uint32_t green = 0xFF00A000;
-constexpr std::uint32_t colorBits = 0xFFFFFF;
-constexpr int iconSide = 22;
-
-NotifierClient::Options greenIcon(PrivateDisplay& display) {
-    NotifierClient::Options options;
-    options.address = display.environment().at("DBUS_SESSION_BUS_ADDRESS");
-    options.id = "green";
-    options.pixmaps = {NotifierClient::plainPixmap(iconSide, green)};
-    return options;
-}
 
 class NotifierOnDesktopTests : public ::testing::Test {
 protected:
@@ -88,141 +75,151 @@ TEST_F(NotifierOnDesktopTests, IsListedWithItsKindAndProcess) {
     EXPECT_THAT(found, HasSubstr("\"hidden\":true"));
 }
 
-// The menus that a program describes, as the bar shows them without an organiser.
-class NotifierMenuTests : public ::testing::Test {
-protected:
-    using Entry = NotifierClient::Entry;
+// What a program made with another toolkit or in a sandbox has and has not.
+struct Kind {
+    const char* name = "";
+    NotifierClient::Registration registration = NotifierClient::Registration::UniqueName;
+    NotifierClient::Answers answers = NotifierClient::Answers::Always;
+    std::vector<std::string> methods;
+    std::string path = "/StatusNotifierItem";
+    std::string menu = "/menu";
+    bool itemIsMenu = false;
+    // Where its picture is to be found, which is nowhere outside.
+    std::string iconName = {};
+    bool emptyMenu = false;
+    std::vector<std::string> menuMethods = {"AboutToShow", "Event", "GetLayout"};
+};
 
-    void SetUp() override {
-        desktop_.startBar({}, Desktop::Icons::All);
-        const auto address = desktop_.display().environment().at("DBUS_SESSION_BUS_ADDRESS");
-        ASSERT_TRUE(waitForWatcher(address));
+void PrintTo(const Kind& kind, std::ostream* stream) {
+    *stream << kind.name;
+}
+
+class NotifierKindTests : public NotifierMenuFixture, public ::testing::WithParamInterface<Kind> {
+protected:
+    void startKind() {
+        const Kind& kind = GetParam();
+        auto options = withMenu(kind.emptyMenu ? std::vector<Entry>{} : usualMenu);
+        options.registration = kind.registration;
+        options.answers = kind.answers;
+        options.methods = kind.methods;
+        options.path = kind.path;
+        options.menu = kind.menu;
+        options.itemIsMenu = kind.itemIsMenu;
+        options.iconName = kind.iconName;
+        options.menuMethods = kind.menuMethods;
+        startWith(options);
     }
-    void start(std::vector<Entry> entries, bool late = false) {
-        auto options = greenIcon(desktop_.display());
-        options.menu = "/menu";
-        (late ? options.lateEntries : options.entries) = std::move(entries);
-        client_.emplace(options);
-        ASSERT_TRUE(eventually([&] { return desktop_.x().barItem("green").has_value(); }));
-    }
-    [[nodiscard]] RootPoint icon() {
-        return centre(desktop_.x().frame(*desktop_.x().barItem("green")).value());
-    }
-    // The menus that are open, the first one first.
-    [[nodiscard]] std::vector<WindowFrame> menus() {
-        std::vector<WindowFrame> frames;
-        for (const xcb_window_t window : desktop_.x().shownTopLevels()) {
-            if (desktop_.x().windowClass(window).first == "pelistra-menubar-menu") {
-                frames.push_back(desktop_.x().frame(window).value_or(WindowFrame{}));
-            }
-        }
-        return frames;
-    }
-    [[nodiscard]] bool has(const std::string& call) {
-        const auto& calls = client_->calls();
-        return std::ranges::find(calls, call) != calls.end();
-    }
-    template <class Condition>
-    [[nodiscard]] bool eventually(Condition condition) {
-        return waitFor([&] {
-            client_->handleEvents();
-            return condition();
+    [[nodiscard]] bool isGreen() {
+        return eventually([&] {
+            const RootPoint place = icon();
+            return (desktop_.x()
+                        .capture({.x = place.x, .y = place.y, .width = 1, .height = 1})
+                        .at(0, 0) &
+                    colorBits) == (green & colorBits);
         });
     }
-    [[nodiscard]] bool opens() {
-        desktop_.input().click(icon(), UserInput::Button::Right);
-        return eventually([&] { return menus().size() == 1; });
+    // Its menu, or the word that it is to show its own.
+    [[nodiscard]] bool hasMenu() {
+        return eventually([&] {
+            return GetParam().emptyMenu
+                       ? std::ranges::any_of(client_->calls(),
+                                             [](const std::string& call) {
+                                                 return call.starts_with("ContextMenu ");
+                                             })
+                       : menus().size() == 1;
+        });
     }
-    [[nodiscard]] bool closes() {
-        return eventually([&] { return menus().empty(); });
-    }
-    void keepPicture(const char* name) {
-        if (const char* const folder = std::getenv("PELISTRA_TEST_PICTURES")) {
-            desktop_.x().captureRoot().savePng(std::string(folder) + "/" + name + ".png");
-        }
-    }
-
-    Desktop desktop_;
-    std::optional<NotifierClient> client_;
 };
 
-const std::vector<NotifierClient::Entry> usualMenu{
-    {.id = 1, .label = "_Open"},
-    {.id = 2, .label = "Check__ed", .toggle = "checkmark", .on = true},
-    {.id = 3, .label = "Radio", .toggle = "radio", .on = true},
-    {.id = 4, .label = "Disabled", .enabled = false},
-    {.id = 5, .label = "Invisible", .visible = false},
-    {.id = 6},
-    {.id = 7, .label = "More"},
-    {.id = 8, .label = "Below", .depth = 1},
-    {.id = 9, .label = "_Quit", .shortcut = {"Control", "Q"}},
-};
+TEST_P(NotifierKindTests, IsShownAnswersBothButtonsAndSurvivesTheBar) {
+    startKind();
+    EXPECT_TRUE(isGreen());
+    desktop_.input().click(icon(), UserInput::Button::Right);
+    ASSERT_TRUE(hasMenu());
+    if (!GetParam().emptyMenu) {
+        desktop_.input().tapKey(keys::escape);
+        ASSERT_TRUE(closes());
+    }
+    desktop_.input().click(icon());
+    const bool opensByActivate =
+        std::ranges::find(GetParam().methods, "Activate") != GetParam().methods.end() &&
+        !GetParam().itemIsMenu;
+    EXPECT_TRUE(eventually([&] {
+        return opensByActivate ? std::ranges::any_of(client_->calls(),
+                                                     [](const std::string& call) {
+                                                         return call.starts_with("Activate ");
+                                                     })
+                               : menus().size() == 1;
+    }));
+    desktop_.bar().process().kill();
+    desktop_.startBar({}, Desktop::Icons::All);
+    ASSERT_TRUE(eventually([&] { return desktop_.x().barItem("green").has_value(); }));
+    EXPECT_TRUE(isGreen());
+    desktop_.input().click(icon(), UserInput::Button::Right);
+    EXPECT_TRUE(hasMenu());
+}
 
-TEST_F(NotifierMenuTests, OpensUnderTheIconAndTellsWhatIsChosen) {
+using Registration = NotifierClient::Registration;
+using Answers = NotifierClient::Answers;
+
+INSTANTIATE_TEST_SUITE_P(
+    Programs, NotifierKindTests,
+    ::testing::Values(
+        // A well-known name that alone is answered, a menu, and nothing that opens another.
+        Kind{.name = "Electron",
+             .registration = Registration::WellKnownName,
+             .answers = Answers::ToWellKnownName,
+             .methods = {"Activate", "SecondaryActivate", "Scroll"},
+             .menu = "/com/canonical/dbusmenu"},
+        // A menu that is always empty, and one of its own.
+        Kind{.name = "Wine",
+             .methods = {"Activate", "SecondaryActivate", "ContextMenu", "Scroll"},
+             .menu = "/MenuBar",
+             .emptyMenu = true},
+        // Nothing but a menu, and that with the least that can be said of it.
+        Kind{.name = "Go",
+             .registration = Registration::WellKnownName,
+             .methods = {},
+             .menu = "/StatusNotifierMenu",
+             .itemIsMenu = true,
+             .menuMethods = {"GetLayout"}},
+        // May own no name; its files are elsewhere for everybody else.
+        Kind{.name = "Sandboxed",
+             .registration = Registration::Path,
+             .methods = {"Activate"},
+             .path = "/org/ayatana/NotificationItem/sandboxed",
+             .menu = "/org/ayatana/NotificationItem/sandboxed/Menu",
+             .iconName = "/app/share/icons/of-the-sandbox.png"}),
+    [](const auto& parameter) { return parameter.param.name; });
+
+// The same menu, whether its icon is hidden or not.
+class NotifierRowMenuTests : public NotifierMenuFixture {};
+
+TEST_F(NotifierRowMenuTests, ARightClickInTheRowOpensTheMenuThatTheBarOpens) {
+    AccessibleTree::letProgramsSpeak(desktop_.display());
     start(usualMenu);
     ASSERT_TRUE(opens());
-    keepPicture("menu");
+    const WindowFrame shown = menus().front();
+    desktop_.input().tapKey(keys::escape);
+    ASSERT_TRUE(closes());
+    desktop_.startOrganiser({"--start-collapsed"});
+    ASSERT_TRUE(desktop_.waitUntilCollapsed());
+    ASSERT_TRUE(desktop_.hiddenSectionIsOffScreen());
+    AccessibleTree tree(desktop_.display());
+    SecondRowUnderTest row(desktop_, tree);
+    ASSERT_TRUE(row.open());
+    ASSERT_THAT(row.icons(), SizeIs(1));
+    desktop_.input().click(centre(row.icons().front().frame), UserInput::Button::Right);
+    ASSERT_TRUE(eventually([&] { return menus().size() == 1; }))
+        << desktop_.organiser().process().output();
+    keepPicture("menu-from-row");
     const WindowFrame menu = menus().front();
-    EXPECT_EQ(menu.y, desktop_.x().frame(desktop_.x().barWindow())->height);
-    EXPECT_LE(menu.x, icon().x);
-    EXPECT_GE(menu.right(), icon().x);
-    EXPECT_EQ(client_->calls().front(), "AboutToShow 0");
+    EXPECT_EQ(menu.width, shown.width);
+    EXPECT_EQ(menu.height, shown.height);
     constexpr int intoTheFirstEntry = 14;
     desktop_.input().click({.x = menu.x + intoTheFirstEntry, .y = menu.y + intoTheFirstEntry});
     EXPECT_TRUE(eventually([&] { return has("clicked 1"); }));
     EXPECT_TRUE(closes());
-}
-
-TEST_F(NotifierMenuTests, ClosesOnEscapeAndOnAClickElsewhere) {
-    start(usualMenu);
-    ASSERT_TRUE(opens());
-    desktop_.input().tapKey(keys::escape);
-    EXPECT_TRUE(closes());
-    ASSERT_TRUE(opens());
-    desktop_.input().click({.x = 300, .y = 500});
-    EXPECT_TRUE(closes());
-    EXPECT_TRUE(eventually([&] { return has("closed 0"); }));
-    EXPECT_FALSE(has("clicked 1"));
-}
-
-TEST_F(NotifierMenuTests, IsWorkedByTheKeyboard) {
-    constexpr std::uint32_t up = 0xff52;
-    constexpr std::uint32_t right = 0xff53;
-    start(usualMenu);
-    ASSERT_TRUE(opens());
-    // Up from nothing is the last entry; the one above it has a menu.
-    desktop_.input().tapKey(up);
-    desktop_.input().tapKey(up);
-    desktop_.input().tapKey(right);
-    ASSERT_TRUE(eventually([&] { return menus().size() == 2; }));
-    keepPicture("submenu");
-    desktop_.input().tapKey(keys::enter);
-    EXPECT_TRUE(eventually([&] { return has("clicked 8"); }));
-    EXPECT_TRUE(closes());
-}
-
-TEST_F(NotifierMenuTests, TakesWhatIsThereOnceItIsAboutToBeShown) {
-    start(usualMenu, true);
-    EXPECT_TRUE(opens());
-}
-
-TEST_F(NotifierMenuTests, FollowsChangesWhileItIsOpen) {
-    start({{.id = 1, .label = "One"}});
-    ASSERT_TRUE(opens());
-    const int before = menus().front().height;
-    client_->changeMenu({{.id = 1, .label = "One"}, {.id = 2, .label = "Two"}});
-    EXPECT_TRUE(eventually([&] { return menus().size() == 1 && menus().front().height > before; }));
-}
-
-TEST_F(NotifierMenuTests, AnEmptyMenuIsTheProgramsOwnBusiness) {
-    start({});
-    desktop_.input().click(icon(), UserInput::Button::Right);
-    EXPECT_TRUE(eventually([&] {
-        return std::ranges::any_of(client_->calls(), [](const std::string& call) {
-            return call.starts_with("ContextMenu ");
-        });
-    }));
-    EXPECT_TRUE(menus().empty());
 }
 
 } // namespace

@@ -209,6 +209,9 @@ void NotifierClient::appendEntries(sd_bus_message& reply, std::size_t first, int
         sd_bus_message_append(&reply, "{sv}", "toggle-state", "i", entry.on ? 1 : 0);
         sd_bus_message_append(&reply, "{sv}", "enabled", "b", entry.enabled ? 1 : 0);
         sd_bus_message_append(&reply, "{sv}", "visible", "b", entry.visible ? 1 : 0);
+        if (!entry.iconName.empty()) {
+            append(reply, "icon-name", "s", entry.iconName);
+        }
         if (!entry.shortcut.empty()) {
             sd_bus_message_append(&reply, "{sv}", "shortcut", "aas", 1, 2,
                                   entry.shortcut.front().c_str(), entry.shortcut.back().c_str());

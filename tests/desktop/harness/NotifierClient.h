@@ -49,6 +49,7 @@ public:
         bool enabled = true;
         bool visible = true;
         std::vector<std::string> shortcut = {};
+        std::string iconName = {};
     };
     struct Options {
         // Of the session bus.
