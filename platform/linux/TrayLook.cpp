@@ -127,7 +127,7 @@ TrayLook::TrayLook(const x11::Connection& connection, ChangesHeard changesHeard,
         "_PELISTRA_MENUBAR_SERIAL",
         "_NET_WM_NAME",
         "_NET_WM_PID",
-        "WINDOW"};
+        "ShapeEvent"};
     atoms_ = x11::internAtoms(connection, names);
 
     if (!replies_.begin(patience)) {
@@ -279,7 +279,10 @@ std::vector<WindowId> TrayLook::windowsOfClient(std::uint32_t client) {
     }
     for (auto size = xcb_res_query_resource_bytes_sizes_iterator(reply.get()); size.rem != 0;
          xcb_res_resource_size_value_next(&size)) {
-        if (size.data->size.spec.type == atom(Name::Window)) {
+        // The server tells one type for each id; a window whose shape its program watches goes by
+        // that.
+        const xcb_atom_t type = size.data->size.spec.type;
+        if (type == XCB_ATOM_WINDOW || type == atom(Name::ShapeEvent)) {
             result.push_back(size.data->size.spec.resource);
         }
     }

@@ -103,7 +103,7 @@ private:
         Serial,
         NetWmName,
         NetWmPid,
-        Window,
+        ShapeEvent,
         Count
     };
     struct Tray;

@@ -1,6 +1,9 @@
 #include "platform/linux/TrayStatusBar.h"
 
+#include "platform/linux/RootFrame.h"
+
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace pelistra::desktop {
@@ -41,6 +44,7 @@ void TrayStatusBar::handleTray(TrayHost::Change change) {
     switch (change) {
     case TrayHost::Change::Arrived:
         ejections_ = 0;
+        isReversed_ = false;
         scheduleDocking();
         break;
     case TrayHost::Change::Changed:
@@ -64,11 +68,43 @@ void TrayStatusBar::dockItems() {
     if (!services_.trayHost.tray()) {
         return;
     }
-    std::ranges::for_each(items_, &TrayStatusItem::dock);
-    services_.connection.flush();
+    requestDocking();
+    mainQueue_.asyncAfter(layoutTime, lifetime_.guard([this] { putOrderRight(); }));
     if (!std::exchange(firstDockingIsOver_, true)) {
         pump_.waitUntil([this] { return itemsAreLaidOut(); }, layoutPatience);
     }
+}
+
+void TrayStatusBar::requestDocking() {
+    if (isReversed_) {
+        std::ranges::for_each(items_ | std::views::reverse, &TrayStatusItem::dock);
+    } else {
+        std::ranges::for_each(items_, &TrayStatusItem::dock);
+    }
+    services_.connection.flush();
+}
+
+void TrayStatusBar::putOrderRight() {
+    const auto& tray = services_.trayHost.tray();
+    if (!tray || tray->barWindow != XCB_WINDOW_NONE || isReversed_ || !areOutOfOrder()) {
+        return;
+    }
+    isReversed_ = true;
+    std::ranges::for_each(items_, &TrayStatusItem::undock);
+    scheduleDocking();
+}
+
+bool TrayStatusBar::areOutOfOrder() const {
+    std::optional<int> earlier;
+    for (const TrayStatusItem* item : items_) {
+        const auto frame =
+            item->isDocked() ? rootFrameOf(services_.connection, item->window()) : std::nullopt;
+        if (frame && earlier && frame->x > *earlier) {
+            return true;
+        }
+        earlier = frame ? std::optional(frame->x) : earlier;
+    }
+    return false;
 }
 
 void TrayStatusBar::itemWasEjected() {

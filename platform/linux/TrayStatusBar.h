@@ -19,6 +19,8 @@ public:
     // After having been thrown out, an item comes back this much later, and no more often than
     // mostEjections times into the same tray.
     static constexpr Seconds ejectionPause{1.0};
+    // A tray has laid the items out this much after they were docked.
+    static constexpr Seconds layoutTime{1.0};
     static constexpr int mostEjections = 5;
 
     TrayStatusBar(const StatusItemServices& services, EventPump& pump, MainQueue& mainQueue);
@@ -33,6 +35,13 @@ private:
     void handleTray(TrayHost::Change change);
     void scheduleDocking();
     void dockItems();
+    // Asks the tray to take the items that are not in one, in the order in which this tray has to
+    // be asked.
+    void requestDocking();
+    // Docks the items the other way round when the tray has put a later one right of an earlier
+    // one, as those do that lay out from left to right.
+    void putOrderRight();
+    [[nodiscard]] bool areOutOfOrder() const;
     void itemWasEjected();
     [[nodiscard]] bool itemsAreLaidOut() const;
 
@@ -43,6 +52,8 @@ private:
     std::vector<TrayStatusItem*> items_;
     bool dockingIsScheduled_ = false;
     bool firstDockingIsOver_ = false;
+    // The last item is docked first.
+    bool isReversed_ = false;
     int ejections_ = 0;
     SubscriptionPtr events_;
     SubscriptionPtr recoveries_;

@@ -84,6 +84,17 @@ TEST_F(TrayLookTest, FindsTheIconsOfAnyOtherTrayByTheirPlace) {
     EXPECT_LE(seen.roundTrips, TrayLook::mostRoundTrips);
 }
 
+TEST_F(TrayLookTest, FindsIconsInWindowsWhoseShapeTheTrayWatches) {
+    TestTray tray(display.name(), TestTray::Kind::Foreign);
+    IconClient client(display.name());
+    const auto icon = client.makeWindow(24, 24);
+    tray.embed(icon, 200, 24, 24);
+    xcb_shape_select_input(tray.x().get(), tray.x().parent(icon), 1);
+    tray.x().sync();
+
+    EXPECT_THAT(view().icons, ElementsAre(Field(&TrayIcon::window, icon)));
+}
+
 // Other texts and another place than the window's own, to see who was asked.
 x11::PublishedItem toldOf(xcb_window_t window) {
     return {.window = window,
