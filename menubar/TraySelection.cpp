@@ -3,6 +3,7 @@
 #include "menubar/DockedItem.h"
 #include "menubar/ForeignText.h"
 #include "menubar/Log.h"
+#include "platform/x11/ClientProcess.h"
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
@@ -14,8 +15,6 @@
 
 #include <poll.h>
 
-#include <xcb/res.h>
-
 namespace pelistra::menubar {
 
 namespace {
@@ -24,25 +23,6 @@ constexpr std::uint8_t bitsOfByte = 8;
 constexpr std::size_t nameLimit = 64;
 // How long the tray that is being replaced may take to let its icons go.
 constexpr std::chrono::seconds patience{3};
-
-// The process that made the window, as the server knows it; empty when it does not.
-std::optional<std::uint32_t> processOf(const x11::Connection& connection, xcb_window_t window) {
-    if (connection.extension(xcb_res_id) == nullptr) {
-        return std::nullopt;
-    }
-    const xcb_res_client_id_spec_t spec{.client = window,
-                                        .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto reply = connection.take<xcb_res_query_client_ids_reply_t>(
-        xcb_res_query_client_ids(connection.get(), 1, &spec));
-    if (!reply) {
-        return std::nullopt;
-    }
-    const auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
-    if (id.rem == 0 || xcb_res_client_id_value_value_length(id.data) < 1) {
-        return std::nullopt;
-    }
-    return *xcb_res_client_id_value_value(id.data);
-}
 
 std::string commandOf(std::uint32_t process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/comm");
@@ -142,7 +122,7 @@ std::string TraySelection::describeOwner(xcb_window_t owner) const {
     const auto nameRequest = requestProperty(server_->connection(), owner, XCB_ATOM_WM_NAME);
     const auto windowClass = readProperty(server_->connection(), classRequest);
     const auto windowName = readProperty(server_->connection(), nameRequest);
-    const std::optional<std::uint32_t> process = processOf(server_->connection(), owner);
+    const std::optional<std::uint32_t> process = x11::processOf(server_->connection(), owner);
     std::string name = process ? commandOf(*process) : "";
     if (name.empty() && windowClass) {
         name = cleanText(windowClass->text(), nameLimit);

@@ -24,6 +24,7 @@
 #include "platform/linux/loop/EventPump.h"
 #include "platform/linux/loop/GlibMainQueue.h"
 #include "platform/linux/statusitem/StatusToolTip.h"
+#include "platform/linux/statusitem/TrayAdvice.h"
 #include "platform/linux/statusitem/WindowCanvas.h"
 #include "platform/linux/windows/LoadedWindows.h"
 #include "platform/posix/StopSignals.h"
@@ -64,7 +65,7 @@ struct LinuxPlatform::Services {
         : mainConnection(connection), pump(connection, log),
           defaults(defaultsPath(), mainQueue, log), trayHost(connection, pump, log),
           screens(connection, pump, trayHost, mainQueue),
-          application(connection, screens, std::move(arguments)),
+          application(connection, screens, std::move(arguments)), trayAdvice(connection),
           windows(windowServices(connection), windowsModuleFor(ownProgram()), log),
           iconAtoms(connection), canvas(connection), toolTip(connection, mainQueue, windows),
           statusBar({.connection = connection,
@@ -75,7 +76,12 @@ struct LinuxPlatform::Services {
                      .atoms = iconAtoms,
                      .canvas = canvas,
                      .toolTip = toolTip},
-                    pump, mainQueue),
+                    pump, mainQueue,
+                    [this] {
+                        if (const auto& tray = trayHost.tray()) {
+                            trayAdvice.give(tray->owner);
+                        }
+                    }),
           trayLook(connection, [this](WindowId owner) { return trayHost.changesOf(owner); }),
           windowList(trayLook,
                      [this](const TrayIcon& icon) { return runningApplications.ownerName(icon); }),
@@ -173,6 +179,7 @@ struct LinuxPlatform::Services {
     XcbScreens screens;
     X11Application application;
     CairoImages images;
+    TrayAdvice trayAdvice;
     LoadedWindows windows;
     TrayIconAtoms iconAtoms;
     WindowCanvas canvas;

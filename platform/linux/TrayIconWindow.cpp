@@ -71,13 +71,12 @@ void TrayIconWindow::createWindow(const Traits& traits) {
 
 void TrayIconWindow::describe(const Traits& traits) {
     using namespace std::string_view_literals;
-    const auto setTextAs = [this, &traits](xcb_atom_t property, xcb_atom_t type) {
-        x11::setText(connection_, window_, property, type, traits.name);
-    };
-    setTextAs(XCB_ATOM_WM_NAME, atoms_[TrayIconAtoms::Utf8String]);
-    setTextAs(atoms_[TrayIconAtoms::NetWmName], atoms_[TrayIconAtoms::Utf8String]);
+    x11::setText(connection_, window_, XCB_ATOM_WM_NAME, atoms_[TrayIconAtoms::Utf8String],
+                 traits.sortingName);
+    x11::setText(connection_, window_, atoms_[TrayIconAtoms::NetWmName],
+                 atoms_[TrayIconAtoms::Utf8String], traits.name);
     x11::setText(connection_, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
-                 traits.name + std::string("\0Pelistra\0"sv));
+                 traits.sortingName + std::string("\0Pelistra\0"sv));
     // Whoever cannot ask the server whose window it is has to know on which machine the process
     // runs.
     x11::setText(connection_, window_, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING,

@@ -39,8 +39,11 @@ public:
         x11::Connection::Visual visual;
         int width = 1;
         int height = 1;
-        // Title and instance of the class.
+        // The title.
         std::string name;
+        // What trays that sort their icons read: the instance of the class, and the title in its
+        // old property, which nobody else needs beside the new one.
+        std::string sortingName;
         std::optional<std::uint32_t> preferredPosition;
     };
 

@@ -9,8 +9,9 @@
 namespace pelistra::desktop {
 
 TrayStatusBar::TrayStatusBar(const StatusItemServices& services, EventPump& pump,
-                             MainQueue& mainQueue)
+                             MainQueue& mainQueue, std::function<void()> roomIsLacking)
     : services_(services), pump_(pump), mainQueue_(mainQueue),
+      roomIsLacking_(std::move(roomIsLacking)),
       events_(pump.addHandler([this](const auto& event) { handle(event); })),
       recoveries_(pump.addRecoveryHandler(
           [this] { std::ranges::for_each(items_, &TrayStatusItem::savePosition); })),
@@ -23,6 +24,7 @@ std::unique_ptr<StatusItem> TrayStatusBar::statusItem(double withLength) {
         services_,
         TrayStatusItem::Callbacks{.scheduleDocking = [this] { scheduleDocking(); },
                                   .ejected = [this](TrayStatusItem&) { itemWasEjected(); },
+                                  .grown = [this](TrayStatusItem&) { scheduleCheck(); },
                                   .destroyed = forget},
         withLength);
     items_.push_back(item.get());
@@ -69,7 +71,7 @@ void TrayStatusBar::dockItems() {
         return;
     }
     requestDocking();
-    mainQueue_.asyncAfter(layoutTime, lifetime_.guard([this] { putOrderRight(); }));
+    scheduleCheck();
     if (!std::exchange(firstDockingIsOver_, true)) {
         pump_.waitUntil([this] { return itemsAreLaidOut(); }, layoutPatience);
     }
@@ -77,34 +79,66 @@ void TrayStatusBar::dockItems() {
 
 void TrayStatusBar::requestDocking() {
     if (isReversed_) {
-        std::ranges::for_each(items_ | std::views::reverse, &TrayStatusItem::dock);
+        int rank = 0;
+        for (TrayStatusItem* item : items_ | std::views::reverse) {
+            item->dock(++rank);
+        }
     } else {
-        std::ranges::for_each(items_, &TrayStatusItem::dock);
+        std::ranges::for_each(items_, [](TrayStatusItem* item) { item->dock(std::nullopt); });
     }
     services_.connection.flush();
 }
 
-void TrayStatusBar::putOrderRight() {
+void TrayStatusBar::scheduleCheck() {
+    mainQueue_.asyncAfter(layoutTime, lifetime_.guard([this] { checkLayout(); }));
+}
+
+void TrayStatusBar::checkLayout() {
     const auto& tray = services_.trayHost.tray();
-    if (!tray || tray->barWindow != XCB_WINDOW_NONE || isReversed_ || !areOutOfOrder()) {
+    if (!tray || tray->barWindow != XCB_WINDOW_NONE) {
         return;
     }
-    isReversed_ = true;
+    const bool isWrong = areOutOfOrder();
+    if (isWrong && dockReversed()) {
+        return;
+    }
+    if (isWrong || lackRoom()) {
+        std::ranges::for_each(items_, &TrayStatusItem::holdBack);
+        roomIsLacking_();
+    }
+}
+
+bool TrayStatusBar::dockReversed() {
+    if (std::exchange(isReversed_, true)) {
+        return false;
+    }
     std::ranges::for_each(items_, &TrayStatusItem::undock);
     scheduleDocking();
+    return true;
 }
 
 bool TrayStatusBar::areOutOfOrder() const {
     std::optional<int> earlier;
     for (const TrayStatusItem* item : items_) {
-        const auto frame =
-            item->isDocked() ? rootFrameOf(services_.connection, item->window()) : std::nullopt;
-        if (frame && earlier && frame->x > *earlier) {
+        const auto frame = item->isDocked() ? item->rootFrame() : std::nullopt;
+        if (frame && earlier && frame->x >= *earlier) {
             return true;
         }
         earlier = frame ? std::optional(frame->x) : earlier;
     }
     return false;
+}
+
+bool TrayStatusBar::lackRoom() const {
+    const auto& connection = services_.connection;
+    const auto screen = rootFrameOf(connection, connection.root());
+    const auto isOffScreen = [&screen](const TrayStatusItem* item) {
+        const auto frame = item->rootFrame();
+        return frame && screen && (frame->right() <= 0 || frame->x >= screen->width);
+    };
+    return std::ranges::any_of(items_, &TrayStatusItem::lacksRoom) ||
+           (std::ranges::any_of(items_, &TrayStatusItem::needsRoom) &&
+            std::ranges::any_of(items_, isOffScreen));
 }
 
 void TrayStatusBar::itemWasEjected() {

@@ -5,6 +5,7 @@
 #include "platform/linux/TrayStatusItem.h"
 #include "platform/linux/loop/EventPump.h"
 
+#include <functional>
 #include <vector>
 
 namespace pelistra::desktop {
@@ -19,11 +20,13 @@ public:
     // After having been thrown out, an item comes back this much later, and no more often than
     // mostEjections times into the same tray.
     static constexpr Seconds ejectionPause{1.0};
-    // A tray has laid the items out this much after they were docked.
+    // A tray has laid the items out this much after they were docked or have grown.
     static constexpr Seconds layoutTime{1.0};
     static constexpr int mostEjections = 5;
 
-    TrayStatusBar(const StatusItemServices& services, EventPump& pump, MainQueue& mainQueue);
+    // Calls `roomIsLacking` whenever nothing can be hidden in the tray that is there.
+    TrayStatusBar(const StatusItemServices& services, EventPump& pump, MainQueue& mainQueue,
+                  std::function<void()> roomIsLacking);
     TrayStatusBar(const TrayStatusBar&) = delete;
     TrayStatusBar& operator=(const TrayStatusBar&) = delete;
     ~TrayStatusBar() override = default;
@@ -38,16 +41,22 @@ private:
     // Asks the tray to take the items that are not in one, in the order in which this tray has to
     // be asked.
     void requestDocking();
-    // Docks the items the other way round when the tray has put a later one right of an earlier
-    // one, as those do that lay out from left to right.
-    void putOrderRight();
+    void scheduleCheck();
+    // Looks at what a tray that is not our menu bar has made of the items.
+    void checkLayout();
+    // Docks the items the other way round, for trays that lay out from left to right or sort their
+    // icons. False when that has been tried.
+    bool dockReversed();
     [[nodiscard]] bool areOutOfOrder() const;
+    // The tray does not let an item grow, or lets it push others off the screen.
+    [[nodiscard]] bool lackRoom() const;
     void itemWasEjected();
     [[nodiscard]] bool itemsAreLaidOut() const;
 
     StatusItemServices services_;
     EventPump& pump_;
     MainQueue& mainQueue_;
+    std::function<void()> roomIsLacking_;
     // In the order in which they were made; each takes itself out when it goes.
     std::vector<TrayStatusItem*> items_;
     bool dockingIsScheduled_ = false;

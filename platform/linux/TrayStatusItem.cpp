@@ -84,12 +84,16 @@ void TrayStatusItem::setVisible(bool visible) {
 }
 
 void TrayStatusItem::setLength(double length) {
-    if (std::exchange(length_, length) != length) {
+    const double before = std::exchange(length_, length);
+    if (before != length) {
         requestLength();
+    }
+    if (before < length && window_ != nullptr) {
+        callbacks_.grown(*this);
     }
 }
 
-void TrayStatusItem::dock() {
+void TrayStatusItem::dock(std::optional<int> rank) {
     const auto& tray = services_.trayHost.tray();
     if (!visible_ || window_ != nullptr || !tray) {
         return;
@@ -105,6 +109,7 @@ void TrayStatusItem::dock() {
             .width = width_,
             .height = height_,
             .name = name_,
+            .sortingName = rank ? "Pelistra " + std::to_string(*rank) : name_,
             .preferredPosition = position ? std::optional(static_cast<std::uint32_t>(
                                                 std::lround(std::clamp(*position, 0.0, mostItems))))
                                           : std::nullopt});
@@ -121,10 +126,28 @@ void TrayStatusItem::undock() {
     mapped_ = false;
     pressed_ = 0;
     altClickIsElsewhere_ = false;
+    heldBack_ = false;
 }
 
 xcb_window_t TrayStatusItem::window() const {
     return window_ ? window_->id() : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+std::optional<RootRect> TrayStatusItem::rootFrame() const {
+    return embedded_ ? rootFrameOf(services_.connection, window()) : std::nullopt;
+}
+
+bool TrayStatusItem::needsRoom() const {
+    return isDocked() && askedWidth_ > 2 * pixelHeight();
+}
+
+bool TrayStatusItem::lacksRoom() const {
+    return needsRoom() && width_ < askedWidth_ / 2;
+}
+
+void TrayStatusItem::holdBack() {
+    heldBack_ = true;
+    requestLength();
 }
 
 void TrayStatusItem::refreshLook() {
@@ -356,15 +379,13 @@ int TrayStatusItem::pixelLength() const {
         const auto& tray = services_.trayHost.tray();
         return isDocked() && tray && !tray->barHeight ? height_ : pixelHeight();
     }
+    const double longest = heldBack_ ? pixelHeight() : longestSide;
     return static_cast<int>(
-        std::lround(std::clamp(length_ * services_.trayHost.scale(), 1.0, longestSide)));
+        std::lround(std::clamp(length_ * services_.trayHost.scale(), 1.0, longest)));
 }
 
 std::optional<ScreenRect> TrayStatusItem::frame() const {
-    if (window_ == nullptr || !embedded_) {
-        return std::nullopt;
-    }
-    const auto pixels = rootFrameOf(services_.connection, window());
+    const auto pixels = rootFrame();
     return pixels ? std::optional(services_.screens.coordinates().toScreen(*pixels)) : std::nullopt;
 }
 

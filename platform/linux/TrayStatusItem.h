@@ -2,6 +2,7 @@
 
 #include "platform/MainQueue.h"
 #include "platform/StatusBar.h"
+#include "platform/linux/Coordinates.h"
 #include "platform/linux/TrayIconWindow.h"
 #include "platform/linux/TrayStatusButton.h"
 #include "platform/linux/statusitem/StatusItemPicture.h"
@@ -41,6 +42,8 @@ public:
         std::function<void()> scheduleDocking;
         // The tray has thrown it out.
         std::function<void(TrayStatusItem&)> ejected;
+        // It has asked the tray for more length than it had.
+        std::function<void(TrayStatusItem&)> grown;
         std::function<void(TrayStatusItem&)> destroyed;
     };
 
@@ -55,8 +58,9 @@ public:
     [[nodiscard]] double length() const override { return length_; }
     [[nodiscard]] std::shared_ptr<StatusButton> button() const override { return button_; }
 
-    // Asks the tray to take the item, if it is wanted and is not in a tray.
-    void dock();
+    // Asks the tray to take the item, if it is wanted and is not in a tray; with a rank, under a
+    // name that puts it right of those with a lower one where a tray sorts by names.
+    void dock(std::optional<int> rank);
     // Takes it out of the tray, if it is in one.
     void undock();
     // In the tray and mapped.
@@ -64,6 +68,14 @@ public:
     [[nodiscard]] bool isWanted() const { return visible_; }
     // XCB_WINDOW_NONE while there is no window.
     [[nodiscard]] xcb_window_t window() const;
+    // Where it is in the tray, in root pixels; empty while it is in none.
+    [[nodiscard]] std::optional<RootRect> rootFrame() const;
+    // It is longer than icons are, and in a tray.
+    [[nodiscard]] bool needsRoom() const;
+    // The tray gives it much less length than it needs.
+    [[nodiscard]] bool lacksRoom() const;
+    // Takes no more length than an icon until it is docked anew.
+    void holdBack();
     // The tray looks different now, or its scale has changed.
     void refreshLook();
     // Writes down the place that the tray has given it, if the tray says so.
@@ -105,6 +117,7 @@ private:
     // What it has asked for last, in device pixels.
     int askedWidth_ = 0;
     int askedHeight_ = 0;
+    bool heldBack_ = false;
     bool hovered_ = false;
     // The button that went down on the item and is still down; 0 for none.
     xcb_button_t pressed_ = 0;
