@@ -36,8 +36,9 @@ void appendPixmaps(sd_bus_message& reply, const char* name,
     }
 }
 
-// Throws std::runtime_error when there is no bus.
-sd_bus* connectTo(const std::string& address) {
+} // namespace
+
+sd_bus* connectToBus(const std::string& address) {
     sd_bus* bus = nullptr;
     if (sd_bus_new(&bus) < 0 || sd_bus_set_address(bus, address.c_str()) < 0 ||
         sd_bus_set_bus_client(bus, 1) < 0 || sd_bus_start(bus) < 0) {
@@ -47,10 +48,8 @@ sd_bus* connectTo(const std::string& address) {
     return bus;
 }
 
-} // namespace
-
 bool waitForWatcher(const std::string& busAddress) {
-    sd_bus* const bus = connectTo(busAddress);
+    sd_bus* const bus = connectToBus(busAddress);
     const bool found = waitFor([&] {
         return sd_bus_get_name_creds(bus, "org.kde.StatusNotifierWatcher", 0, nullptr) >= 0;
     });
@@ -70,7 +69,7 @@ NotifierClient::Pixmap NotifierClient::plainPixmap(int side, std::uint32_t argb)
 
 NotifierClient::NotifierClient(Options options) : options_(std::move(options)) {
     const char* unique = nullptr;
-    bus_ = connectTo(options_.address);
+    bus_ = connectToBus(options_.address);
     sd_bus_get_unique_name(bus_, &unique);
     uniqueName_ = unique;
     sd_bus_add_object(bus_, nullptr, options_.path.c_str(), handle, this);

@@ -12,6 +12,9 @@
 
 namespace pelistra::testing {
 
+// Throws std::runtime_error when there is no bus.
+[[nodiscard]] sd_bus* connectToBus(const std::string& address);
+
 // Waits until there is a watcher on that bus where programs can register.
 [[nodiscard]] bool waitForWatcher(const std::string& busAddress);
 

@@ -154,10 +154,18 @@ void RespondingTray::forget(xcb_window_t icon) {
 }
 
 void RespondingTray::layOut() {
+    std::vector<Place> places = places_;
+    if (options_.order == Order::ByName) {
+        std::ranges::sort(places, {},
+                          [this](const Place& place) { return x_.windowClass(place.icon).first; });
+    }
+    int left = 0;
     int right = x_.rootFrame().width;
-    for (const Place& place : places_) {
+    for (const Place& place : places) {
         right -= place.width;
-        const std::array<std::uint32_t, 4> frame{static_cast<std::uint32_t>(right), 0,
+        const int x = options_.order == Order::FromRightEdge ? right : left;
+        left += place.width;
+        const std::array<std::uint32_t, 4> frame{static_cast<std::uint32_t>(x), 0,
                                                  static_cast<std::uint32_t>(place.width),
                                                  static_cast<std::uint32_t>(height_)};
         xcb_configure_window(x_.get(), place.container,

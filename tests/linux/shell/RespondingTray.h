@@ -14,14 +14,22 @@
 namespace pelistra::testing {
 
 // A tray that lives in the test: it takes what asks to be docked, grants what widths are asked for,
-// and lays out from the right edge of the screen's top.
+// and lays out along the screen's top.
 class RespondingTray {
 public:
+    enum class Order : std::uint8_t {
+        // In the order of their coming.
+        FromRightEdge,
+        FromLeftEdge,
+        // From the left edge by the instance of their class.
+        ByName,
+    };
     struct Options {
         // Publish what only our own menu bar does; the scale in hundredths.
         std::optional<std::uint32_t> menuBarScale = 100;
         // Ask for icons with an alpha channel, on this background.
         bool alpha = false;
+        Order order = Order::FromRightEdge;
         std::uint32_t background = 0xffffff;
         // Red, green and blue of texts, 16 bits each.
         std::array<std::uint32_t, 3> foreground{0, 0, 0};

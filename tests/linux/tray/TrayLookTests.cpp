@@ -15,6 +15,7 @@
 
 #include <gmock/gmock.h>
 #include <unistd.h>
+#include <xcb/shape.h>
 
 namespace pelistra::testing {
 namespace {
