@@ -2,6 +2,7 @@
 
 #include "platform/macos/Conversions.h"
 #include "platform/macos/Owned.h"
+#include "platform/macos/views/ContentButton.h"
 #include "platform/macos/views/HostingView.h"
 
 #import <AppKit/AppKit.h>
@@ -84,7 +85,11 @@ class AppKitPanel final : public Panel {
         [panel_.get() setContentView:view.get()];
     }
 
-    void setContentSize(Size size) override { [panel_.get() setContentSize:nsSize(size)]; }
+    void setContentSize(Size size) override {
+        [panel_.get() setContentSize:nsSize(size)];
+        // The shadow has the shape of what was drawn before.
+        [panel_.get() invalidateShadow];
+    }
     void setFrameOrigin(ScreenPoint origin) override {
         [panel_.get() setFrameOrigin:NSMakePoint(origin.x, origin.y)];
     }
@@ -92,7 +97,10 @@ class AppKitPanel final : public Panel {
         [panel_.get() setAppearance:appearance_()];
         [panel_.get() orderFrontRegardless];
     }
-    void orderOut() override { [panel_.get() orderOut:nil]; }
+    void orderOut() override {
+        [panel_.get() orderOut:nil];
+        forgetPointer([panel_.get() contentView]);
+    }
     [[nodiscard]] bool isVisible() const override { return [panel_.get() isVisible] == YES; }
 
   private:

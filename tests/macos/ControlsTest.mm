@@ -1,3 +1,4 @@
+#include "platform/macos/AppKitPanels.h"
 #include "platform/macos/views/ContentButton.h"
 #include "platform/macos/views/RowScrollView.h"
 #include "platform/macos/views/WatchView.h"
@@ -110,6 +111,76 @@ TEST_F(ControlsTest, ASymbolInAnAreaIsTheSameControlAsAPicture) {
     EXPECT_EQ(shown(), nativeImage(later));
 }
 
+TEST_F(ControlsTest, AContentButtonDrawsItselfAndIsPressedInsideItsOutline) {
+    showContentButton();
+    PelistraContentButton* button = contentButton();
+    EXPECT_FALSE([button wantsUpdateLayer]);
+    const auto hit = [button](double x, double y) {
+        return [button hitTest:[button convertPoint:NSMakePoint(x, y) toView:[button superview]]];
+    };
+    EXPECT_EQ(hit(20, 18), button);
+    EXPECT_EQ(hit(4, 4), button);
+    EXPECT_EQ(hit(20, 0.5), button);
+    EXPECT_EQ(hit(1, 1), nil);
+    EXPECT_EQ(hit(39, 35), nil);
+}
+
+TEST_F(ControlsTest, AButtonForgetsThePointerWhenItsPanelGoes) {
+    AppKitPanels panels({}, [] { return static_cast<NSAppearance*>(nil); });
+    const auto panel = panels.panel({.width = 100, .height = 60}, window_style::nonactivatingPanel);
+    panel->setReleasedWhenClosed(false);
+    showContentButton();
+    PelistraContentButton* button = contentButton();
+    panel->setTitle("hover");
+    NSWindow* native = nil;
+    for (NSWindow* window in [NSApp windows]) {
+        native = [[window title] isEqual:@"hover"] ? window : native;
+    }
+    panel->orderFrontRegardless();
+    [[native contentView] addSubview:button];
+    [button updateTrackingAreas];
+    const auto area = Owned<NSTrackingArea*>::share([[button trackingAreas] firstObject]);
+    [button mouseEntered:none()];
+    panel->orderOut();
+    EXPECT_EQ(darknessOf([button bounds].size, [button] { [button drawRect:[button bounds]]; }), 0);
+    ASSERT_EQ([[button trackingAreas] count], 1U);
+    EXPECT_NE([[button trackingAreas] firstObject], area.get());
+}
+
+TEST_F(ControlsTest, ASymbolAloneIsTintedNamedByItsHelpAndAnswersThePointer) {
+    show(ui::View(
+             ui::Button{.label = ui::Symbol{.name = "wifi"}, .style = ui::ButtonStyle::Borderless})
+             .help("提示"));
+    PelistraContentButton* button = contentButton();
+    ASSERT_NE(button, nil);
+    EXPECT_STREQ([[button accessibilityLabel] UTF8String], "提示");
+    auto* image =
+        static_cast<NSImageView*>([[[[button subviews] firstObject] subviews] firstObject]);
+    EXPECT_TRUE([[image contentTintColor] isEqual:[NSColor secondaryLabelColor]]);
+    EXPECT_EQ([button bounds].size.width, [image bounds].size.width + 10);
+    [button mouseEntered:none()];
+    EXPECT_GT(darknessOf([button bounds].size, [button] { [button drawRect:[button bounds]]; }), 0);
+}
+
+TEST_F(ControlsTest, WhatIsSeenOfAButtonLiesWhereItIsArranged) {
+    const auto button = [](ui::ButtonStyle style) {
+        return ui::View(ui::Button{.label = ui::Text{.text = "返回"}, .style = style});
+    };
+    show(ui::HStack{.spacing = 10,
+                    .children = {button(ui::ButtonStyle::Borderless),
+                                 button(ui::ButtonStyle::Automatic), ui::Spacer{}}});
+    NSArray* views = [content() subviews];
+    const auto seen = [views](NSUInteger index) {
+        NSView* view = [views objectAtIndex:index];
+        return [view alignmentRectForFrame:[view frame]];
+    };
+    EXPECT_EQ(seen(0).origin.x, 0);
+    EXPECT_LT([[views firstObject] frame].origin.x, 0);
+    EXPECT_EQ(seen(1).origin.x, NSMaxX(seen(0)) + 10);
+    EXPECT_EQ([[views objectAtIndex:1] frame].size.width,
+              [[[views objectAtIndex:1] cell] cellSize].width);
+}
+
 TEST_F(ControlsTest, AContentButtonTracksThePointerInItsPresentBounds) {
     showContentButton();
     PelistraContentButton* button = contentButton();
@@ -160,7 +231,7 @@ TEST_F(ControlsTest, AClipRoundsTheLayer) {
     NSView* clip = [[content() subviews] firstObject];
     EXPECT_EQ([[clip layer] cornerRadius], 7);
     EXPECT_TRUE([[[clip layer] cornerCurve] isEqual:kCACornerCurveContinuous]);
-    EXPECT_TRUE([[clip layer] masksToBounds]);
+    EXPECT_TRUE([clip clipsToBounds]);
 }
 
 TEST_F(ControlsTest, LayingOutGivesEverythingItsPlaceAgain) {

@@ -61,7 +61,7 @@ class FramesTest : public ::testing::Test {
     }
 
     static void expectFrame(NSView* view, NSRect frame, const std::string& key) {
-        EXPECT_STREQ([NSStringFromRect([view frame]) UTF8String],
+        EXPECT_STREQ([NSStringFromRect([view alignmentRectForFrame:[view frame]]) UTF8String],
                      [NSStringFromRect(frame) UTF8String])
             << key;
     }

@@ -1,3 +1,4 @@
+#include "platform/macos/views/Style.h"
 #include "platform/macos/views/WatchView.h"
 #include "tests/macos/LaunchedApplication.h"
 #include "tests/macos/ShownView.h"
@@ -236,9 +237,64 @@ TEST_F(ViewsTest, AMaterialHasContinuousCorners) {
                          .fill = ui::Material::UltraThin});
     NSView* material = [[content() subviews] firstObject];
     ASSERT_TRUE([material isKindOfClass:[NSVisualEffectView class]]);
-    EXPECT_EQ([[material layer] cornerRadius], 16);
-    EXPECT_TRUE([[[material layer] cornerCurve] isEqual:kCACornerCurveContinuous]);
-    EXPECT_TRUE([[material layer] masksToBounds]);
+    NSImage* mask = [static_cast<NSVisualEffectView*>(material) maskImage];
+    // As far as a continuous corner of that radius reaches.
+    EXPECT_EQ([mask capInsets].left, 25);
+    EXPECT_EQ([mask capInsets].bottom, 25);
+    EXPECT_EQ([mask resizingMode], NSImageResizingModeStretch);
+    EXPECT_TRUE(NSEqualSizes([mask size], NSMakeSize(51, 51)));
+    EXPECT_EQ([[material layer] cornerRadius], 0);
+}
+
+TEST(StyleTest, ARoundedOutlineHasTheCornersThatItAsksFor) {
+    const NSRect area = NSMakeRect(10, 20, 100, 60);
+    const auto begin = [area](const ui::RoundedRectangle& outline) {
+        NSBezierPath* path = nativePath(outline, area);
+        EXPECT_TRUE(NSContainsRect(NSInsetRect(area, -0.1, -0.1), [path bounds]));
+        EXPECT_TRUE(NSContainsRect([path bounds], NSInsetRect(area, 0.1, 0.1)));
+        EXPECT_TRUE([path containsPoint:NSMakePoint(60, 50)]);
+        EXPECT_TRUE([path containsPoint:NSMakePoint(16.5, 26.5)]);
+        EXPECT_FALSE([path containsPoint:NSMakePoint(14, 24)]);
+        EXPECT_FALSE([path containsPoint:NSMakePoint(106, 76)]);
+        NSPoint points[3];
+        [path elementAtIndex:0 associatedPoints:points];
+        return points[0];
+    };
+    EXPECT_EQ(begin({.cornerRadius = 16, .continuous = true}).y, 20 + 1.528665 * 16);
+    EXPECT_NE(begin({.cornerRadius = 16, .continuous = false}).y, 20 + 1.528665 * 16);
+    // No room for more than an arc.
+    EXPECT_NE(begin({.cornerRadius = 20, .continuous = true}).y, 20 + 1.528665 * 20);
+}
+
+TEST_F(ViewsTest, SizesPlacesAndColoursMoveOnLayers) {
+    const auto body = [](double width, ui::Role role, std::int64_t value) {
+        const ui::View capsule =
+            ui::View(ui::FilledShape{.outline = ui::Capsule{}, .fill = ui::Color{.base = role}})
+                .frame({.width = width, .height = 8});
+        return ui::View(ui::HStack{.children = {capsule, box(20, 8), ui::Spacer{}}})
+            .animation(ui::EaseOut{.seconds = 0.3}, value);
+    };
+    show(body(8, ui::Role::Secondary, 0));
+    const auto layer = [this](NSUInteger index) {
+        NSView* moving = [[content() subviews] firstObject];
+        return [[[moving subviews] objectAtIndex:index] layer];
+    };
+    ASSERT_NE(layer(0), nil);
+    [content() display];
+    EXPECT_EQ([layer(0) cornerRadius], 4);
+    const auto before = Owned<id>::share(reinterpret_cast<id>([layer(0) backgroundColor]));
+    EXPECT_TRUE([before.get() isEqual:[NSColor secondaryLabelColor]]);
+
+    change(body(28, ui::Role::Accent, 1));
+    const auto from = [](CALayer* of, NSString* path) {
+        return [static_cast<CABasicAnimation*>([of animationForKey:path]) fromValue];
+    };
+    EXPECT_TRUE(NSEqualSizes([from(layer(0), @"bounds") rectValue].size, NSMakeSize(8, 8)));
+    EXPECT_EQ(from(layer(0), @"backgroundColor"), before.get());
+    EXPECT_EQ([from(layer(1), @"position") pointValue].x, 8);
+    EXPECT_EQ([layer(1) animationForKey:@"bounds"], nil);
+    [content() display];
+    EXPECT_NE(reinterpret_cast<id>([layer(0) backgroundColor]), before.get());
 }
 
 TEST_F(ViewsTest, NothingOfAViewOutlivesItsWindow) {

@@ -114,7 +114,7 @@ TEST_F(WindowsTest, ThePanelIsMadeInOrder) {
                             "NSPanel setBackgroundColor: clearColor", "NSPanel setHasShadow: YES",
                             "NSPanel setAnimationBehavior: 4", "NSPanel setReleasedWhenClosed: NO",
                             "NSPanel setContentView: PelistraHostingView", "NSPanel orderOut: nil",
-                            "NSPanel setContentSize: {280, 78}",
+                            "NSPanel setContentSize: {280, 78}", "NSPanel invalidateShadow",
                             "NSPanel setFrameOrigin: {1224, 874}", "NSPanel orderFrontRegardless"));
     EXPECT_THAT(recorded("NSEvent addGlobal"),
                 ElementsAre("NSEvent addGlobalMonitorForEventsMatchingMask 10"));

@@ -18,9 +18,7 @@ public:
     [[nodiscard]] Size text(const ui::Text& text, std::optional<double> width) const override;
     [[nodiscard]] Size symbol(const ui::Symbol& symbol) const override;
     [[nodiscard]] std::optional<Size> nativeButton(const ui::Button& button) const override;
-    [[nodiscard]] ui::ButtonMetrics button(const ui::Button& /*button*/) const override {
-        return {};
-    }
+    [[nodiscard]] ui::ButtonMetrics button(const ui::Button& button) const override;
     [[nodiscard]] ui::SwitchMetrics toggle() const override;
     [[nodiscard]] ui::FormMetrics form() const override;
 

@@ -43,7 +43,13 @@ std::optional<Size> AppKitMeasures::nativeButton(const ui::Button& button) const
     }
     const auto native = makeButton([PelistraPushButton class]);
     showButton(native.get(), button);
-    return sizeOf([[native.get() cell] cellSize]);
+    const NSSize size = [[native.get() cell] cellSize];
+    return sizeOf(
+        [native.get() alignmentRectForFrame:NSMakeRect(0, 0, size.width, size.height)].size);
+}
+
+ui::ButtonMetrics AppKitMeasures::button(const ui::Button& button) const {
+    return {.insets = ui::Edges::all(button.style == ui::ButtonStyle::Borderless ? 5 : 0)};
 }
 
 ui::SwitchMetrics AppKitMeasures::toggle() const {

@@ -1,6 +1,7 @@
 #include "platform/macos/views/ContentButton.h"
 
 #include "platform/macos/Owned.h"
+#include "platform/macos/views/Style.h"
 
 namespace {
 
@@ -21,9 +22,7 @@ constexpr double pressOpacity = 0.16;
 @implementation PelistraContentButton
 
 - (NSBezierPath*)surface {
-    return [NSBezierPath bezierPathWithRoundedRect:[self bounds]
-                                           xRadius:cornerRadius
-                                           yRadius:cornerRadius];
+    return pelistra::appkit::nativePath(outline, [self bounds]);
 }
 
 - (BOOL)isFlipped {
@@ -31,7 +30,14 @@ constexpr double pressOpacity = 0.16;
 }
 
 - (NSView*)hitTest:(NSPoint)point {
-    return [super hitTest:point] != nil ? self : nil;
+    const NSPoint own = [self convertPoint:point fromView:[self superview]];
+    return [super hitTest:point] != nil && [[self surface] containsPoint:own] ? self : nil;
+}
+
+// A button of the system's may leave its drawing to its layer, and this one's would never be asked
+// for.
+- (BOOL)wantsUpdateLayer {
+    return NO;
 }
 
 - (void)drawRect:(NSRect)dirtyRect {
@@ -71,6 +77,13 @@ constexpr double pressOpacity = 0.16;
     [self setNeedsDisplay:YES];
 }
 
+// With a new area, since the system may still take the pointer to be in the one that it knows.
+- (void)forgetPointer {
+    isHovered = NO;
+    [self updateTrackingAreas];
+    [self setNeedsDisplay:YES];
+}
+
 - (void)drawFocusRingMask {
     [[self surface] fill];
 }
@@ -80,3 +93,16 @@ constexpr double pressOpacity = 0.16;
 }
 
 @end
+
+namespace pelistra::appkit {
+
+void forgetPointer(NSView* view) {
+    if ([view isKindOfClass:[PelistraContentButton class]]) {
+        [static_cast<PelistraContentButton*>(view) forgetPointer];
+    }
+    for (NSView* subview in [view subviews]) {
+        forgetPointer(subview);
+    }
+}
+
+} // namespace pelistra::appkit

@@ -11,8 +11,23 @@ namespace pelistra::appkit {
 
 namespace {
 
-// A button with a title or a symbol is one of the system's; any other label lies in a button that
-// draws nothing else.
+// Of the surface under the pointer, where the label says nothing else. Points.
+constexpr ui::RoundedRectangle usualSurface = {.cornerRadius = 5};
+
+// The first text in a label; empty when there is none.
+std::string textIn(const std::vector<ui::Placed>& label) {
+    for (const ui::Placed& placed : label) {
+        const auto* text = placed.view.as<ui::Text>();
+        const std::string found = text != nullptr ? text->text : textIn(placed.children);
+        if (!found.empty()) {
+            return found;
+        }
+    }
+    return {};
+}
+
+// A button with a title is one of the system's; any other label lies in a button that draws nothing
+// else.
 class ButtonElement final : public Element {
   public:
     explicit ButtonElement(ElementContext& context)
@@ -33,6 +48,16 @@ class ButtonElement final : public Element {
         [button() setTarget:nil];
     }
 
+    // Its look comes first, which its margins depend on.
+    void update(const ui::Placed& placed, NSPoint origin) override {
+        const auto& now = *placed.view.as<ui::Button>();
+        if (isNative(now) && drawn_ != now) {
+            showButton(button(), now);
+        }
+        drawn_ = now;
+        Element::update(placed, origin);
+    }
+
   protected:
     Owned<NSView*> makeView() override {
         const bool isOwn = !isNative(node<ui::Button>());
@@ -51,17 +76,26 @@ class ButtonElement final : public Element {
 
     void apply(const ui::Placed& placed) override {
         const auto& now = node<ui::Button>();
-        say(placed, view());
-        if (!isNative(now)) {
-            [label_.get() setFrame:[view() bounds]];
-            if (const auto* shape = now.label.as<ui::ContentShape>()) {
-                static_cast<PelistraContentButton*>(view())->cornerRadius =
-                    cornerRadius(shape->outline, placed.frame.size);
-            }
-        } else if (drawn_ != now) {
-            showButton(button(), now);
+        if (isNative(now)) {
+            say(placed.help, {}, view());
+            return;
         }
-        drawn_ = now;
+        const std::string text = textIn(placed.children);
+        const std::string& name =
+            placed.accessibilityLabel.empty() ? placed.help : placed.accessibilityLabel;
+        say(placed.help, text.empty() ? name : text, view());
+        [label_.get() setFrame:[view() bounds]];
+        const auto* shape = now.label.as<ui::ContentShape>();
+        static_cast<PelistraContentButton*>(view())->outline =
+            shape != nullptr ? shape->outline : usualSurface;
+    }
+
+    void updateChildren(const ui::Placed& placed) override {
+        const bool isQuiet = node<ui::Button>().style == ui::ButtonStyle::Borderless;
+        const ui::Color outside = context().foreground;
+        context().foreground = isQuiet ? ui::Color{.base = ui::Role::Secondary} : outside;
+        Element::updateChildren(placed);
+        context().foreground = outside;
     }
 
   private:
@@ -99,8 +133,10 @@ class ToggleElement final : public Element {
     void apply(const ui::Placed& placed) override {
         const NSRect frame = nsRect(placed.toggle);
         const NSRect around = nsRect(placed.frame);
-        [switch_.get() setFrame:NSOffsetRect(frame, -around.origin.x, -around.origin.y)];
-        say(placed, switch_.get());
+        [switch_.get()
+            setFrame:[switch_.get() frameForAlignmentRect:NSOffsetRect(frame, -around.origin.x,
+                                                                       -around.origin.y)]];
+        say(placed.help, placed.accessibilityLabel, switch_.get());
         if (placed.accessibilityLabel.empty()) {
             [switch_.get() setAccessibilityLabel:nsString(node<ui::Toggle>().label)];
         }

@@ -20,6 +20,8 @@ struct ElementContext {
     HostingServices services;
     // How the present update is shown; without one, at once.
     Motion* motion = nullptr;
+    // What symbols without a colour of their own take.
+    ui::Color foreground = {};
 };
 
 // One placed element on the screen: it keeps an NSView for as long as arrangements go on containing
@@ -55,7 +57,7 @@ class Element {
     [[nodiscard]] virtual NSView* contentView() const { return view(); }
     [[nodiscard]] virtual NSPoint contentOrigin(const ui::Placed& placed) const;
     // Help text and name, on the view that a user or a screen reader finds.
-    void say(const ui::Placed& placed, NSView* carrier);
+    void say(const std::string& helpText, const std::string& name, NSView* carrier);
 
     template <class Kind> [[nodiscard]] const Kind& node() const { return *shown_->as<Kind>(); }
     [[nodiscard]] ElementContext& context() const { return *context_; }

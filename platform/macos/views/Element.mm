@@ -38,6 +38,8 @@ std::unique_ptr<Element> Element::make(const ui::Placed& placed, NSView* parent,
         if (auto element = maker(placed.view, context)) {
             element->shown_ = placed.view;
             element->native_ = element->makeView();
+            // Motion is shown by layers; an ordinary view has none.
+            [element->view() setWantsLayer:YES];
             [parent addSubview:element->view()];
             return element;
         }
@@ -73,8 +75,8 @@ void Element::update(const ui::Placed& placed, NSPoint origin) {
     shown_ = placed.view;
     key_ = placed.key;
     const NSRect frame = nsRect(placed.frame);
-    place(NSMakeRect(frame.origin.x - origin.x, frame.origin.y - origin.y, frame.size.width,
-                     frame.size.height));
+    // Controls of the system's have invisible margins around what is seen of them.
+    place([native_.get() frameForAlignmentRect:NSOffsetRect(frame, -origin.x, -origin.y)]);
     apply(placed);
     updateChildren(placed);
 }
@@ -97,13 +99,13 @@ void Element::place(NSRect frame) {
     }
 }
 
-void Element::say(const ui::Placed& placed, NSView* carrier) {
-    NSString* help = placed.help.empty() ? nil : nsString(placed.help);
+void Element::say(const std::string& helpText, const std::string& name, NSView* carrier) {
+    NSString* help = helpText.empty() ? nil : nsString(helpText);
     if (help != [carrier toolTip] && ![[carrier toolTip] isEqual:help]) {
         [carrier setToolTip:help];
     }
-    if (said_ != placed.accessibilityLabel) {
-        said_ = placed.accessibilityLabel;
+    if (said_ != name) {
+        said_ = name;
         [carrier setAccessibilityLabel:said_.empty() ? nil : nsString(said_)];
     }
 }

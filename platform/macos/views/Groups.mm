@@ -16,15 +16,16 @@ class ClipElement final : public Element {
   protected:
     Owned<NSView*> makeView() override {
         auto container = Element::makeView();
-        [container.get() setWantsLayer:YES];
+        [container.get() setClipsToBounds:YES];
         return container;
     }
 
     void apply(const ui::Placed& placed) override {
+        const auto& outline = node<ui::Clip>().outline;
         CALayer* layer = [view() layer];
-        [layer setCornerRadius:cornerRadius(node<ui::Clip>().outline, placed.frame.size)];
-        [layer setCornerCurve:kCACornerCurveContinuous];
-        [layer setMasksToBounds:YES];
+        [layer setCornerRadius:cornerRadius(outline, placed.frame.size)];
+        [layer setCornerCurve:(hasContinuousCorners(outline) ? kCACornerCurveContinuous
+                                                             : kCACornerCurveCircular)];
     }
 };
 

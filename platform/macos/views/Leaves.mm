@@ -20,7 +20,7 @@ class TextElement final : public Element {
             drawn_ = node<ui::Text>();
             showText(field(), *drawn_);
         }
-        say(placed, view());
+        say(placed.help, placed.accessibilityLabel, view());
     }
 
   private:
@@ -43,10 +43,11 @@ class SymbolElement final : public Element {
     }
 
     void apply(const ui::Placed&) override {
-        const auto& symbol = node<ui::Symbol>();
+        ui::Symbol symbol = node<ui::Symbol>();
+        symbol.foreground = symbol.foreground.value_or(context().foreground);
         if (drawn_ != symbol) {
             [imageView() setImage:nativeSymbol(symbol.name, symbol.font)];
-            [imageView() setContentTintColor:nativeColor(symbol.foreground.value_or(ui::Color{}))];
+            [imageView() setContentTintColor:nativeColor(*symbol.foreground)];
             drawn_ = symbol;
         }
     }

@@ -21,6 +21,8 @@ class Motion {
 
     // Gives the view another frame.
     void move(NSView* view, NSRect frame) const;
+    // The view, which is filled by its layer, gets another colour than its layer has by now.
+    void recolor(NSView* view) const;
     // The view appears: from opacity 0 and the scale about its centre.
     void enter(NSView* view, double scale) const;
     // The view disappears in the same way, to that scale, and its owner is let go of at the end.
@@ -28,7 +30,7 @@ class Motion {
 
   private:
     // To what the layer has by now, when there is no other end.
-    void animate(NSView* view, NSString* keyPath, NSValue* from, NSValue* to = nil) const;
+    void animate(NSView* view, NSString* keyPath, id from, NSValue* to = nil) const;
     void scaleFrom(NSView* view, double scale) const;
     void scaleTo(NSView* view, double scale) const;
     [[nodiscard]] double duration() const;

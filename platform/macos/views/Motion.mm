@@ -41,7 +41,7 @@ NSValue* scaledPosition(NSView* view, double scale) {
 
 double Motion::duration() const { return [makeAnimation(animation_, @"opacity").get() duration]; }
 
-void Motion::animate(NSView* view, NSString* keyPath, NSValue* from, NSValue* to) const {
+void Motion::animate(NSView* view, NSString* keyPath, id from, NSValue* to) const {
     const auto animation = makeAnimation(animation_, keyPath);
     [animation.get() setFromValue:from];
     if (to != nil) {
@@ -60,9 +60,18 @@ void Motion::move(NSView* view, NSRect frame) const {
         return;
     }
     animate(view, @"position", [NSValue valueWithPoint:NSMakePoint(position.x, position.y)]);
-    animate(view, @"bounds",
-            [NSValue valueWithRect:NSMakeRect(bounds.origin.x, bounds.origin.y, bounds.size.width,
-                                              bounds.size.height)]);
+    if (!NSEqualSizes(before.size, frame.size)) {
+        animate(view, @"bounds",
+                [NSValue valueWithRect:NSMakeRect(bounds.origin.x, bounds.origin.y,
+                                                  bounds.size.width, bounds.size.height)]);
+    }
+}
+
+void Motion::recolor(NSView* view) const {
+    CGColorRef before = [[view layer] backgroundColor];
+    if (before != nullptr) {
+        animate(view, @"backgroundColor", (__bridge id)before);
+    }
 }
 
 void Motion::scaleFrom(NSView* view, double scale) const {

@@ -7,7 +7,9 @@
 
 namespace pelistra::appkit {
 
-// A button whose label is nothing but a text or a symbol is one of the system's own.
+// A button whose label is nothing but a text is one of the system's own. Those with a symbol alone
+// colour it only without a border, and show a border under the pointer only in the key window,
+// which the second row never is.
 [[nodiscard]] bool isNative(const ui::Button& button);
 
 // A push button without a title.

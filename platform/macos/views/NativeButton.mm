@@ -1,7 +1,6 @@
 #include "platform/macos/views/NativeButton.h"
 
 #include "platform/macos/Conversions.h"
-#include "platform/macos/views/Style.h"
 
 namespace pelistra::appkit {
 
@@ -51,9 +50,7 @@ void applyTitle(NSButton* button, const ui::Button& now, const ui::Text& text) {
 
 } // namespace
 
-bool isNative(const ui::Button& button) {
-    return button.label.as<ui::Text>() != nullptr || button.label.as<ui::Symbol>() != nullptr;
-}
+bool isNative(const ui::Button& button) { return button.label.as<ui::Text>() != nullptr; }
 
 Owned<NSButton*> makeButton(Class kind) {
     auto made = Owned<NSButton*>::adopt([[kind alloc] initWithFrame:NSZeroRect]);
@@ -64,13 +61,7 @@ Owned<NSButton*> makeButton(Class kind) {
 
 void showButton(NSButton* button, const ui::Button& now) {
     applyStyle(button, now);
-    if (const auto* symbol = now.label.as<ui::Symbol>()) {
-        [button setImage:nativeSymbol(symbol->name, symbol->font)];
-        [button setImagePosition:NSImageOnly];
-        [button setContentTintColor:[NSColor secondaryLabelColor]];
-    } else if (const auto* text = now.label.as<ui::Text>()) {
-        applyTitle(button, now, *text);
-    }
+    applyTitle(button, now, *now.label.as<ui::Text>());
     [button setKeyEquivalent:keyEquivalent(now)];
 }
 

@@ -16,26 +16,51 @@ class PaintedElement final : public Element {
     using Element::Element;
 
   protected:
-    void apply(const ui::Placed&) override {
+    void apply(const ui::Placed& placed) override {
         const auto& shape = node<ui::FilledShape>();
-        if (drawn_ == shape) {
+        const Size size = placed.frame.size;
+        if (drawn_ == shape && size_ == size) {
             return;
         }
         drawn_ = shape;
-        static_cast<PelistraContainerView*>(view())->draw = [shape](NSRect bounds) {
-            NSBezierPath* path = nativePath(shape.outline, bounds);
-            if (const auto* gradient = std::get_if<ui::LinearGradient>(&shape.fill)) {
-                fill(*gradient, path, bounds);
-            } else {
-                [nativeColor(std::get<ui::Color>(shape.fill)) setFill];
-                [path fill];
-            }
-        };
-        [view() setNeedsDisplay:YES];
+        size_ = size;
+        auto* container = static_cast<PelistraContainerView*>(view());
+        container->draw = nullptr;
+        container->fillColor.reset();
+        const auto* color = std::get_if<ui::Color>(&shape.fill);
+        const bool isCircleInside =
+            std::holds_alternative<ui::Circle>(shape.outline) && size.width != size.height;
+        if (color != nullptr && !isCircleInside) {
+            fillByLayer(container, *color, placed.frame.size);
+        } else {
+            [[container layer] setBackgroundColor:nullptr];
+            container->draw = [shape](NSRect bounds) { paint(shape, bounds); };
+        }
+        [container setNeedsDisplay:YES];
     }
 
   private:
+    void fillByLayer(PelistraContainerView* container, const ui::Color& color, Size size) {
+        container->fillColor = Owned<NSColor*>::share(nativeColor(color));
+        container->fillRadius = cornerRadius(drawn_->outline, size);
+        container->hasContinuousCorners = hasContinuousCorners(drawn_->outline);
+        if (context().motion != nullptr) {
+            context().motion->recolor(container);
+        }
+    }
+
+    static void paint(const ui::FilledShape& shape, NSRect bounds) {
+        NSBezierPath* path = nativePath(shape.outline, bounds);
+        if (const auto* gradient = std::get_if<ui::LinearGradient>(&shape.fill)) {
+            fill(*gradient, path, bounds);
+        } else {
+            [nativeColor(std::get<ui::Color>(shape.fill)) setFill];
+            [path fill];
+        }
+    }
+
     std::optional<ui::FilledShape> drawn_;
+    Size size_;
 };
 
 // What lies behind the window shines through it, blurred.
@@ -51,17 +76,22 @@ class MaterialElement final : public Element {
         [material.get() setBlendingMode:NSVisualEffectBlendingModeBehindWindow];
         // Its window is never the active one.
         [material.get() setState:NSVisualEffectStateActive];
-        [material.get() setWantsLayer:YES];
         return Owned<NSView*>::share(material.get());
     }
 
     void apply(const ui::Placed& placed) override {
         const auto& outline = node<ui::FilledShape>().outline;
-        CALayer* layer = [view() layer];
-        [layer setCornerRadius:cornerRadius(outline, placed.frame.size)];
-        [layer setCornerCurve:kCACornerCurveContinuous];
-        [layer setMasksToBounds:YES];
+        if (masked_ != outline || size_ != placed.frame.size) {
+            masked_ = outline;
+            size_ = placed.frame.size;
+            // What lies behind the window is not the layer's to cut.
+            [static_cast<NSVisualEffectView*>(view()) setMaskImage:cornerMask(outline, size_)];
+        }
     }
+
+  private:
+    std::optional<ui::Outline> masked_;
+    Size size_;
 };
 
 class StrokedElement final : public Element {

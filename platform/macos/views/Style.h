@@ -23,6 +23,13 @@ namespace pelistra::appkit {
 // The radius that the outline's corners have in an area of that size.
 [[nodiscard]] double cornerRadius(const ui::Outline& outline, Size area);
 
+// Whether the outline's corners run into the sides with continuous curvature.
+[[nodiscard]] bool hasContinuousCorners(const ui::Outline& outline);
+
+// A mask with the outline's corners that stretches to areas of that size and larger; nil for an
+// outline without any.
+[[nodiscard]] NSImage* cornerMask(const ui::Outline& outline, Size area);
+
 // Fills the path with what is painted, in the area that a gradient's unit points refer to.
 void fill(const ui::LinearGradient& gradient, NSBezierPath* path, NSRect area);
 

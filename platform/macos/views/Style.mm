@@ -4,6 +4,8 @@
 #include "platform/macos/Owned.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 namespace pelistra::appkit {
 
@@ -88,6 +90,66 @@ NSRect centredSquare(NSRect area) {
     return NSMakeRect(NSMidX(area) - side / 2, NSMidY(area) - side / 2, side, side);
 }
 
+// Where a corner of radius 1 with continuous curvature runs, from one side to the other: the points
+// of three curves, by their distances from the corner along the side before and after it. It is the
+// corner that layers have.
+struct CornerPoint {
+    double before;
+    double after;
+};
+constexpr std::array<CornerPoint, 10> continuousCorner = {{{1.528665, 0},
+                                                           {1.088493, 0},
+                                                           {0.868407, 0},
+                                                           {0.631494, 0.074911},
+                                                           {0.372824, 0.169059},
+                                                           {0.169059, 0.372824},
+                                                           {0.074911, 0.631494},
+                                                           {0, 0.868407},
+                                                           {0, 1.088493},
+                                                           {0, 1.528665}}};
+
+// How far from a corner its curve begins; a continuous one is an arc where it would not fit.
+double reach(const ui::Outline& outline, Size area) {
+    const double radius = cornerRadius(outline, area);
+    const double continuous = continuousCorner.front().before * radius;
+    const bool fits = 2 * continuous <= std::min(area.width, area.height);
+    return hasContinuousCorners(outline) && fits ? continuous : radius;
+}
+
+NSBezierPath* continuousPath(double radius, NSRect area) {
+    struct Corner {
+        NSPoint at;
+        NSPoint before;
+        NSPoint after;
+    };
+    const std::array<Corner, 4> corners = {
+        {{{NSMinX(area), NSMinY(area)}, {0, radius}, {radius, 0}},
+         {{NSMaxX(area), NSMinY(area)}, {-radius, 0}, {0, radius}},
+         {{NSMaxX(area), NSMaxY(area)}, {0, -radius}, {-radius, 0}},
+         {{NSMinX(area), NSMaxY(area)}, {radius, 0}, {0, -radius}}}};
+    NSBezierPath* path = [NSBezierPath bezierPath];
+    for (const Corner& corner : corners) {
+        const auto point = [&corner](std::size_t index) {
+            const CornerPoint& part = continuousCorner.at(index);
+            return NSMakePoint(
+                corner.at.x + part.before * corner.before.x + part.after * corner.after.x,
+                corner.at.y + part.before * corner.before.y + part.after * corner.after.y);
+        };
+        if ([path isEmpty]) {
+            [path moveToPoint:point(0)];
+        } else {
+            [path lineToPoint:point(0)];
+        }
+        for (std::size_t curve = 1; curve < continuousCorner.size(); curve += 3) {
+            [path curveToPoint:point(curve + 2)
+                 controlPoint1:point(curve)
+                 controlPoint2:point(curve + 1)];
+        }
+    }
+    [path closePath];
+    return path;
+}
+
 NSPoint place(const ui::UnitPoint& point, NSRect area) {
     return NSMakePoint(NSMinX(area) + point.x * area.size.width,
                        NSMinY(area) + point.y * area.size.height);
@@ -130,11 +192,39 @@ double cornerRadius(const ui::Outline& outline, Size area) {
     return std::min(area.width, area.height) / 2;
 }
 
+bool hasContinuousCorners(const ui::Outline& outline) {
+    const auto* rounded = std::get_if<ui::RoundedRectangle>(&outline);
+    return rounded != nullptr && rounded->continuous;
+}
+
+NSImage* cornerMask(const ui::Outline& outline, Size area) {
+    const double edge = std::ceil(reach(outline, area));
+    if (edge == 0) {
+        return nil;
+    }
+    const NSSize size = NSMakeSize(2 * edge + 1, 2 * edge + 1);
+    const ui::RoundedRectangle corners = {.cornerRadius = cornerRadius(outline, area),
+                                          .continuous = hasContinuousCorners(outline)};
+    NSImage* mask = [NSImage imageWithSize:size
+                                   flipped:NO
+                            drawingHandler:^BOOL(NSRect bounds) {
+                              [[NSColor blackColor] setFill];
+                              [nativePath(corners, bounds) fill];
+                              return YES;
+                            }];
+    [mask setCapInsets:NSEdgeInsetsMake(edge, edge, edge, edge)];
+    [mask setResizingMode:NSImageResizingModeStretch];
+    return mask;
+}
+
 NSBezierPath* nativePath(const ui::Outline& outline, NSRect area) {
     if (std::holds_alternative<ui::Circle>(outline)) {
         return [NSBezierPath bezierPathWithOvalInRect:centredSquare(area)];
     }
     const double radius = cornerRadius(outline, sizeOf(area.size));
+    if (reach(outline, sizeOf(area.size)) > radius) {
+        return continuousPath(radius, area);
+    }
     return [NSBezierPath bezierPathWithRoundedRect:area xRadius:radius yRadius:radius];
 }
 

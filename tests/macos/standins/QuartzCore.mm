@@ -1,10 +1,11 @@
 #include "Format.h"
 #include "World.h"
 
-#import <QuartzCore/QuartzCore.h>
+#import <AppKit/AppKit.h>
 
 using namespace pelistra::testing::standins;
 
+CALayerCornerCurve const kCACornerCurveCircular = @"circular";
 CALayerCornerCurve const kCACornerCurveContinuous = @"continuous";
 CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 
@@ -94,13 +95,25 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 - (void)dealloc {
     [animations_ release];
     [cornerCurve_ release];
+    [backgroundColor_ release];
     [super dealloc];
 }
 - (CGPoint)position {
-    return NSZeroPoint;
+    return [view frame].origin;
 }
 - (CGRect)bounds {
-    return NSZeroRect;
+    return [view bounds];
+}
+- (void)setContents:(id)contents {
+    (void)contents;
+}
+- (void)setBackgroundColor:(CGColorRef)color {
+    id former = backgroundColor_;
+    backgroundColor_ = [reinterpret_cast<id>(color) retain];
+    [former release];
+}
+- (CGColorRef)backgroundColor {
+    return reinterpret_cast<CGColorRef>(backgroundColor_);
 }
 - (void)setCornerRadius:(CGFloat)radius {
     cornerRadius_ = radius;
@@ -114,12 +127,6 @@ CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut = @"easeOut";
 }
 - (CALayerCornerCurve)cornerCurve {
     return cornerCurve_;
-}
-- (void)setMasksToBounds:(BOOL)masks {
-    masksToBounds_ = masks;
-}
-- (BOOL)masksToBounds {
-    return masksToBounds_;
 }
 - (void)addAnimation:(CAAnimation*)animation forKey:(NSString*)key {
     [animations_ setObject:animation forKey:key];

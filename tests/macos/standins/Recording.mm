@@ -160,6 +160,7 @@ void installWindowRecording() {
     Hook<13, void, id>::install(window, @selector(orderOut:));
     Hook<14, void>::install(window, @selector(orderFrontRegardless));
     Hook<15, void, NSSize>::install(window, @selector(setContentSize:));
+    Hook<22, void>::install(window, @selector(invalidateShadow));
     Hook<16, void, NSPoint>::install(window, @selector(setFrameOrigin:));
     Hook<17, void, BOOL>::install([NSPanel class], @selector(setFloatingPanel:));
     Hook<18, void, id>::install([NSWindowController class], @selector(showWindow:));

@@ -13,16 +13,67 @@ constexpr double titleBarHeight = 28;
 @implementation NSView (Standin)
 
 - (void)setWantsLayer:(BOOL)wantsLayer {
-    (void)wantsLayer;
+    if (!wantsLayer) {
+        [attachmentsOf(self) removeObjectForKey:@"layers"];
+    } else if ([self layer] == nil) {
+        CALayer* layer = [[[CALayer alloc] init] autorelease];
+        layer->view = self;
+        [attachmentsOf(self) setObject:layer forKey:@"layers"];
+    }
+}
+
+- (BOOL)wantsLayer {
+    return [self layer] != nil;
 }
 
 - (CALayer*)layer {
-    CALayer* layer = [attachmentsOf(self) objectForKey:@"layers"];
-    if (layer == nil) {
-        layer = [[[CALayer alloc] init] autorelease];
-        [attachmentsOf(self) setObject:layer forKey:@"layers"];
+    return [attachmentsOf(self) objectForKey:@"layers"];
+}
+
+- (BOOL)wantsUpdateLayer {
+    return NO;
+}
+
+- (void)updateLayer {
+}
+
+// What the layer would show.
+- (void)drawRect:(NSRect)dirtyRect {
+    (void)dirtyRect;
+    if (![self wantsUpdateLayer] || [self layer] == nil) {
+        return;
     }
-    return layer;
+    [self updateLayer];
+    CALayer* layer = [self layer];
+    const double radius = [layer cornerRadius];
+    [reinterpret_cast<NSColor*>([layer backgroundColor]) setFill];
+    [[NSBezierPath bezierPathWithRoundedRect:[self bounds] xRadius:radius yRadius:radius] fill];
+}
+
+- (void)setClipsToBounds:(BOOL)clips {
+    [attachmentsOf(self) setObject:[NSNumber numberWithBool:clips] forKey:@"clips"];
+}
+
+- (BOOL)clipsToBounds {
+    return [[attachmentsOf(self) objectForKey:@"clips"] boolValue];
+}
+
+- (NSEdgeInsets)alignmentRectInsets {
+    return {0, 0, 0, 0};
+}
+
+- (NSRect)alignmentRectForFrame:(NSRect)frame {
+    const NSEdgeInsets insets = [self alignmentRectInsets];
+    return NSMakeRect(frame.origin.x + insets.left, frame.origin.y + insets.top,
+                      frame.size.width - insets.left - insets.right,
+                      frame.size.height - insets.top - insets.bottom);
+}
+
+- (NSRect)frameForAlignmentRect:(NSRect)alignmentRect {
+    const NSEdgeInsets insets = [self alignmentRectInsets];
+    return NSMakeRect(alignmentRect.origin.x - insets.left, alignmentRect.origin.y - insets.top,
+                      alignmentRect.size.width + insets.left + insets.right,
+                      alignmentRect.size.height + insets.top + insets.bottom);
 }
 
 - (NSEdgeInsets)safeAreaInsets {
@@ -88,6 +139,10 @@ constexpr double titleBarHeight = 28;
 // GNUstep's switch answers for itself, with nothing.
 @implementation NSSwitch (StandinLabel)
 
+- (NSEdgeInsets)alignmentRectInsets {
+    return {2, 2, 2, 2};
+}
+
 - (void)setAccessibilityLabel:(NSString*)label {
     [attachmentsOf(self) setObject:label forKey:@"labels"];
 }
@@ -111,8 +166,13 @@ constexpr double titleBarHeight = 28;
 
 @implementation NSButton (Standin)
 
-- (void)setContentTintColor:(NSColor*)color {
-    (void)color;
+// The real one draws some of its looks by the layer alone.
+- (BOOL)wantsUpdateLayer {
+    return YES;
+}
+
+- (NSEdgeInsets)alignmentRectInsets {
+    return [self isBordered] ? NSEdgeInsets{1, 5, 4, 5} : NSEdgeInsets{0, 0, 0, 0};
 }
 
 - (void)setBezelColor:(NSColor*)color {
@@ -132,7 +192,11 @@ constexpr double titleBarHeight = 28;
 @implementation NSImageView (Standin)
 
 - (void)setContentTintColor:(NSColor*)color {
-    (void)color;
+    [attachmentsOf(self) setObject:color forKey:@"tints"];
+}
+
+- (NSColor*)contentTintColor {
+    return [attachmentsOf(self) objectForKey:@"tints"];
 }
 
 @end
@@ -153,9 +217,18 @@ constexpr double titleBarHeight = 28;
 // GNUstep's draws nothing.
 @implementation NSVisualEffectView (StandinMaterial)
 
+- (void)setMaskImage:(NSImage*)image {
+    [attachmentsOf(self) setValue:image forKey:@"masks"];
+}
+
+- (NSImage*)maskImage {
+    return [attachmentsOf(self) objectForKey:@"masks"];
+}
+
 - (void)drawRect:(NSRect)dirtyRect {
     (void)dirtyRect;
-    const double radius = [[self layer] cornerRadius];
+    // About what the mask lets through.
+    const double radius = [[self maskImage] capInsets].left * 2 / 3;
     [[NSColor colorWithCalibratedWhite:0.95 alpha:1] setFill];
     [[NSBezierPath bezierPathWithRoundedRect:[self bounds] xRadius:radius yRadius:radius] fill];
 }
@@ -163,6 +236,10 @@ constexpr double titleBarHeight = 28;
 @end
 
 @implementation NSColor (Standin)
+
+- (CGColorRef)CGColor {
+    return reinterpret_cast<CGColorRef>(self);
+}
 
 + (NSColor*)controlAccentColor {
     return [NSColor colorWithCalibratedRed:0 green:0.478 blue:1 alpha:1];
@@ -221,6 +298,30 @@ NSFontTextStyle const NSFontTextStyleTitle3 = @"UICTFontTextStyleTitle3";
     NSImageSymbolConfiguration* configuration = [[[self alloc] init] autorelease];
     configuration->pointSize = pointSize;
     return configuration;
+}
+
+@end
+
+@implementation NSImage (StandinStretching)
+
+- (void)setCapInsets:(NSEdgeInsets)insets {
+    [attachmentsOf(self) setObject:[NSValue valueWithBytes:&insets objCType:@encode(NSEdgeInsets)]
+                            forKey:@"caps"];
+}
+
+- (NSEdgeInsets)capInsets {
+    NSEdgeInsets insets{0, 0, 0, 0};
+    [[attachmentsOf(self) objectForKey:@"caps"] getValue:&insets];
+    return insets;
+}
+
+- (void)setResizingMode:(NSImageResizingMode)mode {
+    [attachmentsOf(self) setObject:[NSNumber numberWithInteger:mode] forKey:@"resizing"];
+}
+
+- (NSImageResizingMode)resizingMode {
+    return static_cast<NSImageResizingMode>(
+        [[attachmentsOf(self) objectForKey:@"resizing"] integerValue]);
 }
 
 @end

@@ -70,7 +70,15 @@ typedef enum : NSInteger {
 
 @interface NSView (Standin)
 - (void)setWantsLayer:(BOOL)wantsLayer;
+- (BOOL)wantsLayer;
 - (CALayer*)layer;
+- (BOOL)wantsUpdateLayer;
+- (void)updateLayer;
+- (void)setClipsToBounds:(BOOL)clips;
+- (BOOL)clipsToBounds;
+- (NSEdgeInsets)alignmentRectInsets;
+- (NSRect)alignmentRectForFrame:(NSRect)frame;
+- (NSRect)frameForAlignmentRect:(NSRect)alignmentRect;
 - (NSEdgeInsets)safeAreaInsets;
 - (NSSize)intrinsicContentSize;
 - (void)layout;
@@ -91,7 +99,6 @@ typedef enum : NSInteger {
 @end
 
 @interface NSButton (Standin)
-- (void)setContentTintColor:(NSColor*)color;
 - (void)setBezelColor:(NSColor*)color;
 - (void)setHasDestructiveAction:(BOOL)isDestructive;
 - (BOOL)hasDestructiveAction;
@@ -99,6 +106,7 @@ typedef enum : NSInteger {
 
 @interface NSImageView (Standin)
 - (void)setContentTintColor:(NSColor*)color;
+- (NSColor*)contentTintColor;
 @end
 
 @interface NSColor (Standin)
@@ -129,6 +137,18 @@ extern NSFontTextStyle const NSFontTextStyleTitle3;
 
 @interface NSImage (StandinSymbol)
 - (NSImage*)imageWithSymbolConfiguration:(NSImageSymbolConfiguration*)configuration;
+@end
+
+typedef enum : NSInteger {
+    NSImageResizingModeTile = 0,
+    NSImageResizingModeStretch = 1,
+} NSImageResizingMode;
+
+@interface NSImage (StandinStretching)
+- (void)setCapInsets:(NSEdgeInsets)insets;
+- (NSEdgeInsets)capInsets;
+- (void)setResizingMode:(NSImageResizingMode)mode;
+- (NSImageResizingMode)resizingMode;
 @end
 
 @interface NSEvent (StandinScrolling)

@@ -3,7 +3,10 @@
 
 #include <CoreGraphics/CoreGraphics.h>
 
+@class NSView;
+
 typedef NSString* CALayerCornerCurve;
+extern CALayerCornerCurve const kCACornerCurveCircular;
 extern CALayerCornerCurve const kCACornerCurveContinuous;
 typedef NSString* CAMediaTimingFunctionName;
 extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
@@ -48,8 +51,11 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
 @interface CALayer : NSObject {
     CGFloat cornerRadius_;
     NSString* cornerCurve_;
-    BOOL masksToBounds_;
+    id backgroundColor_;
     NSMutableDictionary* animations_;
+  @public
+    // The view whose layer it is, which keeps it.
+    NSView* view;
 }
 - (CGPoint)position;
 - (CGRect)bounds;
@@ -57,8 +63,9 @@ extern CAMediaTimingFunctionName const kCAMediaTimingFunctionEaseOut;
 - (CGFloat)cornerRadius;
 - (void)setCornerCurve:(CALayerCornerCurve)curve;
 - (CALayerCornerCurve)cornerCurve;
-- (void)setMasksToBounds:(BOOL)masks;
-- (BOOL)masksToBounds;
+- (void)setContents:(id)contents;
+- (void)setBackgroundColor:(CGColorRef)color;
+- (CGColorRef)backgroundColor;
 - (void)addAnimation:(CAAnimation*)animation forKey:(NSString*)key;
 - (CAAnimation*)animationForKey:(NSString*)key;
 - (void)removeAllAnimations;
