@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/PreferencesStore.h"
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 #include "platform/Platform.h"
 
 #include <memory>

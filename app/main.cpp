@@ -1,8 +1,8 @@
 #include "app/AppDelegate.h"
-#include "platform/linux/CommandLine.h"
 #include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/ListItems.h"
-#include "platform/linux/SingleInstance.h"
+#include "platform/linux/application/SingleInstance.h"
+#include "platform/linux/commandline/CommandLine.h"
+#include "platform/linux/commandline/ListItems.h"
 #include "platform/x11/Connection.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 namespace {
 
 using namespace pelistra;
-using namespace pelistra::desktop;
+using namespace pelistra::linux;
 
 constexpr int usageStatus = 2;
 constexpr const char* noAnswer = "the X server does not answer";

@@ -1,11 +1,11 @@
 // How long the core takes to bring the list of hidden icons up to date. Target: 10,000 windows in
 // less than 3 ms, and no worse than in proportion to their number.
 
+#include "base/Logger.h"
 #include "overflow/OverflowServices.h"
 #include "overflow/OverflowStore.h"
 #include "overflow/PrivateMenuBarBridge.h"
 #include "platform/EventPosting.h"
-#include "platform/Logger.h"
 #include "platform/PrivateLibrary.h"
 #include "platform/RunningApplications.h"
 #include "platform/ScreenCapture.h"

@@ -2,7 +2,7 @@
 
 #include "benchmarks/ManyIcons.h"
 #include "benchmarks/Product.h"
-#include "platform/linux/TrayLook.h"
+#include "platform/linux/icons/TrayReader.h"
 #include "tests/desktop/harness/Connect.h"
 
 #include <algorithm>
@@ -64,7 +64,7 @@ bool waitForEach(const std::vector<xcb_window_t>& windows, Condition condition) 
 }
 
 // In the tray, whoever shows it: the icons that are not the organiser's own.
-std::size_t thirdPartyIcons(desktop::TrayLook& look) {
+std::size_t thirdPartyIcons(linux::TrayReader& look) {
     const auto view = look.look();
     return view ? std::ranges::count_if(
                       view->icons, [](const auto& icon) { return icon.className != "Pelistra"; })
@@ -83,7 +83,7 @@ void dockPrograms(const Product& product, const Effort& effort, Values& values) 
     }
     std::this_thread::sleep_for(std::chrono::seconds(2));
     const auto connection = connect(desktop.display());
-    desktop::TrayLook look(*connection);
+    linux::TrayReader look(*connection);
     constexpr int fewer = 4;
     for (int round = 0; round < std::max(3, effort.starts / fewer); ++round) {
         const auto begin = Clock::now();

@@ -6,7 +6,7 @@
 #include "benchmarks/RivalFigures.h"
 #include "benchmarks/RowFigures.h"
 #include "benchmarks/SectionFigures.h"
-#include "benchmarks/TrayLookFigures.h"
+#include "benchmarks/TrayReaderFigures.h"
 #include "benchmarks/WindowFigures.h"
 #include "tests/desktop/harness/FileContent.h"
 

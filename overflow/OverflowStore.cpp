@@ -1,6 +1,6 @@
 #include "overflow/OverflowStore.h"
 
-#include "platform/FatalError.h"
+#include "base/FatalError.h"
 #include "platform/RunningApplications.h"
 #include "platform/ScreenCapture.h"
 

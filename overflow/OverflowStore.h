@@ -1,12 +1,12 @@
 #pragma once
 
+#include "base/Logger.h"
+#include "base/Published.h"
 #include "overflow/OutermostApplication.h"
 #include "overflow/OverflowItem.h"
 #include "overflow/OverflowServices.h"
 #include "overflow/PrivateMenuBarActivator.h"
 #include "overflow/PrivateMenuBarBridge.h"
-#include "platform/Logger.h"
-#include "platform/Published.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Logger.h"
 #include "overflow/OverflowItem.h"
 #include "overflow/OverflowServices.h"
 #include "overflow/PrivateMenuBarBridge.h"
 #include "platform/EventPosting.h"
-#include "platform/Logger.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #include "overflow/PrivateMenuBarBridge.h"
 
-#include "platform/FatalError.h"
+#include "base/FatalError.h"
 #include "platform/RunningApplications.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Logger.h"
 #include "overflow/OverflowServices.h"
 #include "overflow/PrivateMenuBarWindow.h"
-#include "platform/Logger.h"
 #include "platform/PrivateLibrary.h"
 
 #include <cstdint>

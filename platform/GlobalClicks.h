@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Subscription.h"
 #include "platform/Application.h"
-#include "platform/Subscription.h"
 
 #include <functional>
 

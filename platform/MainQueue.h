@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Subscription.h"
+#include "base/Subscription.h"
 
 #include <chrono>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Geometry.h"
-#include "platform/Subscription.h"
+#include "base/Geometry.h"
+#include "base/Subscription.h"
 
 #include <functional>
 #include <optional>

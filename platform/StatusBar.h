@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Geometry.h"
 #include "platform/Application.h"
-#include "platform/Geometry.h"
 #include "platform/Image.h"
 
 #include <functional>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Geometry.h"
-#include "platform/Lifetime.h"
-#include "platform/Subscription.h"
+#include "base/Geometry.h"
+#include "base/Lifetime.h"
+#include "base/Subscription.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FatalError.h"
+#include "base/FatalError.h"
 
 #include <cstdint>
 #include <limits>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/Geometry.h"
-#include "platform/Lifetime.h"
-#include "platform/Logger.h"
+#include "base/Geometry.h"
+#include "base/Lifetime.h"
+#include "base/Logger.h"
+#include "base/Subscription.h"
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
-#include "platform/Subscription.h"
 #include "statusbar/Generation.h"
 #include "statusbar/RevealGeometry.h"
 #include "statusbar/SectionLengths.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Published.h"
-#include "platform/Subscription.h"
+#include "base/Published.h"
+#include "base/Subscription.h"
 #include "ui/View.h"
 
 #include <functional>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/LaunchAtLoginManager.h"
-#include "platform/Lifetime.h"
-#include "platform/Published.h"
-#include "platform/Subscription.h"
+#include "base/Lifetime.h"
+#include "base/Published.h"
+#include "base/Subscription.h"
 #include "ui/Content.h"
+#include "ui/LaunchAtLoginManager.h"
 
 #include <array>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/LaunchAtLoginManager.h"
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 #include "ui/Content.h"
+#include "ui/LaunchAtLoginManager.h"
 
 #include <functional>
 #include <string>

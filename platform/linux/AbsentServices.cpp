@@ -1,6 +1,6 @@
 #include "platform/linux/AbsentServices.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 std::unique_ptr<EventSource> AbsentEventPosting::source(EventSourceState /*state*/) {
     return nullptr;
@@ -16,4 +16,4 @@ bool AbsentEventPosting::postToPid(ProcessId /*processIdentifier*/, const MouseE
     return false;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -2,7 +2,7 @@
 
 #include "platform/EventPosting.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Services that are not there. Each answers what its interface has for a system that cannot do it;
 // nothing here pretends to have done anything.
@@ -16,4 +16,4 @@ public:
     [[nodiscard]] bool postToPid(ProcessId processIdentifier, const MouseEvent& event) override;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

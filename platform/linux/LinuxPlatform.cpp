@@ -1,30 +1,30 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "platform/linux/AbsentServices.h"
-#include "platform/linux/AutostartLoginItem.h"
-#include "platform/linux/ClickDelivery.h"
-#include "platform/linux/CommandLine.h"
-#include "platform/linux/DisplayScale.h"
-#include "platform/linux/FileUserDefaults.h"
-#include "platform/linux/MenuBarStarter.h"
-#include "platform/linux/SingleInstance.h"
-#include "platform/linux/SystemLog.h"
-#include "platform/linux/TrayHost.h"
-#include "platform/linux/TrayLook.h"
-#include "platform/linux/TrayStatusBar.h"
-#include "platform/linux/X11Application.h"
-#include "platform/linux/X11EventPosting.h"
-#include "platform/linux/X11RunningApplications.h"
-#include "platform/linux/X11ScreenCapture.h"
-#include "platform/linux/X11WindowList.h"
-#include "platform/linux/XInputGlobalClicks.h"
-#include "platform/linux/XcbScreens.h"
-#include "platform/linux/XcbWindowServer.h"
-#include "platform/linux/icons/CairoImages.h"
+#include "platform/linux/application/MenuBarStarter.h"
+#include "platform/linux/application/SingleInstance.h"
+#include "platform/linux/application/SystemLog.h"
+#include "platform/linux/application/X11Application.h"
+#include "platform/linux/clicks/ClickDelivery.h"
+#include "platform/linux/clicks/X11EventPosting.h"
+#include "platform/linux/clicks/X11GlobalClicks.h"
+#include "platform/linux/commandline/CommandLine.h"
+#include "platform/linux/icons/TrayReader.h"
+#include "platform/linux/icons/X11ScreenCapture.h"
+#include "platform/linux/icons/X11WindowList.h"
+#include "platform/linux/icons/X11WindowServer.h"
+#include "platform/linux/images/CairoImages.h"
 #include "platform/linux/loop/EventPump.h"
 #include "platform/linux/loop/GlibMainQueue.h"
+#include "platform/linux/programs/X11RunningApplications.h"
+#include "platform/linux/screens/DisplayScale.h"
+#include "platform/linux/screens/X11Screens.h"
+#include "platform/linux/settings/AutostartLoginItem.h"
+#include "platform/linux/settings/FileUserDefaults.h"
 #include "platform/linux/statusitem/StatusToolTip.h"
 #include "platform/linux/statusitem/TrayAdvice.h"
+#include "platform/linux/statusitem/TrayHost.h"
+#include "platform/linux/statusitem/TrayStatusBar.h"
 #include "platform/linux/statusitem/WindowCanvas.h"
 #include "platform/linux/windows/LoadedWindows.h"
 #include "platform/posix/StopSignals.h"
@@ -35,7 +35,7 @@
 
 #include <malloc.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -44,7 +44,7 @@ constexpr Seconds untilGivenBack{2};
 
 // Clicks on other programs' icons, on a connection of their own.
 struct Clicks {
-    Clicks(std::unique_ptr<x11::Connection> ownConnection, TrayLook& look, MainQueue& mainQueue,
+    Clicks(std::unique_ptr<x11::Connection> ownConnection, TrayReader& look, MainQueue& mainQueue,
            LogSink& log)
         : connection(std::move(ownConnection)), pump(*connection, log),
           delivery(*connection, mainQueue, log), posting(look, delivery),
@@ -176,7 +176,7 @@ struct LinuxPlatform::Services {
     EventPump pump;
     FileUserDefaults defaults;
     TrayHost trayHost;
-    XcbScreens screens;
+    X11Screens screens;
     X11Application application;
     CairoImages images;
     TrayAdvice trayAdvice;
@@ -186,13 +186,13 @@ struct LinuxPlatform::Services {
     StatusToolTip toolTip;
     TrayStatusBar statusBar;
     X11RunningApplications runningApplications;
-    TrayLook trayLook;
+    TrayReader trayLook;
     X11WindowList windowList;
-    XcbWindowServer windowServer;
+    X11WindowServer windowServer;
     X11ScreenCapture screenCapture;
     AbsentEventPosting noEventPosting;
     std::unique_ptr<Clicks> clicks;
-    XInputGlobalClicks globalClicks;
+    X11GlobalClicks globalClicks;
     AutostartLoginItem loginItem;
     MenuBarStarter menuBarStarter;
     SourcePtr stop;
@@ -234,4 +234,4 @@ void LinuxPlatform::run() {
     services_->application.run();
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

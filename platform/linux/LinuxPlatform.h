@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class SingleInstance;
 
@@ -36,4 +36,4 @@ private:
     std::unique_ptr<Services> services_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

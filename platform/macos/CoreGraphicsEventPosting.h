@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Logger.h"
 #include "platform/EventPosting.h"
-#include "platform/Logger.h"
 
 namespace pelistra::appkit {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Logger.h"
+#include "base/Logger.h"
 #include "platform/WindowList.h"
 
 #include <functional>

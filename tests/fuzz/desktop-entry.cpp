@@ -1,8 +1,8 @@
 // Desktop entries as anybody can install them, and the command line that comes of them. Input: a
 // line with a locale, then the entry.
 
-#include "platform/linux/DesktopEntry.h"
-#include "platform/linux/KeyFile.h"
+#include "platform/linux/programs/DesktopEntry.h"
+#include "platform/linux/settings/KeyFile.h"
 #include "tests/fuzz/Check.h"
 
 #include <algorithm>
@@ -10,17 +10,17 @@
 namespace pelistra::fuzz {
 namespace {
 
-using desktop::DesktopEntry;
+using linux::DesktopEntry;
 
 void checkCommand(const DesktopEntry& entry) {
-    const auto command = desktop::commandOf(entry);
+    const auto command = linux::commandOf(entry);
     for (const std::string& argument : command) {
         // exec() would see the argument end there.
         check(argument.find('\0') == std::string::npos);
     }
     check(command.empty() ||
           (!command.front().empty() && command.front().find('=') == std::string::npos));
-    check(desktop::programOf(entry).find('/') == std::string::npos);
+    check(linux::programOf(entry).find('/') == std::string::npos);
 }
 
 void checkEntry(const DesktopEntry& entry) {
@@ -41,15 +41,15 @@ void checkEntry(const DesktopEntry& entry) {
 // Any argument that is a text survives being written into an entry and read back.
 void checkQuoting(std::string argument) {
     std::erase(argument, '\0');
-    desktop::KeyFile file;
+    linux::KeyFile file;
     file.setText("Desktop Entry", "Type", "Application");
     file.setText("Desktop Entry", "Name", "x");
     file.setText("Desktop Entry", "Exec",
-                 "/bin/program " + desktop::quotedForExec(argument) + " --last");
-    const auto entry = desktop::parseDesktopEntry(file.wholeText());
+                 "/bin/program " + linux::quotedForExec(argument) + " --last");
+    const auto entry = linux::parseDesktopEntry(file.wholeText());
     check(entry.has_value());
-    check(!isUtf8(argument) || desktop::commandOf(*entry) ==
-                                   std::vector<std::string>{"/bin/program", argument, "--last"});
+    check(!isUtf8(argument) ||
+          linux::commandOf(*entry) == std::vector<std::string>{"/bin/program", argument, "--last"});
 }
 
 } // namespace
@@ -58,17 +58,17 @@ void checkQuoting(std::string argument) {
 void pelistra::fuzz::tryInput(Input input) {
     const std::string locale = input.line();
     const std::string text = input.restAsText();
-    if (const auto entry = desktop::parseDesktopEntry(text, locale)) {
+    if (const auto entry = linux::parseDesktopEntry(text, locale)) {
         checkEntry(*entry);
     }
     checkQuoting(text);
     // Exec alone, so that the inputs need not find the key first.
-    desktop::DesktopEntry bare;
+    linux::DesktopEntry bare;
     bare.name = "name";
     bare.exec = text.substr(0, text.find('\0'));
     checkCommand(bare);
     // A quote that nobody closes makes no command.
     const bool isOpen = std::ranges::count(bare.exec, '"') % 2 == 1;
     const bool isPlain = bare.exec.find_first_of("\\'#") == std::string::npos;
-    check(!isOpen || !isPlain || desktop::commandOf(bare).empty());
+    check(!isOpen || !isPlain || linux::commandOf(bare).empty());
 }

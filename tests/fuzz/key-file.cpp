@@ -1,7 +1,7 @@
 // Files of keys and values, whoever wrote them, and changes to them. Input: a line with a key, a
 // line with a text, then the file.
 
-#include "platform/linux/KeyFile.h"
+#include "platform/linux/settings/KeyFile.h"
 #include "tests/fuzz/Check.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace pelistra::fuzz {
 namespace {
 
-using desktop::KeyFile;
+using linux::KeyFile;
 
 constexpr const char* group = "Defaults";
 
@@ -34,7 +34,7 @@ void pelistra::fuzz::tryInput(Input input) {
     std::string value = input.line();
     std::erase(value, '\0');
     std::string fault;
-    if (auto file = desktop::KeyFile::parse(input.restAsText(), fault)) {
+    if (auto file = linux::KeyFile::parse(input.restAsText(), fault)) {
         check(isUtf8(file->text(group, key)));
         check(isUtf8(file->localText(group, key, "zh_CN")));
         checkChange(std::move(*file), value);

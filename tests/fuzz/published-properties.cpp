@@ -4,7 +4,7 @@
 
 #include "menubar/Metrics.h"
 #include "menubar/Options.h"
-#include "platform/linux/ScreenLayout.h"
+#include "platform/linux/screens/ScreenLayout.h"
 #include "platform/x11/PublishedItems.h"
 #include "tests/fuzz/Check.h"
 
@@ -29,10 +29,10 @@ bool lies(const ScreenRect& part, const ScreenRect& whole) {
 }
 
 // RandR's own numbers have 16 bits; what is on top of them comes from properties.
-desktop::ScreenFacts takeFacts(Input& input) {
+linux::ScreenFacts takeFacts(Input& input) {
     const auto coordinate = [&] { return static_cast<std::int16_t>(input.word()); };
     const auto size = [&] { return static_cast<std::uint16_t>(input.word()); };
-    desktop::ScreenFacts facts;
+    linux::ScreenFacts facts;
     facts.root = {.x = 0, .y = 0, .width = size(), .height = size()};
     const std::size_t monitors = input.byte() % 4;
     for (std::size_t i = 0; i < monitors; ++i) {
@@ -41,25 +41,25 @@ desktop::ScreenFacts takeFacts(Input& input) {
         facts.monitors.push_back(
             {.frame = {.x = x, .y = y, .width = size(), .height = size()}, .isPrimary = i == 1});
     }
-    facts.scale = desktop::scaleIn(takeWords(input, 1)).value_or(1);
+    facts.scale = linux::scaleIn(takeWords(input, 1)).value_or(1);
     check(facts.scale >= 0.5 && facts.scale <= 8);
     if (input.byte() % 2 == 0) {
-        desktop::Strut& strut = facts.barStrut.emplace();
+        linux::Strut& strut = facts.barStrut.emplace();
         for (std::uint32_t& word : strut) {
             word = input.word();
         }
     }
-    facts.workArea = desktop::rootRectIn(takeWords(input, 4));
-    const auto left = desktop::rootRectIn(takeWords(input, 4));
-    const auto right = desktop::rootRectIn(takeWords(input, 4));
+    facts.workArea = linux::rootRectIn(takeWords(input, 4));
+    const auto left = linux::rootRectIn(takeWords(input, 4));
+    const auto right = linux::rootRectIn(takeWords(input, 4));
     if (left && right) {
         facts.auxiliaryAreas = {*left, *right};
     }
     return facts;
 }
 
-void checkScreens(const desktop::ScreenFacts& facts) {
-    for (const Screen& screen : desktop::screensFrom(facts)) {
+void checkScreens(const linux::ScreenFacts& facts) {
+    for (const Screen& screen : linux::screensFrom(facts)) {
         check(screen.frame.width() > 0 && screen.frame.height() > 0);
         check(lies(screen.visibleFrame, screen.frame));
         check(screen.visibleFrame.width() > 0 && screen.visibleFrame.height() > 0);
@@ -71,7 +71,7 @@ void checkScreens(const desktop::ScreenFacts& facts) {
 }
 
 void checkResources(const std::string& text) {
-    const auto organiser = desktop::resourceScaleIn(text);
+    const auto organiser = linux::resourceScaleIn(text);
     check(!organiser || (*organiser >= 0.25 && *organiser <= 10));
     const double bar = menubar::scaleFromResources(text);
     check(bar >= menubar::leastScale && bar <= menubar::greatestScale);

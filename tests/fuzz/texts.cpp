@@ -1,8 +1,8 @@
 // Titles and names that other programs chose, on their way to the screen and to the log.
 
 #include "menubar/ForeignText.h"
-#include "platform/linux/LogLine.h"
-#include "platform/linux/TrayLookText.h"
+#include "platform/linux/application/LogLine.h"
+#include "platform/linux/icons/PresentableText.h"
 #include "tests/fuzz/Check.h"
 
 namespace pelistra::fuzz {
@@ -18,17 +18,17 @@ void checkReplaced(const std::string& text, const std::string& shown) {
 }
 
 void checkOrganiser(const std::string& text) {
-    const std::string shown = desktop::presentableText(text);
+    const std::string shown = linux::presentableText(text);
     check(isClean(shown));
-    check(shown.size() <= desktop::presentableTextByteLimit);
-    check(desktop::presentableText(shown) == shown);
+    check(shown.size() <= linux::presentableTextByteLimit);
+    check(linux::presentableText(shown) == shown);
     checkReplaced(text, shown);
-    check(!isClean(text) || text.size() > desktop::presentableTextByteLimit || shown == text);
+    check(!isClean(text) || text.size() > linux::presentableTextByteLimit || shown == text);
 
-    const std::string latin = desktop::presentableLatin1(text);
+    const std::string latin = linux::presentableLatin1(text);
     check(isClean(latin));
-    check(latin.size() <= desktop::presentableTextByteLimit);
-    check(desktop::presentableText(latin) == latin);
+    check(latin.size() <= linux::presentableTextByteLimit);
+    check(linux::presentableText(latin) == latin);
 }
 
 void checkBar(const std::string& text) {
@@ -48,12 +48,12 @@ void checkBar(const std::string& text) {
 void checkLog(const std::string& text) {
     const std::string category = text.substr(0, text.size() / 2);
     for (const LogLevel level : {LogLevel::Info, LogLevel::Error, LogLevel::Fault}) {
-        const std::string line = desktop::logLine(category, level, text);
+        const std::string line = linux::logLine(category, level, text);
         check(line.starts_with("pelistra: ["));
         check(line.ends_with('\n'));
         check(isClean(std::string_view(line).substr(0, line.size() - 1)));
     }
-    const std::string harmless = desktop::withoutControlCharacters(text);
+    const std::string harmless = linux::withoutControlCharacters(text);
     check(!isClean(text) || harmless == text);
 }
 

@@ -7,7 +7,7 @@
 #include "menubar/OrderMemory.h"
 #include "menubar/SizeWish.h"
 #include "menubar/XEmbed.h"
-#include "platform/linux/TrayLookText.h"
+#include "platform/linux/icons/PresentableText.h"
 #include "platform/x11/Properties.h"
 #include "tests/fuzz/Check.h"
 
@@ -38,7 +38,7 @@ void checkValues(const x11::PropertyValue& value) {
     check(text.find('\0') == std::string::npos);
     check(value.format == 8 || text.empty());
     check(text.size() <= value.bytes.size());
-    check(isClean(desktop::presentableText(text)));
+    check(isClean(linux::presentableText(text)));
 
     std::string joined;
     for (const std::string& part : value.texts()) {

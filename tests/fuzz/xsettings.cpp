@@ -52,7 +52,7 @@ Bytes published(const std::map<std::string, std::string>& texts, bool bigEndian)
 }
 
 void checkLook(const x11::XSettings& settings) {
-    const desktop::Look look = desktop::lookOf(settings);
+    const linux::Look look = linux::lookOf(settings);
     check(look.bodySize >= 11 && look.bodySize <= 22);
     check(isClean(look.fontFamily));
     const auto* name = x11::settingNamed<std::string>(settings, "Net/ThemeName");

@@ -59,10 +59,12 @@ TEST(HouseTests, ForeignIncludesAreFoundInCoreAndSeam) {
           "#  include \"platform/linux/windows/QtPictures.h\"\n");
     write(tree.path() / "platform" / "Seam.h", "#include <xcb/xcb.h>\n");
     write(tree.path() / "platform" / "linux" / "Fine.cpp", "#include <xcb/xcb.h>\n");
+    write(tree.path() / "base" / "Bad.h", "#include \"platform/Screens.h\"\n");
     EXPECT_THAT(foreignIncludesOfTree(tree.path()),
                 ElementsAre(HasSubstr("app/Bad.cpp: #include <QWidget>"),
                             HasSubstr("platform/linux/windows/QtPictures.h"),
-                            HasSubstr("platform/Seam.h: #include <xcb/xcb.h>")));
+                            HasSubstr("platform/Seam.h: #include <xcb/xcb.h>"),
+                            HasSubstr("base/Bad.h: #include \"platform/Screens.h\"")));
 }
 
 TEST(HouseTests, EveryKindOfForeignIncludeIsSeen) {
@@ -74,7 +76,7 @@ TEST(HouseTests, EveryKindOfForeignIncludeIsSeen) {
         EXPECT_THAT(foreignIncludes(directive, Layer::Core), SizeIs(1)) << directive;
     }
     for (const char* directive :
-         {"#include <vector>", "#include \"platform/Geometry.h\"",
+         {"#include <vector>", "#include \"base/Geometry.h\"",
           "#include \"overflow/OverflowItem.h\"", "// #include <QWidget>"}) {
         EXPECT_THAT(foreignIncludes(directive, Layer::Core), IsEmpty()) << directive;
     }

@@ -29,7 +29,8 @@ bool isAllowed(const std::string& opening, const std::string& header, Layer laye
     if (opening == "<") {
         return isStandardHeader(header);
     }
-    return isSeamHeader(header) || (layer == Layer::Core && isCoreHeader(header));
+    return header.starts_with("base/") || (layer != Layer::Base && isSeamHeader(header)) ||
+           (layer == Layer::Core && isCoreHeader(header));
 }
 
 void check(const std::filesystem::path& file, Layer layer, std::vector<std::string>& found) {
@@ -74,6 +75,9 @@ std::vector<std::string> foreignIncludesOfTree(const std::filesystem::path& top)
         if (file.parent_path() == top / "platform") {
             check(file, Layer::Seam, found);
         }
+    }
+    for (const std::filesystem::path& file : sourcesBelow(top / "base")) {
+        check(file, Layer::Base, found);
     }
     return found;
 }

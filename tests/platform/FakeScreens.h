@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/HandlerList.h"
+#include "base/HandlerList.h"
 #include "platform/Screens.h"
 #include "tests/platform/Journal.h"
 

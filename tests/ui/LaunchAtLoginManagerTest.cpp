@@ -1,4 +1,4 @@
-#include "app/LaunchAtLoginManager.h"
+#include "ui/LaunchAtLoginManager.h"
 
 #include "tests/platform/FakeLoginItem.h"
 

@@ -5,7 +5,7 @@
 
 #include <poll.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 struct EventPump::Source {
     GSource base;
@@ -168,4 +168,4 @@ void EventPump::noticeLoss() {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

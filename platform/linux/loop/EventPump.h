@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/HandlerList.h"
-#include "platform/Logger.h"
+#include "base/HandlerList.h"
+#include "base/Logger.h"
 #include "platform/linux/loop/Source.h"
 #include "platform/x11/Connection.h"
 
@@ -10,7 +10,7 @@
 #include <functional>
 #include <memory>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Brings the events of an X connection to whoever handles them, on GLib's default main context. It
 // wakes up only when the server says something; what a round trip has queued is dispatched before
@@ -83,4 +83,4 @@ private:
     SourcePtr source_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -77,4 +77,4 @@ SubscriptionPtr GlibMainQueue::repeatingTimer(Seconds interval, std::function<vo
     return std::make_unique<Timer>(interval, std::move(block));
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,7 +6,7 @@
 #include <deque>
 #include <list>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The main queue on GLib's default main context, whoever runs it. Nothing runs once this object is
 // gone.
@@ -31,4 +31,4 @@ private:
     std::list<SourcePtr> delayed_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -4,7 +4,7 @@
 
 #include <glib-unix.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -57,4 +57,4 @@ SourcePtr readableSource(int descriptor, Block block) {
                      std::move(block));
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

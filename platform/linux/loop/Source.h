@@ -5,7 +5,7 @@
 
 #include <glib.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 struct SourceEnd {
     void operator()(GSource* source) const {
@@ -29,4 +29,4 @@ using SourcePtr = std::unique_ptr<GSource, SourceEnd>;
 // it.
 [[nodiscard]] SourcePtr readableSource(int descriptor, std::function<void()> block);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,12 +1,12 @@
 #include "platform/linux/statusitem/StatusItemPicture.h"
 
-#include "platform/linux/icons/Drawing.h"
+#include "platform/linux/images/Drawing.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -93,4 +93,4 @@ StatusItemPicture pictureOf(const StatusItemLook& look) {
     return {.pixels = std::move(pixels), .x = area.x, .y = area.y};
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/Image.h"
-#include "platform/linux/icons/Pixels.h"
+#include "platform/linux/images/Pixels.h"
 #include "ui/Color.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // How a status item looks now.
 struct StatusItemLook {
@@ -32,4 +32,4 @@ struct StatusItemPicture {
 // as what is to be seen: an item may be 10,000 points long.
 [[nodiscard]] StatusItemPicture pictureOf(const StatusItemLook& look);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,11 +1,11 @@
 #include "platform/linux/statusitem/StatusToolTip.h"
 
-#include "platform/linux/RootFrame.h"
-#include "platform/linux/TrayHost.h"
-#include "platform/linux/TrayStatusButton.h"
+#include "platform/linux/screens/RootFrame.h"
+#include "platform/linux/statusitem/TrayHost.h"
+#include "platform/linux/statusitem/TrayStatusButton.h"
 #include "platform/linux/windows/LoadedWindows.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 void StatusToolTip::schedule(const std::shared_ptr<TrayStatusButton>& button, xcb_window_t window,
                              const ui::Rgb& foreground) {
@@ -37,4 +37,4 @@ void StatusToolTip::show() {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

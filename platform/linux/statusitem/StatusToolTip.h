@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class LoadedWindows;
 class TrayStatusButton;
@@ -38,4 +38,4 @@ private:
     SubscriptionPtr timer_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -5,7 +5,7 @@
 
 #include <xcb/xcb_renderutil.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 WindowCanvas::WindowCanvas(const x11::Connection& connection) : connection_(connection) {
     if (connection.extension(xcb_render_id) == nullptr) {
@@ -63,4 +63,4 @@ void WindowCanvas::composite(xcb_window_t window, xcb_render_pictformat_t format
     xcb_free_pixmap(server, pixmap);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/linux/icons/Pixels.h"
+#include "platform/linux/images/Pixels.h"
 #include "platform/x11/Connection.h"
 
 #include <xcb/render.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Draws pictures with an alpha channel on windows, by the Render extension.
 class WindowCanvas {
@@ -27,4 +27,4 @@ private:
     xcb_render_pictformat_t alphaFormat_ = 0;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -12,7 +12,7 @@
 #include <QPainter>
 #include <QPen>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -119,4 +119,4 @@ void AlertSheet::keyPressEvent(QKeyEvent* event) {
     event->accept();
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

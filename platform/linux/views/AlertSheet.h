@@ -8,7 +8,7 @@
 #include <QPointer>
 #include <QWidget>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class ContentWidget;
 
@@ -40,4 +40,4 @@ private:
     bool isOpen_ = true;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

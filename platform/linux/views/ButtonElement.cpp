@@ -12,7 +12,7 @@
 #include <QPainter>
 #include <QPen>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -196,4 +196,4 @@ void ButtonElement::paint(QPainter& painter, const PaintState& state) {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,7 +6,7 @@
 
 #include <QPointer>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class ButtonElement final : public ElementOf<ui::Button> {
 public:
@@ -42,4 +42,4 @@ private:
     QPointer<ButtonProxy> proxy_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

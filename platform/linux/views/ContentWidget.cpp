@@ -16,7 +16,7 @@
 #include <QPalette>
 #include <QToolTip>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -202,4 +202,4 @@ void ContentWidget::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Lifetime.h"
-#include "platform/Subscription.h"
+#include "base/Lifetime.h"
+#include "base/Subscription.h"
 #include "platform/linux/views/ViewServices.h"
 #include "ui/Content.h"
 #include "ui/Measures.h"
@@ -10,7 +10,7 @@
 
 #include <QWidget>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class AlertSheet;
 class Scene;
@@ -69,4 +69,4 @@ private:
     Lifetime lifetime_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -7,7 +7,7 @@
 #include <array>
 #include <string>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -78,4 +78,4 @@ void DesktopLook::read() {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

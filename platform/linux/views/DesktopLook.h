@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/Published.h"
-#include "platform/Subscription.h"
+#include "base/Published.h"
+#include "base/Subscription.h"
 #include "platform/linux/views/Look.h"
 #include "platform/linux/windows/WindowsModule.h"
 #include "platform/x11/Connection.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Follows the look that the desktop publishes through its XSETTINGS manager; the light standard
 // look without one. Nothing happens while the desktop changes nothing.
@@ -34,4 +34,4 @@ private:
     SubscriptionPtr recoveries_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -7,7 +7,7 @@
 
 #include <QWidget>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 void ElementList::update(const std::vector<ui::Placed>& placed, Scene& scene, Element* owner,
                          const Surroundings& surroundings) {
@@ -157,4 +157,4 @@ QRectF qRect(const ui::Area& area) {
     return {area.minX(), area.minY(), area.width(), area.height()};
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

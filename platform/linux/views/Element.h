@@ -14,7 +14,7 @@
 class QPainter;
 class QWidget;
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class Element;
 class Scene;
@@ -155,4 +155,4 @@ protected:
     [[nodiscard]] const Kind& node() const { return *view().template as<Kind>(); }
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

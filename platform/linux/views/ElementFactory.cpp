@@ -8,7 +8,7 @@
 
 #include <variant>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -50,4 +50,4 @@ ElementPtr makeElement(const ui::Placed& placed, Scene& scene, Element* parent) 
         placed.view.node().kind);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -46,4 +46,4 @@ QFont qtFont(const ui::Font& font, const Look& look) {
     return result;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -5,10 +5,10 @@
 
 #include <QFont>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The desktop's font, or a modern sans serif one, at the font's size, with Chinese fonts behind it
 // for what it lacks. Sizes are in Qt units, which are points.
 [[nodiscard]] QFont qtFont(const ui::Font& font, const Look& look);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -7,7 +7,7 @@
 
 #include <QPainter>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 void AnimatedElement::changed(const ui::View* before, const ui::Placed& /*now*/,
                               const Surroundings& /*surroundings*/) {
@@ -69,4 +69,4 @@ void EnteringElement::paint(QPainter& painter, const PaintState& state) {
     painter.restore();
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

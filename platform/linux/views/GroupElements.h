@@ -3,7 +3,7 @@
 #include "platform/linux/views/Element.h"
 #include "ui/Nodes.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Makes an animated change of the updates in which its value differs.
 class AnimatedElement final : public ElementOf<ui::Animated> {
@@ -48,4 +48,4 @@ private:
     bool isLeaving_ = false;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -12,7 +12,7 @@
 #include <QPainter>
 #include <QPen>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -171,4 +171,4 @@ void StrokedShapeElement::paint(QPainter& painter, const PaintState& state) {
     painter.strokePath(pathOf(node().outline, shownFrame()), pen);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

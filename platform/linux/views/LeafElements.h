@@ -7,7 +7,7 @@
 
 #include <QImage>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class SymbolElement final : public ElementOf<ui::Symbol> {
 public:
@@ -76,4 +76,4 @@ protected:
     [[nodiscard]] double drawingMargin() const override { return node().lineWidth; }
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

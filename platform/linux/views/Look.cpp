@@ -7,7 +7,7 @@
 
 #include <QLinearGradient>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 QColor withOpacity(QColor color, double opacity) {
     color.setAlphaF(static_cast<float>(color.alphaF() * std::clamp(opacity, 0.0, 1.0)));
@@ -50,4 +50,4 @@ QColor mixed(const QColor& from, const QColor& to, double progress) {
                             between(from.blueF(), to.blueF()), between(from.alphaF(), to.alphaF()));
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -8,7 +8,7 @@
 #include <QColor>
 #include <QRectF>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // How the desktop wants programs to look at the moment.
 struct Look {
@@ -35,4 +35,4 @@ struct Look {
 [[nodiscard]] QColor mixed(const QColor& from, const QColor& to, double progress);
 [[nodiscard]] QColor withOpacity(QColor color, double opacity);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -3,7 +3,7 @@
 #include "ui/Layout.h"
 
 // The sizes of the controls that the project draws itself, in points.
-namespace pelistra::desktop::metrics {
+namespace pelistra::linux::metrics {
 
 inline constexpr double controlRadius = 7;
 inline constexpr double largeControlRadius = 9;
@@ -29,4 +29,4 @@ inline constexpr ui::Edges formRowInsets = {.top = 9, .leading = 16, .bottom = 9
 inline constexpr double formRowFieldInset = 4;
 inline constexpr double formRowFieldRadius = 8;
 
-} // namespace pelistra::desktop::metrics
+} // namespace pelistra::linux::metrics

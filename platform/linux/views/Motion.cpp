@@ -5,7 +5,7 @@
 #include <numbers>
 #include <variant>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -62,4 +62,4 @@ void Motion::advanceTo(Clock::time_point now) {
     progress_ = hasEnded_ ? 1 : progressAfter(animation_, seconds);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // How far an animation has come after some seconds: 0 at its begin, 1 at its end; a spring may
 // go a little beyond 1 in between.
@@ -33,4 +33,4 @@ private:
     bool hasEnded_ = false;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,7 +6,7 @@
 
 #include <QPointF>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -77,4 +77,4 @@ QPainterPath pathOf(const ui::Outline& outline, const QRectF& area) {
     return std::visit(PathIn{area}, outline);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

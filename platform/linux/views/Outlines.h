@@ -5,9 +5,9 @@
 #include <QPainterPath>
 #include <QRectF>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The outline in that area.
 [[nodiscard]] QPainterPath pathOf(const ui::Outline& outline, const QRectF& area);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

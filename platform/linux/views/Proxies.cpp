@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -66,4 +66,4 @@ void ToggleProxy::nextCheckState() {
     moved(wanted);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

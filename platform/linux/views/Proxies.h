@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QString>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Widgets that draw nothing: they stand where the content widget has drawn a control or a text, and
 // give it Qt's focus, keyboard, pointer and accessibility.
@@ -114,4 +114,4 @@ private:
     std::function<void(bool)> moved_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,12 +1,12 @@
 #include "platform/linux/views/PublishedLook.h"
 
-#include "platform/linux/TrayLookText.h"
+#include "platform/linux/icons/PresentableText.h"
 
 #include <algorithm>
 #include <charconv>
 #include <string>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -50,4 +50,4 @@ Look lookOf(const x11::XSettings& settings) {
     return look;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

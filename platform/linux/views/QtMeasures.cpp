@@ -1,6 +1,6 @@
 #include "platform/linux/views/QtMeasures.h"
 
-#include "platform/linux/icons/Symbols.h"
+#include "platform/linux/images/Symbols.h"
 #include "platform/linux/views/Metrics.h"
 #include "platform/linux/views/TextElement.h"
 #include "ui/Walk.h"
@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -68,4 +68,4 @@ ui::FormMetrics QtMeasures::form() const {
             .rowInsets = metrics::formRowInsets};
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/Published.h"
+#include "base/Published.h"
 #include "platform/linux/views/Look.h"
 #include "ui/Measures.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // How large texts, symbols and the controls that the project draws itself are in the present look.
 class QtMeasures final : public ui::Measures {
@@ -25,4 +25,4 @@ private:
     const Published<Look>& look_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

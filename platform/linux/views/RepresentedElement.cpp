@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 RepresentedElement::RepresentedElement(Scene& scene, Element* parent) : ElementOf(scene, parent) {
     scene.add(*this);
@@ -49,4 +49,4 @@ void RepresentedElement::changed(const ui::View* before, const ui::Placed& /*now
     node().value->updateView(*eventView_);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The area of a view of the core's own making.
 class RepresentedElement final : public ElementOf<ui::Represented> {
@@ -33,4 +33,4 @@ private:
     std::shared_ptr<ui::EventView> eventView_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -12,7 +12,7 @@
 
 #include <QGuiApplication>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -189,4 +189,4 @@ bool Scene::offer(EventType type, const QPointF& point) {
     return false;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

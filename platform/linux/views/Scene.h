@@ -12,7 +12,7 @@
 
 #include <QTimer>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 class ButtonElement;
 class ContentWidget;
@@ -107,4 +107,4 @@ private:
     ElementList elements_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -17,7 +17,7 @@
 #include <QPen>
 #include <QWheelEvent>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -218,4 +218,4 @@ void GroupedFormElement::paint(QPainter& painter, const PaintState& state) {
 template class ScrollingElement<ui::HorizontalScroll>;
 template class ScrollingElement<ui::GroupedForm>;
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

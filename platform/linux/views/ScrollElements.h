@@ -9,7 +9,7 @@
 
 #include <QObject>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // What elements with a scroller have in common: coordinates inside are those of what is scrolled.
 // The destructor overrides the base's virtual one, which the check does not see in a template.
@@ -74,4 +74,4 @@ private:
     std::vector<ui::Card> cards_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

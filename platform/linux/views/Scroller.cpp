@@ -6,7 +6,7 @@
 
 #include <QWheelEvent>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -134,4 +134,4 @@ void Scroller::bringIntoView(const QWidget& widget, bool reduceMotion) {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -10,7 +10,7 @@
 
 class QWheelEvent;
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // A viewport widget and, inside it, the widget that holds what is scrolled: the host of all that
 // is in it. Both draw nothing. Wheels of both directions and touch pads scroll it, keys that its
@@ -55,4 +55,4 @@ private:
     double target_ = 0;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -13,7 +13,7 @@
 #include <QTextLayout>
 #include <QTextOption>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -129,4 +129,4 @@ void TextElement::paint(QPainter& painter, const PaintState& state) {
     layout.draw(&painter, area.topLeft());
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

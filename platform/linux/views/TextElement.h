@@ -6,7 +6,7 @@
 
 #include <QPointer>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The size of a text in lines no longer than the width, or unbroken, in whole points.
 [[nodiscard]] Size textSize(const ui::Text& text, std::optional<double> width, const Look& look);
@@ -31,4 +31,4 @@ private:
     QPointer<TextProxy> label_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

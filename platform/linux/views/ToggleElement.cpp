@@ -8,7 +8,7 @@
 #include <QPainter>
 #include <QPen>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -135,4 +135,4 @@ void ToggleElement::paint(QPainter& painter, const PaintState& state) {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,7 +6,7 @@
 
 #include <QPointer>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // A label and a switch that slides.
 class ToggleElement final : public ElementOf<ui::Toggle> {
@@ -43,4 +43,4 @@ private:
     [[nodiscard]] double knobPlace() const;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

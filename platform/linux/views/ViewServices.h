@@ -1,14 +1,14 @@
 #pragma once
 
+#include "base/Published.h"
 #include "platform/Application.h"
 #include "platform/MainQueue.h"
-#include "platform/Published.h"
 #include "platform/linux/views/Look.h"
 #include "ui/Measures.h"
 
 #include <functional>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // What the rendering of a content needs from the rest of the front end; all of it outlives every
 // widget that it is handed to.
@@ -23,4 +23,4 @@ struct ViewServices {
     const ui::Measures* measures = nullptr;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -5,7 +5,7 @@
 
 #include <dlfcn.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -117,4 +117,4 @@ WindowsModule* LoadedWindows::load() {
     return module_.get();
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

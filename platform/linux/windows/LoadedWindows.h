@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/Logger.h"
+#include "base/Logger.h"
 #include "platform/linux/windows/WindowsModule.h"
 
 #include <filesystem>
 #include <memory>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The file of the module for a program in that place: beside it in the build's folder, else in the
 // private folder for libraries of the same installation.
@@ -40,4 +40,4 @@ private:
     std::string failure_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

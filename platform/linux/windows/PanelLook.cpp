@@ -1,6 +1,6 @@
 #include "platform/linux/windows/PanelLook.h"
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 PanelLook::PanelLook(const WindowServices& services, Published<Look>& desktop,
                      Published<Look>& panels)
@@ -17,4 +17,4 @@ void PanelLook::follow(Look desktop) {
     }
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

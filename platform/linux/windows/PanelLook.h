@@ -1,14 +1,14 @@
 #pragma once
 
-#include "platform/Published.h"
-#include "platform/Subscription.h"
+#include "base/Published.h"
+#include "base/Subscription.h"
 #include "platform/linux/views/Look.h"
 #include "platform/linux/windows/WindowsModule.h"
 
 #include <functional>
 #include <optional>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Keeps the look of what hangs below the menu bar: the desktop's, but as dark as our bar is, whose
 // colours the pictures of its icons are made for. Under any other tray it is the desktop's.
@@ -29,4 +29,4 @@ private:
     SubscriptionPtr barChanges_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

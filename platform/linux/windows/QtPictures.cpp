@@ -1,6 +1,6 @@
 #include "platform/linux/windows/QtPictures.h"
 
-#include "platform/linux/icons/LinuxImage.h"
+#include "platform/linux/images/LinuxImage.h"
 
 #include <cmath>
 #include <cstring>
@@ -11,7 +11,7 @@
 #include <QPainterPathStroker>
 #include <QPen>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -99,4 +99,4 @@ void draw(const Symbol& symbol, QPainter& painter, const QColor& color, double s
     painter.fillPath(filled, color);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "platform/Image.h"
-#include "platform/linux/icons/Symbols.h"
+#include "platform/linux/images/Symbols.h"
 
 #include <QColor>
 #include <QImage>
 
 class QPainter;
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // The picture in device pixels at the given scale, its edges on whole pixels; a template picture
 // wholly in the label's colour. A null image when it cannot be drawn. Icons of applications are
@@ -18,4 +18,4 @@ namespace pelistra::desktop {
 // Draws the symbol at the painter's origin in one colour, its strokes that much wider.
 void draw(const Symbol& symbol, QPainter& painter, const QColor& color, double strokeFactor = 1);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -9,7 +9,7 @@
 #include <QIcon>
 #include <QPluginLoader>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -86,4 +86,4 @@ QtRuntime::QtRuntime(double scaleBeyondResources)
     QAccessible::setRootObject(&application_);
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -8,7 +8,7 @@
 
 #include <QApplication>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // What Qt is made in: its windows that much larger than the resource database says, and its events
 // on GLib's main context. The environment is as before when this object dies, so that programs
@@ -46,4 +46,4 @@ private:
     SourcePtr deferredDeletion_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

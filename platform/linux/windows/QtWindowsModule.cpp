@@ -1,16 +1,16 @@
-#include "platform/linux/QtConnection.h"
-#include "platform/linux/QtPanels.h"
-#include "platform/linux/QtWindows.h"
 #include "platform/linux/views/ContentWidget.h"
 #include "platform/linux/views/DesktopLook.h"
 #include "platform/linux/windows/PanelLook.h"
+#include "platform/linux/windows/QtConnection.h"
+#include "platform/linux/windows/QtPanels.h"
 #include "platform/linux/windows/QtRuntime.h"
+#include "platform/linux/windows/QtWindows.h"
 #include "platform/linux/windows/ToolTip.h"
 #include "platform/linux/windows/WindowsModule.h"
 
 #include <QLabel>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -72,4 +72,4 @@ extern "C" WindowsModule* pelistraWindowsModule(const WindowServices& services,
     return failure.empty() ? std::make_unique<QtWindowsModule>(services).release() : nullptr;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

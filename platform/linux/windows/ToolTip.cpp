@@ -1,6 +1,6 @@
 #include "platform/linux/windows/ToolTip.h"
 
-#include "platform/linux/QtGeometry.h"
+#include "platform/linux/windows/QtGeometry.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,7 @@
 #include <QScreen>
 #include <QToolTip>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::unique_ptr<QLabel> shownToolTip(std::string_view text, const RootRect& item
     return label;
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/linux/Coordinates.h"
+#include "platform/linux/screens/Coordinates.h"
 
 #include <memory>
 #include <string_view>
 
 class QLabel;
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // Where a tooltip goes, in device pixels: its centre below that of the item, or above it where
 // there is no room, all of it on the monitor.
@@ -18,4 +18,4 @@ namespace pelistra::desktop {
 [[nodiscard]] std::unique_ptr<QLabel> shownToolTip(std::string_view text, const RootRect& item,
                                                    bool onDark);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

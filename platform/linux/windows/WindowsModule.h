@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/Subscription.h"
 #include "platform/Application.h"
 #include "platform/MainQueue.h"
 #include "platform/Panel.h"
-#include "platform/Subscription.h"
 #include "platform/Window.h"
-#include "platform/linux/Coordinates.h"
+#include "platform/linux/screens/Coordinates.h"
 #include "platform/x11/Connection.h"
 
 #include <functional>
@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // What shows windows is a module of its own, loaded when the first one is asked for: nothing else
 // of this program needs a toolkit. This is all that the two know of each other.
@@ -69,4 +69,4 @@ using WindowsModuleEntry = WindowsModule* (*)(const WindowServices& services, st
 extern "C" WindowsModule* pelistraWindowsModule(const WindowServices& services,
                                                 std::string& failure);
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 #include "platform/MainQueue.h"
 #include "platform/macos/Owned.h"
 #include "ui/Nodes.h"

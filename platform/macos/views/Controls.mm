@@ -1,4 +1,4 @@
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 #include "platform/macos/ActionTarget.h"
 #include "platform/macos/Conversions.h"
 #include "platform/macos/views/ContainerView.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Geometry.h"
+#include "base/Geometry.h"
 #include "platform/macos/Owned.h"
 #include "platform/macos/views/HostingServices.h"
 #include "platform/macos/views/Motion.h"

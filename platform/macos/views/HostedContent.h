@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Lifetime.h"
+#include "base/Lifetime.h"
 #include "platform/macos/NotificationObserver.h"
 #include "platform/macos/views/AlertSheet.h"
 #include "platform/macos/views/AppKitMeasures.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Geometry.h"
+#include "base/Geometry.h"
 #include "ui/Color.h"
 #include "ui/Font.h"
 #include "ui/Outline.h"

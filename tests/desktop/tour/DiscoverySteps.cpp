@@ -1,4 +1,4 @@
-#include "platform/linux/X11ScreenCapture.h"
+#include "platform/linux/icons/X11ScreenCapture.h"
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/tour/ItemList.h"
 #include "tests/desktop/tour/Tour.h"
@@ -47,7 +47,7 @@ Seen compareList(Desktop& desktop) {
                     " processes as started"};
 }
 
-std::size_t coloursOf(const desktop::Pixels& picture) {
+std::size_t coloursOf(const linux::Pixels& picture) {
     constexpr std::uint32_t alpha = 0xff000000;
     std::set<std::uint32_t> colours;
     std::ranges::copy_if(picture.values, std::inserter(colours, colours.end()),
@@ -59,13 +59,13 @@ std::size_t coloursOf(const desktop::Pixels& picture) {
 Seen savePictures(Tour& tour) {
     Desktop& desktop = tour.desktop();
     const auto connection = connect(desktop.display());
-    desktop::X11ScreenCapture capture(*connection);
+    linux::X11ScreenCapture capture(*connection);
     const std::filesystem::path folder = tour.folder("icons");
     constexpr std::size_t leastColours = 4;
     bool ok = !desktop.hiddenSection().empty();
     std::string text;
     for (const Desktop::Item& item : desktop.hiddenSection()) {
-        const desktop::Pixels picture = capture.pixelsOf(item.window);
+        const linux::Pixels picture = capture.pixelsOf(item.window);
         const std::size_t colours = coloursOf(picture);
         ok = ok && item.frame.right() <= 0 && colours >= leastColours &&
              picture.width == item.frame.width && picture.height == item.frame.height;

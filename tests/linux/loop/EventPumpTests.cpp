@@ -19,7 +19,7 @@ namespace pelistra::testing {
 
 namespace {
 
-using desktop::EventPump;
+using linux::EventPump;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Optional;
@@ -76,8 +76,8 @@ protected:
 TEST_F(EventPumpTest, AFloodLeavesTheRestOfTheLoopItsTurns) {
     std::vector<std::uint32_t> dispatched;
     std::optional<std::size_t> atTheTimersTurn;
-    const auto timer = desktop::timedSource(
-        [&] { atTheTimersTurn = atTheTimersTurn.value_or(dispatched.size()); });
+    const auto timer =
+        linux::timedSource([&] { atTheTimersTurn = atTheTimersTurn.value_or(dispatched.size()); });
     const auto token = pump_.addHandler([&](const auto& event) {
         append(dispatched, event);
         if (dispatched.size() == 1) {

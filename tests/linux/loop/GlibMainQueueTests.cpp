@@ -14,7 +14,7 @@ namespace pelistra::testing {
 
 namespace {
 
-using desktop::GlibMainQueue;
+using linux::GlibMainQueue;
 using ::testing::ElementsAre;
 
 struct GlibBackend {

@@ -12,7 +12,7 @@ namespace pelistra::testing {
 template <class Condition>
 [[nodiscard]] bool runUntil(Condition condition) {
     bool isLate = false;
-    const desktop::SourcePtr end = desktop::timedSource([&isLate] { isLate = true; });
+    const linux::SourcePtr end = linux::timedSource([&isLate] { isLate = true; });
     g_source_set_ready_time(
         end.get(), g_get_monotonic_time() +
                        std::chrono::duration_cast<std::chrono::microseconds>(patience).count());

@@ -24,7 +24,7 @@
 #include <QPushButton>
 #include <QWheelEvent>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 namespace {
 
 using namespace ui;
@@ -439,4 +439,4 @@ TEST_F(ContentWidgetTest, TheOnboardingWalksThroughItsStepsByReturn) {
 }
 
 } // namespace
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

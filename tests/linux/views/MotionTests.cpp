@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 namespace {
 
 constexpr ui::Spring stepSpring = {.response = 0.42, .dampingFraction = 0.86, .blendDuration = 0};
@@ -44,4 +44,4 @@ TEST(MotionTest, EndsOnceItsTimeIsOver) {
 }
 
 } // namespace
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

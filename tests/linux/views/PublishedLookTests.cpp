@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 namespace {
 
 TEST(PublishedLookTest, ADarkThemeMakesADarkLook) {
@@ -36,4 +36,4 @@ TEST(PublishedLookTest, AFontThatIsNoTextBecomesOne) {
 }
 
 } // namespace
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

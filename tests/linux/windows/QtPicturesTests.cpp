@@ -1,7 +1,7 @@
 #include "platform/linux/windows/QtPictures.h"
 
-#include "platform/linux/icons/CairoImages.h"
-#include "platform/linux/icons/LinuxImage.h"
+#include "platform/linux/images/CairoImages.h"
+#include "platform/linux/images/LinuxImage.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
 #include <cstdlib>
@@ -14,7 +14,7 @@
 #include <QImage>
 #include <QPainter>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 namespace {
 
 class SymbolTest : public ::testing::TestWithParam<const char*> {};
@@ -129,4 +129,4 @@ TEST_F(ThemeIconTest, OneThatIsNotThereSaysSoAndASymbolStandsIn) {
 }
 
 } // namespace
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -6,8 +6,8 @@ namespace pelistra::testing {
 
 namespace {
 
-using desktop::RootRect;
-using desktop::toolTipFrame;
+using linux::RootRect;
+using linux::toolTipFrame;
 
 constexpr RootRect monitor{.x = 1000, .y = 0, .width = 1280, .height = 800};
 

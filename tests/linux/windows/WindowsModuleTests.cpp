@@ -4,7 +4,7 @@
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/ProgramsUnderTest.h"
 #include "tests/desktop/harness/UserInput.h"
-#include "tests/linux/shell/RespondingTray.h"
+#include "tests/linux/statusitem/RespondingTray.h"
 
 #include <filesystem>
 #include <fstream>
@@ -117,7 +117,7 @@ TEST_F(WithoutModuleTest, AModuleThatComesLaterIsFoundAtTheNextClick) {
     start();
     click(Button::Right);
     EXPECT_TRUE(complainsTimes(1));
-    const auto module = desktop::windowsModuleFor(program_);
+    const auto module = linux::windowsModuleFor(program_);
     std::filesystem::create_directories(module.parent_path());
     std::filesystem::copy_file(builtPrograms() / module.filename(), module);
     click(Button::Left);

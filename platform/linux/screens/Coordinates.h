@@ -1,0 +1,65 @@
+#pragma once
+
+#include "base/Geometry.h"
+
+namespace pelistra::linux {
+
+// A rectangle in device pixels of the root window, y downwards.
+struct RootRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    [[nodiscard]] int right() const { return x + width; }
+    [[nodiscard]] int bottom() const { return y + height; }
+
+    bool operator==(const RootRect&) const = default;
+};
+
+// Translates between root pixels and the two spaces in points. One scale holds for the whole X
+// screen; the primary monitor is the origin of both spaces.
+class Coordinates {
+public:
+    // `scale` is device pixels per point, greater than 0; `primary` is the primary monitor.
+    Coordinates(double scale, const RootRect& primary) : scale_(scale), primary_(primary) {}
+
+    [[nodiscard]] double scale() const { return scale_; }
+
+    [[nodiscard]] Rect toGlobal(const RootRect& rect) const {
+        return makeRect<GlobalSpace>((rect.x - primary_.x) / scale_, (rect.y - primary_.y) / scale_,
+                                     rect.width / scale_, rect.height / scale_);
+    }
+    [[nodiscard]] ScreenRect toScreen(const RootRect& rect) const {
+        return makeRect<ScreenSpace>((rect.x - primary_.x) / scale_,
+                                     (primary_.bottom() - rect.bottom()) / scale_,
+                                     rect.width / scale_, rect.height / scale_);
+    }
+    // The point of the top-left corner of a pixel.
+    [[nodiscard]] ScreenPoint toScreen(int x, int y) const {
+        return {.x = (x - primary_.x) / scale_, .y = (primary_.bottom() - y) / scale_};
+    }
+    // The nearest pixels.
+    [[nodiscard]] RootRect toPixels(const ScreenRect& rect) const {
+        return {.x = primary_.x + rounded(rect.minX()),
+                .y = primary_.bottom() - rounded(rect.maxY()),
+                .width = rounded(rect.width()),
+                .height = rounded(rect.height())};
+    }
+    [[nodiscard]] RootRect toPixels(const Rect& rect) const {
+        return {.x = primary_.x + rounded(rect.minX()),
+                .y = primary_.y + rounded(rect.minY()),
+                .width = rounded(rect.width()),
+                .height = rounded(rect.height())};
+    }
+
+private:
+    [[nodiscard]] int rounded(double points) const {
+        return static_cast<int>(std::lround(points * scale_));
+    }
+
+    double scale_;
+    RootRect primary_;
+};
+
+} // namespace pelistra::linux

@@ -1,0 +1,86 @@
+#include "platform/linux/settings/KeyFile.h"
+
+#include <algorithm>
+
+#include <glib.h>
+
+namespace pelistra::linux {
+
+namespace {
+
+struct Freeing {
+    void operator()(char* text) const { g_free(text); }
+    void operator()(char** texts) const { g_strfreev(texts); }
+    void operator()(GError* error) const { g_error_free(error); }
+};
+
+std::string taken(char* text) {
+    const std::unique_ptr<char, Freeing> owned(text);
+    return text != nullptr ? text : "";
+}
+
+} // namespace
+
+void KeyFile::Deleter::operator()(GKeyFile* file) const {
+    g_key_file_free(file);
+}
+
+KeyFile::KeyFile() : file_(g_key_file_new()) {}
+
+std::optional<KeyFile> KeyFile::parse(std::string_view text, std::string& fault) {
+    if (text.find('\0') != std::string_view::npos) {
+        // No text. What is read of it and what is executed could be two things.
+        fault = "it has zero bytes";
+        return std::nullopt;
+    }
+    KeyFile result;
+    constexpr auto flags =
+        static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
+    GError* raw = nullptr;
+    if (g_key_file_load_from_data(result.file_.get(), text.empty() ? "" : text.data(), text.size(),
+                                  flags, &raw) == FALSE) {
+        const std::unique_ptr<GError, Freeing> error(raw);
+        fault = error->message;
+        return std::nullopt;
+    }
+    return result;
+}
+
+bool KeyFile::has(const char* group, const std::string& key) const {
+    return g_key_file_has_key(file_.get(), group, key.c_str(), nullptr) == TRUE;
+}
+
+std::string KeyFile::text(const char* group, const std::string& key) const {
+    return taken(g_key_file_get_string(file_.get(), group, key.c_str(), nullptr));
+}
+
+std::string KeyFile::localText(const char* group, const std::string& key,
+                               const std::string& locale) const {
+    return taken(g_key_file_get_locale_string(file_.get(), group, key.c_str(),
+                                              locale.empty() ? nullptr : locale.c_str(), nullptr));
+}
+
+std::vector<std::string> KeyFile::list(const char* group, const std::string& key) const {
+    std::size_t count = 0;
+    const std::unique_ptr<char*, Freeing> texts(
+        g_key_file_get_string_list(file_.get(), group, key.c_str(), &count, nullptr));
+    std::vector<std::string> result(texts.get(), texts.get() + count);
+    std::erase(result, "");
+    return result;
+}
+
+std::string KeyFile::keyFor(std::string_view name) {
+    const bool hasOuterBlank = name.starts_with(' ') || name.ends_with(' ');
+    return taken(
+        g_uri_escape_string(std::string(name).c_str(), hasOuterBlank ? nullptr : " ", TRUE));
+}
+
+void KeyFile::setText(const char* group, const std::string& key, const std::string& value) {
+    g_key_file_set_string(file_.get(), group, key.c_str(), value.c_str());
+}
+
+std::string KeyFile::wholeText() const {
+    return taken(g_key_file_to_data(file_.get(), nullptr, nullptr));
+}
+
+} // namespace pelistra::linux

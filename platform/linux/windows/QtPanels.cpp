@@ -1,0 +1,158 @@
+#include "platform/linux/windows/QtPanels.h"
+
+#include "platform/linux/windows/QtGeometry.h"
+#include "platform/x11/Atoms.h"
+
+#include <array>
+#include <cmath>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QScreen>
+
+namespace pelistra::linux {
+
+namespace {
+
+QString textOf(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+xcb_atom_t compositorSelectionOf(const x11::Connection& connection) {
+    const std::string name = "_NET_WM_CM_S" + std::to_string(connection.screenNumber());
+    return x11::internAtoms(connection, std::array<std::string_view, 1>{name}).front();
+}
+
+// The panel may be let go of while its window handles the click that led to it.
+struct LaterDeleter {
+    void operator()(PanelWindow* window) const {
+        window->hide();
+        window->deleteLater();
+    }
+};
+
+} // namespace
+
+class QtPanel final : public Panel {
+public:
+    QtPanel(QtPanels& panels, Size contentSize)
+        : panels_(panels), size_(contentSize),
+          lookChanges_(panels.services_.look.observe([this](const Look& /*look*/) {
+              if (window_ != nullptr) {
+                  window_->contentLookChanges();
+              }
+          })) {}
+
+    void setTitle(std::string_view title) override { title_ = textOf(title); }
+    void setAccessibilityLabel(std::string_view label) override { label_ = textOf(label); }
+    // Every panel floats above all windows, on every desktop, and stays there whoever is active:
+    // there is no other kind on this system.
+    void setLevel(std::int64_t /*level*/) override {}
+    void setFloatingPanel(bool /*floating*/) override {}
+    void setHidesOnDeactivate(bool /*hides*/) override {}
+    void setCollectionBehavior(std::uint64_t /*behavior*/) override {}
+    // The outline is what the content draws, so these are known without being told.
+    void setOpaque(bool /*opaque*/) override {}
+    void setBackground(PanelBackground /*background*/) override {}
+    void setHasShadow(bool hasShadow) override { hasShadow_ = hasShadow; }
+    void setAnimationBehavior(AnimationBehavior /*behavior*/) override {}
+    // The window lives as long as this object.
+    void setReleasedWhenClosed(bool /*released*/) override {}
+    void setContent(std::shared_ptr<ui::Content> content) override {
+        const bool wasVisible = isVisible();
+        window_.reset();
+        content_ = std::move(content);
+        if (wasVisible) {
+            orderFrontRegardless();
+        }
+    }
+
+    void setContentSize(Size size) override { size_ = size; }
+    void setFrameOrigin(ScreenPoint origin) override {
+        origin_ = origin;
+        if (isVisible()) {
+            place();
+        }
+    }
+
+    void orderFrontRegardless() override {
+        prepareWindow();
+        place();
+        window_->bringUp();
+    }
+    void orderOut() override {
+        if (window_ != nullptr) {
+            window_->hide();
+        }
+    }
+    [[nodiscard]] bool isVisible() const override {
+        return window_ != nullptr && window_->isVisible();
+    }
+
+private:
+    // A window cannot gain or lose its alpha channel, so it is made anew when a compositor has come
+    // or gone.
+    void prepareWindow() {
+        const PanelWindow::Traits traits{.isComposited = panels_.isComposited(),
+                                         .hasShadow = hasShadow_};
+        if (window_ == nullptr || window_->traits() != traits) {
+            window_.reset(new PanelWindow(traits, panels_.atoms_)); // NOLINT(*-owning-memory)
+            if (content_ != nullptr) {
+                auto widget = panels_.services_.contentWidget(content_, traits.isComposited);
+                window_->setContentWidget(widget.release());
+            }
+        }
+        window_->setWindowTitle(title_);
+        window_->setAccessibleName(label_);
+    }
+
+    void place() {
+        const RootRect frame =
+            panels_.services_.coordinates().toPixels(ScreenRect{.origin = origin_, .size = size_});
+        const QScreen* const screen =
+            qtScreenAt(frame.x + frame.width / 2, frame.y + frame.height / 2);
+        if (screen != nullptr) {
+            window_->place({toQt(frame.x, frame.y, *screen),
+                            QSize(static_cast<int>(std::lround(size_.width)),
+                                  static_cast<int>(std::lround(size_.height)))});
+        }
+    }
+
+    QtPanels& panels_;
+    Size size_;
+    ScreenPoint origin_;
+    QString title_;
+    QString label_;
+    bool hasShadow_ = true;
+    std::shared_ptr<ui::Content> content_;
+    std::unique_ptr<PanelWindow, LaterDeleter> window_;
+    SubscriptionPtr lookChanges_;
+};
+
+QtPanels::QtPanels(PanelServices services)
+    : services_(std::move(services)), atoms_(services_.connection),
+      compositorSelection_(compositorSelectionOf(services_.connection)) {}
+
+// Windows of panels that have gone after the event loop ended.
+QtPanels::~QtPanels() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+std::unique_ptr<Panel> QtPanels::panel(Size contentSize, std::uint32_t /*styleMask*/) {
+    return std::make_unique<QtPanel>(*this, contentSize);
+}
+
+bool QtPanels::isComposited() const {
+    const x11::Connection& connection = services_.connection;
+    const auto owner = connection.take<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection.get(), compositorSelection_));
+    if (owner) {
+        isComposited_ = owner->owner != XCB_WINDOW_NONE && connection.alphaVisual().type != nullptr;
+    }
+    return isComposited_;
+}
+
+} // namespace pelistra::linux
