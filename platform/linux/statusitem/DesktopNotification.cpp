@@ -4,7 +4,7 @@
 
 #include <systemd/sd-bus.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -76,4 +76,4 @@ void DesktopNotification::end() {
     bus_.reset();
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

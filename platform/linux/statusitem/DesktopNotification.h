@@ -7,7 +7,7 @@
 
 struct sd_bus;
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 // One message to whoever shows notifications on the session bus (org.freedesktop.Notifications),
 // over a connection of its own that ends with the answer. Nobody waits: a bus or a server that is
@@ -38,4 +38,4 @@ private:
     SourcePtr source_;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

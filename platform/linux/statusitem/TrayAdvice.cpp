@@ -1,7 +1,7 @@
 #include "platform/linux/statusitem/TrayAdvice.h"
 
-#include "platform/linux/TrayLookText.h"
-#include "platform/linux/X11RunningApplicationsProcess.h"
+#include "platform/linux/icons/PresentableText.h"
+#include "platform/linux/programs/ProcessFacts.h"
 #include "platform/x11/ClientProcess.h"
 
 #include <iostream>
@@ -10,7 +10,7 @@
 
 #include <glib.h>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 namespace {
 
@@ -57,4 +57,4 @@ void TrayAdvice::give(xcb_window_t trayOwner) {
     notification_.emplace(advice.summary, asMarkup(advice.body));
 }
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace pelistra::desktop {
+namespace pelistra::linux {
 
 struct AdviceText {
     std::string summary;
@@ -33,4 +33,4 @@ private:
     bool isGiven_ = false;
 };
 
-} // namespace pelistra::desktop
+} // namespace pelistra::linux

@@ -1,6 +1,6 @@
 #include "platform/linux/statusitem/TrayStatusBar.h"
 
-#include "platform/linux/RootFrame.h"
+#include "platform/linux/screens/RootFrame.h"
 
 #include <algorithm>
 #include <ranges>

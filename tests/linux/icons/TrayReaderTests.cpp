@@ -85,7 +85,7 @@ TEST_F(TrayReaderTests, FindsTheIconsOfAnyOtherTrayByTheirPlace) {
     EXPECT_LE(seen.roundTrips, TrayReader::mostRoundTrips);
 }
 
-TEST_F(TrayLookTest, FindsIconsInWindowsWhoseShapeTheTrayWatches) {
+TEST_F(TrayReaderTests, FindsIconsInWindowsWhoseShapeTheTrayWatches) {
     TestTray tray(display.name(), TestTray::Kind::Foreign);
     IconClient client(display.name());
     const auto icon = client.makeWindow(24, 24);

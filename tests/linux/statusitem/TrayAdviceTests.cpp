@@ -6,7 +6,7 @@
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/desktop/harness/ProgramsUnderTest.h"
 #include "tests/desktop/harness/UserInput.h"
-#include "tests/linux/shell/RespondingTray.h"
+#include "tests/linux/statusitem/RespondingTray.h"
 
 #include <algorithm>
 #include <csignal>
@@ -193,9 +193,9 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST(TrayAdviceTest, SaysSoWhenItDoesNotKnowWhoseTrayItIs) {
-    EXPECT_THAT(desktop::adviceAbout("", false).body, HasSubstr("belongs to another program,"));
-    EXPECT_THAT(desktop::adviceAbout("", true).body, HasSubstr("属于另一个程序，"));
-    EXPECT_THAT(desktop::adviceAbout("i3bar", true).body, HasSubstr("属于 i3bar，"));
+    EXPECT_THAT(linux::adviceAbout("", false).body, HasSubstr("belongs to another program,"));
+    EXPECT_THAT(linux::adviceAbout("", true).body, HasSubstr("属于另一个程序，"));
+    EXPECT_THAT(linux::adviceAbout("i3bar", true).body, HasSubstr("属于 i3bar，"));
 }
 
 // A bus that takes connections and never says a word.
