@@ -15,6 +15,7 @@ namespace pelistra::testing {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::UnorderedElementsAre;
 
 constexpr const char* loginSwitch = "登录时启动 Pelistra";
 
@@ -56,6 +57,21 @@ protected:
     AccessibleTree tree_{desktop_.display()};
     WindowsUnderTest windows_{desktop_, tree_};
 };
+
+TEST_F(WindowsOnDesktopTests, HaveTheApplicationsIconAlsoWhenItIsNotInstalled) {
+    openSettings();
+    const auto words = desktop_.x().words(*window(settingsTitle), "_NET_WM_ICON");
+    // Each picture is its width, its height, and its pixels.
+    std::vector<std::uint32_t> sides;
+    for (std::size_t at = 0; at + 1 < words.size(); at += 2 + words[at] * words[at + 1]) {
+        EXPECT_EQ(words[at], words[at + 1]);
+        sides.push_back(words[at]);
+        // Only so much of the property is read that the last one's pixels are missing.
+        const std::size_t middle = at + 2 + words[at] * words[at] / 2 + words[at] / 2;
+        EXPECT_TRUE(middle >= words.size() || words[middle] >> 24U == 0xffU) << words[at];
+    }
+    EXPECT_THAT(sides, UnorderedElementsAre(16, 24, 32, 48, 64, 128));
+}
 
 TEST_F(WindowsOnDesktopTests, TheSwitchWritesTheAutostartEntryAndTakesItAway) {
     openSettings();

@@ -32,6 +32,15 @@ SourcePtr deferredDeletion() {
     return attached(g_source_new(&functions, sizeof(GSource)));
 }
 
+// The application's own, for when no theme has it since the program is not installed.
+QIcon ownIcon() {
+    QIcon icon;
+    for (const int side : {16, 24, 32, 48, 64, 128}) {
+        icon.addFile(QStringLiteral(":/pelistra/%1.png").arg(side));
+    }
+    return icon;
+}
+
 } // namespace
 
 // NOLINTBEGIN(concurrency-mt-unsafe): no other thread reads the environment
@@ -81,7 +90,7 @@ QtRuntime::QtRuntime(double scaleBeyondResources)
     QApplication::setApplicationName("Pelistra");
     QApplication::setApplicationVersion(PELISTRA_VERSION);
     QApplication::setDesktopFileName("pelistra");
-    QApplication::setWindowIcon(QIcon::fromTheme("pelistra"));
+    QApplication::setWindowIcon(QIcon::fromTheme("pelistra", ownIcon()));
     // QApplication::exec() would do so.
     QAccessible::setRootObject(&application_);
 }
