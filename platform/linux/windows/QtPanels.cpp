@@ -1,11 +1,8 @@
 #include "platform/linux/windows/QtPanels.h"
 
 #include "platform/linux/windows/QtGeometry.h"
-#include "platform/x11/Atoms.h"
 
-#include <array>
 #include <cmath>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -19,11 +16,6 @@ namespace {
 
 QString textOf(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-xcb_atom_t compositorSelectionOf(const x11::Connection& connection) {
-    const std::string name = "_NET_WM_CM_S" + std::to_string(connection.screenNumber());
-    return x11::internAtoms(connection, std::array<std::string_view, 1>{name}).front();
 }
 
 // The panel may be let go of while its window handles the click that led to it.
@@ -43,6 +35,11 @@ public:
           lookChanges_(panels.services_.look.observe([this](const Look& /*look*/) {
               if (window_ != nullptr) {
                   window_->contentLookChanges();
+              }
+          })),
+          compositorChanges_(panels.compositor_.observe([this] {
+              if (isVisible()) {
+                  orderFrontRegardless();
               }
           })) {}
 
@@ -96,7 +93,7 @@ private:
     // A window cannot gain or lose its alpha channel, so it is made anew when a compositor has come
     // or gone.
     void prepareWindow() {
-        const PanelWindow::Traits traits{.isComposited = panels_.isComposited(),
+        const PanelWindow::Traits traits{.isComposited = panels_.compositor_.isComposited(),
                                          .hasShadow = hasShadow_};
         if (window_ == nullptr || window_->traits() != traits) {
             window_.reset(new PanelWindow(traits, panels_.atoms_)); // NOLINT(*-owning-memory)
@@ -130,11 +127,12 @@ private:
     std::shared_ptr<ui::Content> content_;
     std::unique_ptr<PanelWindow, LaterDeleter> window_;
     SubscriptionPtr lookChanges_;
+    SubscriptionPtr compositorChanges_;
 };
 
 QtPanels::QtPanels(PanelServices services)
     : services_(std::move(services)), atoms_(services_.connection),
-      compositorSelection_(compositorSelectionOf(services_.connection)) {}
+      compositor_(services_.connection, services_.observeEvents) {}
 
 // Windows of panels that have gone after the event loop ended.
 QtPanels::~QtPanels() {
@@ -143,16 +141,6 @@ QtPanels::~QtPanels() {
 
 std::unique_ptr<Panel> QtPanels::panel(Size contentSize, std::uint32_t /*styleMask*/) {
     return std::make_unique<QtPanel>(*this, contentSize);
-}
-
-bool QtPanels::isComposited() const {
-    const x11::Connection& connection = services_.connection;
-    const auto owner = connection.take<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(connection.get(), compositorSelection_));
-    if (owner) {
-        isComposited_ = owner->owner != XCB_WINDOW_NONE && connection.alphaVisual().type != nullptr;
-    }
-    return isComposited_;
 }
 
 } // namespace pelistra::linux

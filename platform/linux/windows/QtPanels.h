@@ -4,6 +4,7 @@
 #include "platform/Panel.h"
 #include "platform/linux/screens/Coordinates.h"
 #include "platform/linux/views/Look.h"
+#include "platform/linux/windows/CompositorWatch.h"
 #include "platform/linux/windows/PanelWindow.h"
 #include "platform/x11/Connection.h"
 
@@ -17,6 +18,7 @@ namespace pelistra::linux {
 // What panels need of the rest of the front end; all of it outlives them.
 struct PanelServices {
     const x11::Connection& connection;
+    CompositorWatch::ObserveEvents observeEvents;
     // The translation between root pixels and points that holds now.
     std::function<Coordinates()> coordinates;
     // A new widget that shows a content; `translucent` says whether what lies behind shines through
@@ -28,7 +30,7 @@ struct PanelServices {
 };
 
 // Floating panels on Qt Widgets. A panel costs nothing until it is first shown; then its window is
-// kept for the next time.
+// kept for the next time. One that is on the screen follows compositors that come and go.
 class QtPanels final : public Panels {
 public:
     explicit QtPanels(PanelServices services);
@@ -38,17 +40,12 @@ public:
 
     [[nodiscard]] std::unique_ptr<Panel> panel(Size contentSize, std::uint32_t styleMask) override;
 
-    // Whether some program composites the screen now.
-    [[nodiscard]] bool isComposited() const;
-
 private:
     friend class QtPanel;
 
     PanelServices services_;
     PanelAtoms atoms_;
-    xcb_atom_t compositorSelection_;
-    // As it was when the server last answered.
-    mutable bool isComposited_ = false;
+    CompositorWatch compositor_;
 };
 
 } // namespace pelistra::linux

@@ -22,6 +22,7 @@ public:
           panelLook_(services, look_, barLook_),
           windows_(viewServices(services, look_), services.connection),
           panels_({.connection = services.connection,
+                   .observeEvents = services.observeEvents,
                    .coordinates = services.coordinates,
                    .contentWidget =
                        [views = viewServices(services, barLook_)](

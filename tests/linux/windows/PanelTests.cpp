@@ -119,6 +119,10 @@ protected:
     Published<linux::Look> look_;
     linux::QtPanels panels_{
         {.connection = *connection_,
+         .observeEvents =
+             [this](linux::EventPump::Handler handler) {
+                 return pump_->addHandler(std::move(handler));
+             },
          .coordinates =
              [this] {
                  const WindowFrame root = client_.rootFrame();
@@ -280,6 +284,27 @@ TEST_F(PanelTest, FollowsACompositorThatComesAndGoes) {
     panel->orderFrontRegardless();
     EXPECT_FALSE(card_.translucent);
     EXPECT_NE(shownWindow(), XCB_WINDOW_NONE);
+}
+
+TEST_F(PanelTest, FollowsACompositorThatComesAndGoesWhileItIsShown) {
+    const auto panel = makePanel();
+    panel->setFrameOrigin({.x = 600, .y = 500});
+    panel->orderFrontRegardless();
+    const auto before = client_.frame(shownWindow());
+    for (int round = 0; round < 2; ++round) {
+        {
+            XClient compositor(display_.name());
+            beginCompositing(compositor);
+            EXPECT_TRUE(runUntil([this] { return card_.translucent; }));
+            EXPECT_TRUE(runUntil([&] { return client_.frame(shownWindow()) != before; }));
+        }
+        EXPECT_TRUE(runUntil([this] { return !card_.translucent; }));
+        EXPECT_TRUE(runUntil([&] { return client_.frame(shownWindow()) == before; }));
+    }
+    panel->orderOut();
+    XClient compositor(display_.name());
+    beginCompositing(compositor);
+    EXPECT_TRUE(staysTrueWhileRunning([&] { return !panel->isVisible() && !card_.translucent; }));
 }
 
 TEST_F(PanelTest, TakesClicksAndNoFocus) {
