@@ -47,7 +47,10 @@ TEST(BundleTest, SaysWhatTheApplicationIs) {
 }
 
 TEST(BundleTest, AsksForNoEntitlement) {
-    EXPECT_THAT(contentOf(PELISTRA_MACOS_PACKAGING "/Pelistra.entitlements"), HasSubstr("<dict/>"));
+    const std::string entitlements = contentOf(PELISTRA_MACOS_PACKAGING "/Pelistra.entitlements");
+    EXPECT_THAT(entitlements, HasSubstr("<dict/>"));
+    // Signatures with a comment in it are refused.
+    EXPECT_THAT(entitlements, ::testing::Not(HasSubstr("<!--")));
 }
 
 std::uint32_t numberAt(const std::string& bytes, std::size_t place) {

@@ -411,5 +411,37 @@ TEST_F(RoadOfUseTest, NothingIsLeftBehindAtTheEnd) {
     EXPECT_EQ(ourWindows(), windows);
 }
 
+TEST_F(RoadOfUseTest, TenOpeningsLeaveNoMoreThanOne) {
+    fillMenuBar();
+    launch();
+    const auto openAndCloseAll = [] {
+        @autoreleasepool {
+            clickArrow();
+            waitForLatch();
+            clickArrow();
+            EXPECT_TRUE(panelIsVisible());
+            waitForLatch();
+            rightClickArrow();
+            NSView* settings = [windowTitled(@"Pelistra Settings") contentView];
+            click(find(settings, [NSButton class], "重新查看使用引导"), NSEventTypeLeftMouseDown,
+                  NSEventTypeLeftMouseUp);
+            EXPECT_TRUE(
+                runUntil([] { return [windowTitled(@"Welcome to Pelistra") isVisible] == YES; }));
+            [windowTitled(@"Welcome to Pelistra") close];
+            [windowTitled(@"Pelistra Settings") close];
+            clickArrow(true);
+            waitForLatch();
+        }
+    };
+    openAndCloseAll();
+    const Counts once = liveCounts();
+    EXPECT_GT(once.views, 20U);
+    EXPECT_GE(once.windowControllers, 1U);
+    for (int turn = 0; turn < 10; ++turn) {
+        openAndCloseAll();
+    }
+    EXPECT_EQ(liveCounts(), once);
+}
+
 } // namespace
 } // namespace pelistra::appkit

@@ -297,6 +297,37 @@ TEST_F(ViewsTest, SizesPlacesAndColoursMoveOnLayers) {
     EXPECT_NE(reinterpret_cast<id>([layer(0) backgroundColor]), before.get());
 }
 
+TEST_F(ViewsTest, AnAlertIsDecidedWhenItIsShown) {
+    const auto body = [](bool isPresented, std::uint64_t occasion) {
+        return box(10, 10).alert(
+            {.title = "标题", .isPresented = isPresented, .occasion = occasion});
+    };
+    show(body(true, 1));
+    const auto asked = [] { return recorded("NSAlert beginSheet").size(); };
+    EXPECT_EQ(asked(), 0U);
+    runFor(0.02);
+    EXPECT_EQ(asked(), 1U);
+    change(body(true, 1));
+    EXPECT_EQ(asked(), 1U);
+
+    // Without a window it waits for one.
+    const auto hosting = Owned<NSView*>::share(content());
+    NSWindow* window = [hosting.get() window];
+    [window setContentView:nil];
+    change(body(true, 2));
+    EXPECT_EQ(asked(), 1U);
+    [window setContentView:hosting.get()];
+    runFor(0.02);
+    EXPECT_EQ(asked(), 2U);
+
+    [window setContentView:nil];
+    change(body(true, 3));
+    change(body(false, 3));
+    [window setContentView:hosting.get()];
+    runFor(0.02);
+    EXPECT_EQ(asked(), 2U);
+}
+
 TEST_F(ViewsTest, NothingOfAViewOutlivesItsWindow) {
     @autoreleasepool {
         show(ui::Text{.text = "一"});

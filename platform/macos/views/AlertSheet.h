@@ -8,11 +8,12 @@
 #import <AppKit/AppKit.h>
 
 #include <cstdint>
+#include <optional>
 
 namespace pelistra::appkit {
 
 // Shows an alert over a window: once for each occasion while it is presented, and no longer than
-// that.
+// that. An occasion without a window waits for one.
 class AlertSheet {
 public:
     explicit AlertSheet(MainQueue& mainQueue) : mainQueue_(&mainQueue) {}
@@ -24,10 +25,14 @@ public:
     void show(const ui::Alert& alert, NSView* over);
 
 private:
-    void open(const ui::Alert& alert, NSView* over);
+    void open(NSView* over);
     void close();
 
     MainQueue* mainQueue_;
+    // What to show on the later turn; empty when nothing is presented any more.
+    std::optional<ui::Alert> wanted_;
+    bool isScheduled_ = false;
+    // The one that was shown last.
     std::uint64_t occasion_ = 0;
     Owned<NSAlert*> native_;
     Owned<NSWindow*> window_;

@@ -2,11 +2,14 @@
 
 #include "platform/macos/Conversions.h"
 
+#include <utility>
+
 namespace pelistra::appkit {
 
 AlertSheet::~AlertSheet() { close(); }
 
 void AlertSheet::show(const ui::Alert& alert, NSView* over) {
+    wanted_.reset();
     if (!alert.isPresented) {
         close();
         return;
@@ -14,18 +17,23 @@ void AlertSheet::show(const ui::Alert& alert, NSView* over) {
     if (alert.occasion == occasion_) {
         return;
     }
-    occasion_ = alert.occasion;
+    wanted_ = alert;
     // A sheet may run an event loop of its own, which must not run inside an update.
-    mainQueue_->async(lifetime_.guard(
-        [this, alert, view = Owned<NSView*>::share(over)] { open(alert, view.get()); }));
+    if (!std::exchange(isScheduled_, true)) {
+        mainQueue_->async(
+            lifetime_.guard([this, view = Owned<NSView*>::share(over)] { open(view.get()); }));
+    }
 }
 
-void AlertSheet::open(const ui::Alert& alert, NSView* over) {
-    close();
+void AlertSheet::open(NSView* over) {
+    isScheduled_ = false;
     NSWindow* window = [over window];
-    if (window == nil) {
+    if (!wanted_ || window == nil) {
         return;
     }
+    close();
+    const ui::Alert alert = *std::exchange(wanted_, std::nullopt);
+    occasion_ = alert.occasion;
     window_ = Owned<NSWindow*>::share(window);
     native_ = Owned<NSAlert*>::adopt([[NSAlert alloc] init]);
     [native_.get() setMessageText:nsString(alert.title)];

@@ -4,6 +4,7 @@
 
 #include <objc/runtime.h>
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace pelistra::testing::standins {
@@ -13,7 +14,7 @@ namespace {
 using Any = void (*)();
 using Dealloc = void (*)(id, SEL);
 
-std::unordered_map<const void*, NSMutableDictionary*> attachments;
+std::unordered_map<id, NSMutableDictionary*> attachments;
 
 void forget(id object) {
     const auto found = attachments.find(object);
@@ -47,6 +48,12 @@ NSMutableDictionary* attachmentsOf(id object) {
         values = [[NSMutableDictionary alloc] init];
     }
     return values;
+}
+
+std::size_t liveViews() {
+    return static_cast<std::size_t>(std::ranges::count_if(attachments, [](const auto& each) {
+        return [each.first isKindOfClass:[NSView class]] && [each.first layer] != nil;
+    }));
 }
 
 void installAttachments() {

@@ -11,6 +11,7 @@ std::size_t liveStatusItems();
 std::size_t liveMonitors();
 std::size_t liveObservers();
 std::size_t liveTimers();
+std::size_t liveWindowControllers();
 std::size_t liveCoreObjects();
 std::size_t openLibraries();
 

@@ -126,6 +126,24 @@ NSPoint mouseLocation(id self, SEL selector) {
     return world().pointer;
 }
 
+std::size_t windowControllers = 0;
+using InitWithWindow = id (*)(id, SEL, id);
+InitWithWindow initWithWindowOriginal = nullptr;
+using Dealloc = void (*)(id, SEL);
+Dealloc deallocControllerOriginal = nullptr;
+
+id initWithWindow(id self, SEL selector, id window) {
+    record("NSWindowController initWithWindow: " + textOf(window));
+    ++windowControllers;
+    const Unrecorded inside;
+    return initWithWindowOriginal(self, selector, window);
+}
+
+void deallocController(id self, SEL selector) {
+    --windowControllers;
+    deallocControllerOriginal(self, selector);
+}
+
 template <class Implementation>
 Implementation replace(Class inClass, SEL selector, Implementation replacement) {
     return replaceImplementation(class_getInstanceMethod(inClass, selector), replacement);
@@ -165,7 +183,6 @@ void installWindowRecording() {
     Hook<17, void, BOOL>::install([NSPanel class], @selector(setFloatingPanel:));
     Hook<18, void, id>::install([NSWindowController class], @selector(showWindow:));
     Hook<19, void>::install([NSWindowController class], @selector(close));
-    Hook<21, id, id>::install([NSWindowController class], @selector(initWithWindow:));
 }
 
 } // namespace
@@ -183,8 +200,14 @@ void installRecording() {
                 @selector(addObserverForName:object:queue:usingBlock:), &addObserver);
     removeObserverOriginal =
         replace([NSNotificationCenter class], @selector(removeObserver:), &removeObserver);
+    initWithWindowOriginal =
+        replace([NSWindowController class], @selector(initWithWindow:), &initWithWindow);
+    deallocControllerOriginal =
+        replace([NSWindowController class], @selector(dealloc), &deallocController);
     addTimerOriginal = replace([NSRunLoop class], @selector(addTimer:forMode:), &addTimer);
 }
+
+std::size_t liveWindowControllers() { return windowControllers; }
 
 std::size_t liveObservers() { return observers.size(); }
 

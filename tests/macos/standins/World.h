@@ -158,6 +158,9 @@ void layOutMenuBar();
 
 // What has been made and not yet ended.
 struct Counts {
+    // With a layer, as every view of an element has.
+    std::size_t views = 0;
+    std::size_t windowControllers = 0;
     std::size_t statusItems = 0;
     std::size_t monitors = 0;
     std::size_t observers = 0;

@@ -1,5 +1,6 @@
 #include "World.h"
 
+#include "Attachments.h"
 #include "Counters.h"
 
 #include <algorithm>
@@ -55,7 +56,9 @@ void tellScreenChange() {
 }
 
 Counts liveCounts() {
-    return {.statusItems = liveStatusItems(),
+    return {.views = liveViews(),
+            .windowControllers = liveWindowControllers(),
+            .statusItems = liveStatusItems(),
             .monitors = liveMonitors(),
             .observers = liveObservers(),
             .timers = liveTimers(),
