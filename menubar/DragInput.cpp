@@ -49,6 +49,9 @@ void DragInput::begin(xcb_timestamp_t time) const {
 
 void DragInput::end() const {
     xcb_ungrab_keyboard(server_->xcb(), XCB_CURRENT_TIME);
+}
+
+void DragInput::releasePointer() const {
     xcb_ungrab_pointer(server_->xcb(), XCB_CURRENT_TIME);
 }
 

@@ -16,8 +16,11 @@ public:
 
     // Takes the keyboard while an item is being dragged, so that Escape is heard.
     void begin(xcb_timestamp_t time) const;
-    // Gives pointer and keyboard back.
+    // Gives the keyboard back. The pointer is free from the release of the button on; to give it
+    // back now would end what the user may have begun since.
     void end() const;
+    // Gives the pointer back while its button is down.
+    void releasePointer() const;
 
     [[nodiscard]] bool isEscape(const xcb_key_press_event_t& event) const;
     // The keyboard's layout changed.

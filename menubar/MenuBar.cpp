@@ -435,6 +435,8 @@ void MenuBar::endDrag(bool keep) {
     dragInput_.end();
     if (keep) {
         followDrag();
+    } else {
+        dragInput_.releasePointer();
     }
     DockedItem* item = lifted();
     drag_.reset();

@@ -83,6 +83,21 @@ TEST_F(UserDragTests, EscapePutsItBack) {
     EXPECT_THAT(names(), ElementsAre("new", "a", "b", "c"));
 }
 
+TEST_F(UserDragTests, ADragThatBeginsBeforeTheEndOfTheLastWasHandledIsWhole) {
+    const RootPoint middle = middleOf(*b_);
+    const RootPoint right = middleOf(*c_);
+    bar().process().signal(SIGSTOP);
+    user_.drag(middleOf(*a_), right, super);
+    // What the user sees there is still "b".
+    user_.beginDrag(middle, {.x = middle.x + 4, .y = middle.y}, super);
+    bar().process().signal(SIGCONT);
+    ASSERT_TRUE(eventually([&] { return frameOf(*a_).right() == screenWidth; }));
+    user_.moveTo(right);
+    user_.endDrag(super);
+    EXPECT_TRUE(comesToBe({"c", "a", "b"}));
+    EXPECT_TRUE(eventually([&] { return frameOf(*b_).right() == screenWidth; }));
+}
+
 TEST_F(UserDragTests, AClickWithTheModifierMovesNothing) {
     user_.click(middleOf(*a_), UserInput::Button::Left, super);
     dockNamed("new");
