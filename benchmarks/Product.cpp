@@ -53,6 +53,14 @@ width-percent=true
 type=tray
 )";
 
+// With the plugin that is another one.
+std::string lxqtNotifiers() {
+    std::string settings = lxqt;
+    const std::string plugins = "plugins=tray";
+    settings.insert(settings.find(plugins) + plugins.size(), ", statusnotifier");
+    return settings + "[statusnotifier]\ntype=statusnotifier\n";
+}
+
 // The hide button of xfce4-panel is the last thing in its tray.
 RootPoint xfceButton(int endOfTray) {
     constexpr int fromEnd = 7;
@@ -83,12 +91,18 @@ std::string Product::fullName() const {
 
 const std::vector<Product>& products() {
     static const std::vector<Product> all{
-        {.name = "Pelistra", .package = "", .settings = {}, .command = {}},
+        {.name = "Pelistra",
+         .package = "",
+         .settings = {},
+         .command = {},
+         .icons = Product::Icons::Both},
         {.name = "xfce4-panel",
          .package = "xfce4-panel",
          .settings = {xfcePanelSettings(XfceIcons::Shown)},
          .command = {"xfce4-panel"},
-         .settingsForHiding = {xfcePanelSettings(XfceIcons::Hidden)}},
+         .settingsForHiding = {xfcePanelSettings(XfceIcons::Hidden)},
+         .settingsForNotifiers = {xfcePanelSettings(XfceIcons::Shown)},
+         .icons = Product::Icons::Both},
         {.name = "trayer",
          .package = "trayer",
          .settings = {},
@@ -105,7 +119,14 @@ const std::vector<Product>& products() {
         {.name = "lxqt-panel",
          .package = "lxqt-panel",
          .settings = {{.path = "config/lxqt/panel.conf", .content = lxqt}},
-         .command = {"lxqt-panel"}},
+         .command = {"lxqt-panel"},
+         .settingsForNotifiers = {{.path = "config/lxqt/panel.conf", .content = lxqtNotifiers()}},
+         .icons = Product::Icons::Both},
+        {.name = "gtk-sni-tray",
+         .package = "haskell-gtk-sni-tray-utils",
+         .settings = {},
+         .command = {"gtk-sni-tray-standalone", "--top", "--end", "--watcher", "--size", "28"},
+         .icons = Product::Icons::Notifiers},
     };
     return all;
 }
@@ -113,16 +134,19 @@ const std::vector<Product>& products() {
 RunningProduct::RunningProduct(Desktop& desktop, const Product& product, Purpose purpose)
     : desktop_(desktop), product_(product) {
     if (product.isOurs()) {
-        desktop.startBar();
+        desktop.startBar({}, purpose == Purpose::Notifiers ? Desktop::Icons::All
+                                                           : Desktop::Icons::Windows);
         desktop.startOrganiser({}, purpose == Purpose::Start
                                        ? OrganiserUnderTest::WaitForItems::No
                                        : OrganiserUnderTest::WaitForItems::Yes);
         return;
     }
-    writeSettings(desktop.display(),
-                  purpose == Purpose::Hide ? product.settingsForHiding : product.settings);
+    writeSettings(desktop.display(), purpose == Purpose::Hide        ? product.settingsForHiding
+                                     : purpose == Purpose::Notifiers ? product.settingsForNotifiers
+                                                                     : product.settings);
     process_ = desktop.display().start(product.command);
-    require(waitFor([&] { return desktop.x().trayOwner() != XCB_WINDOW_NONE; }),
+    require(purpose == Purpose::Notifiers ||
+                waitFor([&] { return desktop.x().trayOwner() != XCB_WINDOW_NONE; }),
             product.name + " shows no tray: " + process_->output());
 }
 

@@ -22,9 +22,15 @@ struct Product {
     std::vector<std::string> command;
     // What makes it hide every icon behind a button of its own; empty where there is no such thing.
     std::vector<SettingsFile> settingsForHiding = {};
+    // What makes it show icons of the session bus as well.
+    std::vector<SettingsFile> settingsForNotifiers = {};
+    enum class Icons { Windows, Notifiers, Both };
+    Icons icons = Icons::Windows;
 
     [[nodiscard]] bool isOurs() const { return package.empty(); }
     [[nodiscard]] bool canHide() const { return isOurs() || !settingsForHiding.empty(); }
+    [[nodiscard]] bool showsWindows() const { return icons != Icons::Notifiers; }
+    [[nodiscard]] bool showsNotifiers() const { return icons != Icons::Windows; }
     // Whether its package is installed.
     [[nodiscard]] bool isInstalled() const;
     // With the package's version, where there is one.
@@ -42,7 +48,9 @@ public:
         // With its settings for hiding.
         Hide,
         // Like Show, without waiting for what it puts into the tray itself.
-        Start
+        Start,
+        // With icons of the session bus; what it does with windows is not waited for.
+        Notifiers
     };
 
     // Starts it and waits until somebody owns the tray; throws std::runtime_error otherwise. The

@@ -284,7 +284,9 @@ std::vector<RowName> rowNames(const Effort& effort) {
 
 Comparison rivalFigures(const Effort& effort) {
     std::vector<Product> present;
-    std::ranges::copy_if(products(), std::back_inserter(present), &Product::isInstalled);
+    std::ranges::copy_if(products(), std::back_inserter(present), [](const Product& product) {
+        return product.showsWindows() && product.isInstalled();
+    });
     Comparison comparison{.title = "Beside other trays", .products = {}, .rows = {}};
     std::vector<Values> values;
     for (const Product& product : present) {

@@ -3,6 +3,7 @@
 #include "benchmarks/CoreFigures.h"
 #include "benchmarks/IdleFigures.h"
 #include "benchmarks/Machine.h"
+#include "benchmarks/NotifierFigures.h"
 #include "benchmarks/RivalFigures.h"
 #include "benchmarks/RowFigures.h"
 #include "benchmarks/SectionFigures.h"
@@ -129,10 +130,12 @@ void Run::measure() {
         add("section", [&] { return sectionFigures(effort); });
         add("row", [&] { return rowFigures(effort); });
         add("windows", [&] { return windowFigures(effort); });
+        add("icons on the session bus", [&] { return notifierFigures(effort); });
     }
     measureAtTheSameTime();
     if (choice_.parts.contains("rivals")) {
         add("other trays", [&] { return rivalFigures(effort); });
+        add("other trays with icons on the session bus", [&] { return notifierRivals(effort); });
     }
     const std::string after = describeLoad();
     std::cout << "\n" << after << missed_ << " of the limits missed\n";
