@@ -80,6 +80,7 @@ void walkWindows(Tour& tour);
 void walkEndings(Tour& tour);
 // On desktops of their own.
 void walkFirstUse(Tour& tour);
+void walkNotifiers(Tour& tour);
 void walkLooks(Tour& tour);
 void walkCompositor(Tour& tour);
 

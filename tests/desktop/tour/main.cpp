@@ -25,6 +25,7 @@ int walk(const std::string& folder) {
     walkWindows(tour);
     walkEndings(tour);
     walkFirstUse(tour);
+    walkNotifiers(tour);
     walkLooks(tour);
     walkCompositor(tour);
     return tour.finish() ? EXIT_SUCCESS : EXIT_FAILURE;
