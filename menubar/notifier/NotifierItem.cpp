@@ -2,6 +2,7 @@
 
 #include "menubar/notifier/ProgramName.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -71,8 +72,15 @@ void NotifierItem::follow() {
         "type='signal',sender='" + owner_ + "',path='" + address_.path + "',interface='";
     for (const char* const interface : {itemInterface, propertiesInterface}) {
         signals_.push_back(BusListener::match(*bus_, rule + interface + "'",
-                                              [this](sd_bus_message&) { stale_ = true; }));
+                                              [this](sd_bus_message&) { noteChange(); }));
     }
+}
+
+void NotifierItem::noteChange() {
+    stale_ = true;
+    // Whoever did not answer may do so now.
+    constexpr std::chrono::seconds soon{1};
+    notBefore_ = std::min(notBefore_, Clock::now() + soon);
 }
 
 void NotifierItem::askProcess() {
@@ -101,7 +109,7 @@ void NotifierItem::refresh() {
 }
 
 std::optional<NotifierItem::Clock::time_point> NotifierItem::due() const {
-    const bool canAsk = !gone_ && !owner_.empty() && stale_ && !question_ && !isMute();
+    const bool canAsk = !gone_ && !owner_.empty() && stale_ && !question_;
     return canAsk ? std::optional(notBefore_) : std::nullopt;
 }
 
@@ -141,7 +149,9 @@ void NotifierItem::answered(sd_bus_message& message) {
 }
 
 void NotifierItem::failed() {
-    ++failures_;
+    // At last it is asked once a minute.
+    constexpr int slowest = 10;
+    failures_ = std::min(failures_ + 1, slowest);
     stale_ = true;
     const bool hasOtherName = address_.service != owner_;
     usesOwner_ = hasOtherName && !usesOwner_;

@@ -49,8 +49,6 @@ public:
     [[nodiscard]] bool takeChange() { return std::exchange(changed_, false); }
     // Its program has gone, or has never been there.
     [[nodiscard]] bool isGone() const { return gone_; }
-    // Its program does not answer in a way that can be understood.
-    [[nodiscard]] bool isMute() const { return failures_ >= mostFailures; }
 
     // The side of the square that pictures are to fit into, in device pixels.
     void setIconSide(int side);
@@ -73,10 +71,9 @@ public:
     void scroll(int delta, Axis axis);
 
 private:
-    static constexpr int mostFailures = 8;
-
     void ownerAnswered(const std::string& owner);
     void follow();
+    void noteChange();
     void askProcess();
     void ask();
     void answered(sd_bus_message& message);

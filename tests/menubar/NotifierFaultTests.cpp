@@ -127,6 +127,24 @@ TEST_F(NotifierFaultTests, ProgramsThatHangOrNeverStopTalkingHoldNobodyUp) {
     EXPECT_FALSE(x_.barItem("hanging").has_value());
 }
 
+TEST_F(NotifierFaultTests, AProgramThatAnswersAtLastIsReadOnceItSaysSo) {
+    startBar();
+    auto options = plain("late");
+    // Registered by another name than the one that it answers to.
+    options.answers = Answers::ToWellKnownName;
+    NotifierClient& client = add(options);
+    constexpr std::chrono::seconds untilTriesAreRare{7};
+    const auto begin = std::chrono::steady_clock::now();
+    ASSERT_TRUE(
+        eventually([&] { return std::chrono::steady_clock::now() - begin > untilTriesAreRare; }));
+    ASSERT_FALSE(x_.barItem("late").has_value());
+    const auto recovered = std::chrono::steady_clock::now();
+    client.change([](auto& changed) { changed.answers = Answers::Always; }, "NewIcon");
+    EXPECT_TRUE(isColored("late", red));
+    constexpr std::chrono::seconds nextTry{5};
+    EXPECT_LT(std::chrono::steady_clock::now() - recovered, nextTry);
+}
+
 TEST_F(NotifierFaultTests, WhatIsOfAWrongTypeCountsAsMissing) {
     startBar();
     auto options = plain("wrong");

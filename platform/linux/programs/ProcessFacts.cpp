@@ -182,8 +182,13 @@ ProcessFacts factsOf(ProcessId process) {
     const auto folder = folderOf(process);
     std::string shortName = contentOf(folder / "comm");
     shortName = shortName.substr(0, shortName.find('\n'));
-    return {.executable = executableOf(process),
-            .invokedAs = invokedNameIn(contentOf(folder / "cmdline")),
+    std::string executable = executableOf(process);
+    std::string invokedAs = invokedNameIn(contentOf(folder / "cmdline"));
+    if (isInterpreter(executable) && !isInterpreter(invokedAs)) {
+        executable.clear();
+    }
+    return {.executable = std::move(executable),
+            .invokedAs = std::move(invokedAs),
             .shortName = std::move(shortName),
             .flatpakId = flatpakIdIn(contentOf(folder / "root" / ".flatpak-info")),
             .snapId = snapIdIn(contentOf(folder / "cgroup"))};

@@ -11,7 +11,7 @@ namespace pelistra::linux {
 // What /proc says about a process. Every value may be missing: the process may have ended, or
 // belong to somebody else.
 struct ProcessFacts {
-    // The executable's name without its folder.
+    // The executable's name without its folder; empty for a script, which is not its interpreter.
     std::string executable;
     // argv[0] without its folder; for a script its interpreter's first argument without its folder.
     std::string invokedAs;

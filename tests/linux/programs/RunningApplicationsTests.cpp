@@ -153,6 +153,21 @@ TEST_F(RunningApplicationsTest, FindsTheEntryByTheProgram) {
               (folder.path() / "applications/org.example.Tests.desktop").string());
 }
 
+TEST_F(RunningApplicationsTest, AScriptIsNotItsInterpreter) {
+    writeEntry("bash", "Exec=/bin/bash\n");
+    const auto script = folder.path() / "tray-script";
+    std::ofstream(script) << "while sleep 9; do :; done\n";
+    const ChildProcess running({"/bin/bash", script.string()}, {{"PATH", "/usr/bin:/bin"}},
+                               folder.path() / "output");
+    EXPECT_TRUE(
+        waitFor([&] { return linux::factsOf(running.pid()).displayName() == "tray-script"; }));
+    auto all = applications();
+    const auto application = all.runningApplication(running.pid());
+    ASSERT_NE(application, nullptr);
+    EXPECT_EQ(application->localizedName(), "tray-script");
+    EXPECT_EQ(application->bundleIdentifier(), std::nullopt);
+}
+
 TEST_F(RunningApplicationsTest, TheClassOfTheIconComesBeforeTheProgram) {
     writeEntry("by-program", "Exec=linux_tests\n");
     writeEntry("by-class", "Exec=other\nStartupWMClass=Special\n");
