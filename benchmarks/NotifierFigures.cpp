@@ -24,7 +24,8 @@ constexpr int trayHeight = 40;
 // A product that takes longer has lost anyway.
 constexpr std::chrono::seconds longestWait{10};
 constexpr std::chrono::milliseconds rest{700};
-constexpr std::chrono::seconds restForMemory{15};
+// GLib ends its idle threads after 15 seconds; what has ended is no longer counted.
+constexpr std::chrono::seconds restForMemory{20};
 constexpr std::chrono::seconds idleTime{10};
 constexpr int changesInASecond = 10;
 

@@ -27,6 +27,10 @@ constexpr std::string_view windowClass{"pelistra-menubar\0Pelistra-menubar\0", 3
 
 using LayoutPtr = std::unique_ptr<PangoLayout, CairoDeleter>;
 
+std::string wholeText(const ToolTipText& text) {
+    return text.title + (text.title.empty() || text.text.empty() ? "" : "\n") + text.text;
+}
+
 LayoutPtr makeLayout(cairo_t* context, const ToolTipText& text, const Metrics& metrics, int width) {
     LayoutPtr layout(pango_cairo_create_layout(context));
     const std::unique_ptr<PangoFontDescription, CairoDeleter> font(pango_font_description_new());
@@ -34,8 +38,7 @@ LayoutPtr makeLayout(cairo_t* context, const ToolTipText& text, const Metrics& m
     pango_font_description_set_absolute_size(font.get(),
                                              metrics.pixels(textSizeInPoints) * PANGO_SCALE);
     pango_layout_set_font_description(layout.get(), font.get());
-    const std::string both =
-        text.title + (text.title.empty() || text.text.empty() ? "" : "\n") + text.text;
+    const std::string both = wholeText(text);
     pango_layout_set_text(layout.get(), both.data(), static_cast<int>(both.size()));
     if (!text.title.empty() && !text.text.empty()) {
         const std::unique_ptr<PangoAttrList, CairoDeleter> attributes(pango_attr_list_new());
@@ -130,7 +133,7 @@ void ToolTip::show(const ToolTipText& text, const PixelRect& item, const PixelRe
     x11::setText(connection, window_.id(), XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
                  std::string(windowClass));
     x11::setText(connection, window_.id(), server_->atom(Atom::NetWmName),
-                 server_->atom(Atom::Utf8String), text.title + '\n' + text.text);
+                 server_->atom(Atom::Utf8String), wholeText(text));
     const xcb_atom_t type = server_->atom(Atom::NetWmWindowTypeTooltip);
     xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window_.id(),
                         server_->atom(Atom::NetWmWindowType), XCB_ATOM_ATOM, 32, 1, &type);

@@ -81,7 +81,7 @@ TEST_F(NotifierLookTests, AnIconWithoutAToolTipTellsItsTitleAndAClickEndsIt) {
     add(options);
     ASSERT_TRUE(shows({"titled"}));
     user_.moveTo(centre(frameOf("titled")));
-    ASSERT_TRUE(tells("The title\n"));
+    ASSERT_TRUE(tells("The title"));
     keepPicture("tip-dark");
     user_.click(centre(frameOf("titled")));
     EXPECT_TRUE(eventually([&] { return !toolTip(); }));

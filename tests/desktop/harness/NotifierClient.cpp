@@ -168,6 +168,9 @@ int NotifierClient::answer(sd_bus_message& message) {
     if (interface == "org.freedesktop.DBus.Properties" && member == "GetAll") {
         return answerAll(message);
     }
+    if (interface == "org.freedesktop.DBus.Properties" && member == "Get") {
+        return answerOne(message);
+    }
     if (interface == menuInterface) {
         return answerMenu(message, member);
     }
@@ -262,8 +265,42 @@ int NotifierClient::answerMenu(sd_bus_message& message, const std::string& membe
     return result < 0 ? result : 1;
 }
 
+int NotifierClient::answerOne(sd_bus_message& message) {
+    const char* wanted = "";
+    sd_bus_message_read(&message, "ss", nullptr, &wanted);
+    sd_bus_message* const all = newList(message);
+    sd_bus_message_seal(all, 1, 0);
+    sd_bus_message_rewind(all, 1);
+    sd_bus_message_enter_container(all, 'a', "{sv}");
+    int result = 0;
+    while (result == 0 && sd_bus_message_enter_container(all, 'e', "sv") > 0) {
+        const char* name = "";
+        sd_bus_message_read(all, "s", &name);
+        if (std::string_view(name) == wanted) {
+            sd_bus_message* reply = nullptr;
+            sd_bus_message_new_method_return(&message, &reply);
+            sd_bus_message_copy(reply, all, 0);
+            result = sd_bus_send(bus_, reply, nullptr) < 0 ? -1 : 1;
+            sd_bus_message_unref(reply);
+        } else {
+            sd_bus_message_skip(all, "v");
+            sd_bus_message_exit_container(all);
+        }
+    }
+    sd_bus_message_unref(all);
+    return result;
+}
+
 int NotifierClient::answerAll(sd_bus_message& message) {
     ++questions_;
+    sd_bus_message* const reply = newList(message);
+    const int result = sd_bus_send(bus_, reply, nullptr);
+    sd_bus_message_unref(reply);
+    return result < 0 ? result : 1;
+}
+
+// The answer with all its properties.
+sd_bus_message* NotifierClient::newList(sd_bus_message& message) const {
     sd_bus_message* reply = nullptr;
     sd_bus_message_new_method_return(&message, &reply);
     sd_bus_message_open_container(reply, 'a', "{sv}");
@@ -286,9 +323,7 @@ int NotifierClient::answerAll(sd_bus_message& message) {
         options_.more(*reply);
     }
     sd_bus_message_close_container(reply);
-    const int result = sd_bus_send(bus_, reply, nullptr);
-    sd_bus_message_unref(reply);
-    return result < 0 ? result : 1;
+    return reply;
 }
 
 } // namespace pelistra::testing

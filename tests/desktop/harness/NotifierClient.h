@@ -118,6 +118,8 @@ private:
     static int handle(sd_bus_message* message, void* data, sd_bus_error* error);
     int answer(sd_bus_message& message);
     int answerAll(sd_bus_message& message);
+    int answerOne(sd_bus_message& message);
+    [[nodiscard]] sd_bus_message* newList(sd_bus_message& message) const;
     [[nodiscard]] bool isAnswered(sd_bus_message& message) const;
     int answerMenu(sd_bus_message& message, const std::string& member);
     void appendEntries(sd_bus_message& reply, std::size_t first, int depth) const;
