@@ -27,8 +27,9 @@ public:
     // Asked afresh at every call.
     [[nodiscard]] virtual LoginItemStatus status() const = 0;
 
-    // Each changes the registration and answers empty when it succeeded, else the system's own
-    // description of what went wrong, in the user's language; that may be an empty text.
+    // Each changes the registration and answers empty when it succeeded, else a description of what
+    // went wrong in the user's language, the system's own where it has one; that may be an empty
+    // text.
     [[nodiscard]] virtual std::optional<std::string> registerItem() = 0;
     [[nodiscard]] virtual std::optional<std::string> unregisterItem() = 0;
 };

@@ -4,7 +4,8 @@
 
 namespace pelistra::appkit {
 
-// The main application's login item, by SMAppService.
+// The main application's login item, by SMAppService. From a read-only place it is not registered,
+// which the system would do.
 class MainAppLoginItem final : public LoginItem {
 public:
     [[nodiscard]] LoginItemStatus status() const override;

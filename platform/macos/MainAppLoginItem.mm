@@ -4,6 +4,8 @@
 
 #import <ServiceManagement/ServiceManagement.h>
 
+#include <sys/statvfs.h>
+
 namespace pelistra::appkit {
 
 namespace {
@@ -13,6 +15,14 @@ static_assert(static_cast<NSInteger>(LoginItemStatus::RequiresApproval) ==
               SMAppServiceStatusRequiresApproval);
 static_assert(static_cast<NSInteger>(LoginItemStatus::NotFound) == SMAppServiceStatusNotFound);
 
+// A disk image, or where the system runs a downloaded application until it is moved: gone at the
+// next login.
+bool isInReadOnlyPlace() {
+    struct statvfs volume = {};
+    const char* path = [[[NSBundle mainBundle] bundlePath] fileSystemRepresentation];
+    return path != nullptr && ::statvfs(path, &volume) == 0 && (volume.f_flag & ST_RDONLY) != 0;
+}
+
 } // namespace
 
 LoginItemStatus MainAppLoginItem::status() const {
@@ -20,6 +30,9 @@ LoginItemStatus MainAppLoginItem::status() const {
 }
 
 std::optional<std::string> MainAppLoginItem::registerItem() {
+    if (isInReadOnlyPlace()) {
+        return "Pelistra 正从只读的位置运行。请先把它移到“应用程序”文件夹，再从那里打开。";
+    }
     NSError* error = nil;
     if ([[SMAppService mainAppService] registerAndReturnError:&error]) {
         return std::nullopt;

@@ -79,6 +79,25 @@ TEST_F(BadInputTest, PermissionThatComesLaterGivesPicturesAtTheNextCollapse) {
     EXPECT_TRUE(runUntil([] { return item("允许屏幕录制，以显示菜单栏原图标") == nil; }));
 }
 
+TEST_F(BadInputTest, PermissionThatIsWithdrawnLeavesApplicationIcons) {
+    world().captureGranted = true;
+    openRow();
+    EXPECT_EQ(item("允许屏幕录制，以显示菜单栏原图标"), nil);
+    EXPECT_THAT(recorded("NSImage initWithCGImage"), SizeIs(2));
+    clickArrow();
+    waitForLatch();
+    world().captureGranted = false;
+    world().journal.clear();
+    clickArrow(true);
+    clickArrow();
+    waitForLatch();
+    clickArrow();
+    EXPECT_TRUE(runUntil([] { return item("允许屏幕录制，以显示菜单栏原图标") != nil; }));
+    EXPECT_NE(item("剪贴板"), nil);
+    EXPECT_NE(item("音量"), nil);
+    EXPECT_THAT(recorded("CGWindowListCreateImage"), IsEmpty());
+}
+
 TEST_F(BadInputTest, ItemsWithoutButtonsStillCollapse) {
     world().statusItemsHaveButtons = false;
     setArguments({"--start-collapsed"});

@@ -315,6 +315,15 @@ TEST(MainAppLoginItemTest, TellsTheSystemsWords) {
     EXPECT_EQ(item.status(), LoginItemStatus::NotFound);
 }
 
+TEST(MainAppLoginItemTest, AReadOnlyPlaceIsNotRegistered) {
+    world().volumeIsReadOnly = true;
+    MainAppLoginItem item;
+    EXPECT_THAT(item.registerItem(), Optional(::testing::HasSubstr("应用程序")));
+    EXPECT_THAT(recorded("SMAppService"), IsEmpty());
+    // What is registered already can be taken back.
+    EXPECT_EQ(item.unregisterItem(), std::nullopt);
+}
+
 TEST(CoreGraphicsEventPostingTest, ReleasesWhatItMade) {
     UnifiedLog log;
     CoreGraphicsEventPosting posting(log);

@@ -418,13 +418,13 @@ TEST_F(PrivateMenuBarBridgeDeathTest, SharedBridgeIsMadeOnceForAllThreadsAndNeve
                 }
             });
             std::vector<const PrivateMenuBarBridge*> bridges(8);
-            {
-                std::vector<std::jthread> threads;
-                for (auto& bridge : bridges) {
-                    threads.emplace_back([this, &bridge] {
-                        bridge = PrivateMenuBarBridge::shared(services()).get();
-                    });
-                }
+            std::vector<std::thread> threads;
+            for (auto& bridge : bridges) {
+                threads.emplace_back(
+                    [this, &bridge] { bridge = PrivateMenuBarBridge::shared(services()).get(); });
+            }
+            for (auto& thread : threads) {
+                thread.join();
             }
             const auto* const later = PrivateMenuBarBridge::shared(services()).get();
             const bool isOne = std::ranges::count(bridges, later) == std::ssize(bridges);

@@ -7,7 +7,15 @@
 #include <deque>
 #include <functional>
 
+#include <sys/statvfs.h>
+
 using namespace pelistra::testing::standins;
+
+int standinStatvfs(const char* path, struct statvfs* volume) {
+    (void)path;
+    volume->f_flag = world().volumeIsReadOnly ? ST_RDONLY : 0;
+    return 0;
+}
 
 // Unified logging
 

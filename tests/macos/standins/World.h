@@ -116,6 +116,8 @@ struct World {
     // Presses the button of the alert that was shown last; empty before the first.
     std::function<void()> dismissAlert;
 
+    // The volume that the application runs from.
+    bool volumeIsReadOnly = false;
     SMAppServiceStatus loginItemStatus = SMAppServiceStatusNotRegistered;
     // What registering leads to.
     SMAppServiceStatus statusAfterRegistering = SMAppServiceStatusEnabled;
