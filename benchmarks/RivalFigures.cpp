@@ -64,8 +64,8 @@ bool waitForEach(const std::vector<xcb_window_t>& windows, Condition condition) 
 }
 
 // In the tray, whoever shows it: the icons that are not the organiser's own.
-std::size_t thirdPartyIcons(linux::TrayReader& look) {
-    const auto view = look.look();
+std::size_t thirdPartyIcons(linux::TrayReader& reader) {
+    const auto view = reader.read();
     return view ? std::ranges::count_if(
                       view->icons, [](const auto& icon) { return icon.className != "Pelistra"; })
                 : 0;
@@ -83,13 +83,13 @@ void dockPrograms(const Product& product, const Effort& effort, Values& values) 
     }
     std::this_thread::sleep_for(std::chrono::seconds(2));
     const auto connection = connect(desktop.display());
-    linux::TrayReader look(*connection);
+    linux::TrayReader reader(*connection);
     constexpr int fewer = 4;
     for (int round = 0; round < std::max(3, effort.starts / fewer); ++round) {
         const auto begin = Clock::now();
         const RunningProduct running(desktop, product, RunningProduct::Purpose::Start);
-        if (!waitFor([&] { return thirdPartyIcons(look) >= programs.size(); }, longestWait)) {
-            std::cerr << "  " << product.name << " docks " << thirdPartyIcons(look) << " of "
+        if (!waitFor([&] { return thirdPartyIcons(reader) >= programs.size(); }, longestWait)) {
+            std::cerr << "  " << product.name << " docks " << thirdPartyIcons(reader) << " of "
                       << programs.size() << " programs\n";
             return;
         }

@@ -31,17 +31,17 @@ void lookAtMany(const Effort& effort, Section& section) {
     std::vector<double> roundTrips;
     for (int round = 0; round < effort.rounds; ++round) {
         // A new one has nothing to remember.
-        linux::TrayReader look(*connection);
+        linux::TrayReader reader(*connection);
         const auto spentBefore = ownProcessorTime();
         const auto begin = Clock::now();
-        const auto view = look.look();
+        const auto view = reader.read();
         wall.push_back(Milliseconds(Clock::now() - begin).count());
         processor.push_back((ownProcessorTime() - spentBefore).count());
         require(view && view->icons.size() == manyIcons, "the look misses icons");
         roundTrips.push_back(view->roundTrips);
         constexpr std::chrono::milliseconds nextTime{5};
         std::this_thread::sleep_for(nextTime);
-        const auto unchanged = look.look();
+        const auto unchanged = reader.read();
         require(unchanged.has_value(), "the second look sees nothing");
         again.push_back(unchanged->roundTrips);
     }
@@ -91,7 +91,7 @@ void takePictures(const Effort& effort, Section& section) {
 
 } // namespace
 
-Section trayLookFigures(const Effort& effort) {
+Section trayReaderFigures(const Effort& effort) {
     Section section{.title = "Looking at the tray", .figures = {}};
     lookAtMany(effort, section);
     takePictures(effort, section);

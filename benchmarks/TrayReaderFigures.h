@@ -6,6 +6,6 @@
 namespace pelistra::testing {
 
 // What the organiser's looks at the tray cost: one at 1,000 icons, and the pictures of 50.
-[[nodiscard]] Section trayLookFigures(const Effort& effort);
+[[nodiscard]] Section trayReaderFigures(const Effort& effort);
 
 } // namespace pelistra::testing

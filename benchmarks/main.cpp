@@ -126,7 +126,7 @@ void Run::measure() {
         add("core", [&] { return coreFigures(effort); });
     }
     if (choice_.parts.contains("desktop")) {
-        add("tray looks", [&] { return trayLookFigures(effort); });
+        add("looks at the tray", [&] { return trayReaderFigures(effort); });
         add("section", [&] { return sectionFigures(effort); });
         add("row", [&] { return rowFigures(effort); });
         add("windows", [&] { return windowFigures(effort); });

@@ -169,9 +169,20 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
         complaints_.add("window " + hexadecimal(arrival.client) + " " + fault);
         return;
     }
+    auto item = itemFor(arrival, metrics);
+    item->retrieval = retrieval;
+    embed(*item, *arrival.attributes);
+    std::optional<std::uint32_t> preferred = arrival.preferred;
+    if (preferred) {
+        preferred = items_->countForShown(*preferred);
+    }
+    const std::size_t index = order_->place(item->identity, items_->identities(), preferred);
+    items_->insert(index, std::move(item));
+}
+
+std::unique_ptr<DockedItem> Docking::itemFor(const Arrival& arrival, const Metrics& metrics) const {
     auto item = std::make_unique<DockedItem>();
     item->client = arrival.client;
-    item->retrieval = retrieval;
     item->depth = arrival.geometry->depth;
     item->wantsMapped = arrival.embedInfo.mapped;
     item->xembedVersion = arrival.embedInfo.version;
@@ -182,41 +193,35 @@ void Docking::dock(const Arrival& arrival, const Retrieval& retrieval, const Met
                       .className = names.className,
                       .ordinal = items_->freeOrdinal(names.instance, names.className)};
     item->texts = arrival.texts;
-    const PixelSize size{.width = grantedWidth(item->wish, metrics), .height = metrics.barHeight()};
-    item->x = -size.width;
-    item->width = size.width;
-    item->height = size.height;
+    item->width = grantedWidth(item->wish, metrics);
+    item->height = metrics.barHeight();
+    item->x = -item->width;
+    return item;
+}
 
+void Docking::embed(DockedItem& item, const xcb_get_window_attributes_reply_t& attributes) const {
     xcb_connection_t* x = server_->xcb();
-    item->container = makeContainer(*server_, bar_, size, *arrival.attributes, item->depth);
+    item.container = makeContainer(*server_, bar_, {.width = item.width, .height = item.height},
+                                   attributes, item.depth);
     // From here on the client outlives the bar, however the bar dies: unmapped, so that no window
     // manager takes it for a window like any other while it waits for the next tray.
-    item->firstSequence = xcb_xfixes_change_save_set(
-                              x, XCB_XFIXES_SAVE_SET_MODE_INSERT, XCB_XFIXES_SAVE_SET_TARGET_ROOT,
-                              XCB_XFIXES_SAVE_SET_MAPPING_UNMAP, item->client)
-                              .sequence;
-    withdraw(*server_, item->client);
-    item->reparentSequence =
-        xcb_reparent_window(x, item->client, item->container.id(), 0, 0).sequence;
-    const std::array<std::uint32_t, 5> place{0, 0, static_cast<std::uint32_t>(size.width),
-                                             static_cast<std::uint32_t>(size.height), 0};
-    item->placeSequence =
-        xcb_configure_window(x, item->client,
+    item.firstSequence = xcb_xfixes_change_save_set(x, XCB_XFIXES_SAVE_SET_MODE_INSERT,
+                                                    XCB_XFIXES_SAVE_SET_TARGET_ROOT,
+                                                    XCB_XFIXES_SAVE_SET_MAPPING_UNMAP, item.client)
+                             .sequence;
+    withdraw(*server_, item.client);
+    item.reparentSequence = xcb_reparent_window(x, item.client, item.container.id(), 0, 0).sequence;
+    const std::array<std::uint32_t, 5> place{0, 0, static_cast<std::uint32_t>(item.width),
+                                             static_cast<std::uint32_t>(item.height), 0};
+    item.placeSequence =
+        xcb_configure_window(x, item.client,
                              XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                                  XCB_CONFIG_WINDOW_HEIGHT | XCB_CONFIG_WINDOW_BORDER_WIDTH,
                              place.data())
             .sequence;
-    item->picture =
-        ItemPicture(*server_, item->container.id(), server_->formatOf(arrival.attributes->visual));
-    sendEmbeddedNotify(server_->connection(), server_->atom(Atom::XEmbed), item->client,
-                       item->container.id(), item->xembedVersion);
-
-    std::optional<std::uint32_t> preferred = arrival.preferred;
-    if (preferred) {
-        preferred = items_->countForShown(*preferred);
-    }
-    const std::size_t index = order_->place(item->identity, items_->identities(), preferred);
-    items_->insert(index, std::move(item));
+    item.picture = ItemPicture(*server_, item.container.id(), server_->formatOf(attributes.visual));
+    sendEmbeddedNotify(server_->connection(), server_->atom(Atom::XEmbed), item.client,
+                       item.container.id(), item.xembedVersion);
 }
 
 void Docking::readStale() {

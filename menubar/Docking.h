@@ -56,6 +56,10 @@ private:
     // Why a window cannot be docked; empty when it can.
     [[nodiscard]] std::string faultOf(const Arrival& arrival) const;
     void dock(const Arrival& arrival, const Retrieval& retrieval, const Metrics& metrics);
+    [[nodiscard]] std::unique_ptr<DockedItem> itemFor(const Arrival& arrival,
+                                                      const Metrics& metrics) const;
+    // Takes the client into a container of its own.
+    void embed(DockedItem& item, const xcb_get_window_attributes_reply_t& attributes) const;
     // Stops listening to a client that lives on outside the bar.
     void disown(const DockedItem& item) const;
     void readStale();

@@ -1,28 +1,15 @@
 #pragma once
 
 #include "menubar/Server.h"
+#include "platform/x11/Monitors.h"
 
 #include <span>
 #include <vector>
 
 namespace pelistra::menubar {
 
-// A rectangle in device pixels, relative to the root window unless its holder says otherwise.
-struct PixelRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const PixelRect&) const = default;
-};
-
-struct Monitor {
-    PixelRect frame;
-    bool primary = false;
-
-    bool operator==(const Monitor&) const = default;
-};
+using x11::Monitor;
+using x11::PixelRect;
 
 // The monitors as RandR has them now; the whole screen as one monitor when RandR has none.
 [[nodiscard]] std::vector<Monitor> queryMonitors(const Server& server);
@@ -33,8 +20,5 @@ struct Monitor {
 // Whether space can be reserved at the top of `frame`: struts count from the screen's edge, so that
 // a monitor above would be taken whole.
 [[nodiscard]] bool canReserveTop(std::span<const Monitor> monitors, const PixelRect& frame);
-
-// Asks for an event at every change of the monitors.
-void watchMonitors(const Server& server);
 
 } // namespace pelistra::menubar

@@ -1,5 +1,7 @@
 #include "menubar/Server.h"
 
+#include "platform/x11/Clients.h"
+
 #include <xcb/composite.h>
 #include <xcb/damage.h>
 #include <xcb/randr.h>
@@ -18,7 +20,6 @@ struct Version {
 constexpr Version compositeVersion{.major = 0, .minor = 2};
 constexpr Version damageVersion{.major = 1, .minor = 1};
 constexpr Version fixesVersion{.major = 4, .minor = 0};
-constexpr Version randrVersion{.major = 1, .minor = 5};
 
 bool isAtLeast(std::uint32_t major, std::uint32_t minor, Version wanted) {
     return major > wanted.major || (major == wanted.major && minor >= wanted.minor);
@@ -63,12 +64,6 @@ std::string Server::prepareExtensions() {
     if (const auto* data = connection_->extension(xcb_damage_id)) {
         damageEvent_ = data->first_event + XCB_DAMAGE_NOTIFY;
     }
-    if (const auto* data = connection_->extension(xcb_randr_id)) {
-        const auto randr = connection_->take<xcb_randr_query_version_reply_t>(
-            xcb_randr_query_version(x, randrVersion.major, randrVersion.minor));
-        randrEvent_ = data->first_event;
-        hasMonitors_ = randr && isAtLeast(randr->major_version, randr->minor_version, randrVersion);
-    }
     // The server answers in the version that the client says it speaks.
     const auto render =
         xcb_render_query_version(x, XCB_RENDER_MAJOR_VERSION, XCB_RENDER_MINOR_VERSION);
@@ -87,9 +82,7 @@ std::string Server::prepareExtensions() {
 }
 
 bool Server::isOfOneClient(xcb_window_t first, xcb_window_t second) const {
-    // The server numbers clients in the bits that it leaves to none of them.
-    const std::uint32_t ownBits = xcb_get_setup(xcb())->resource_id_mask;
-    return (first & ~ownBits) == (second & ~ownBits);
+    return x11::clientOf(connection(), first) == x11::clientOf(connection(), second);
 }
 
 xcb_render_pictformat_t Server::formatOf(xcb_visualid_t visual) const {

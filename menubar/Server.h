@@ -30,11 +30,6 @@ public:
 
     // The code of DamageNotify events.
     [[nodiscard]] int damageEvent() const { return damageEvent_; }
-    // The code of RandR's ScreenChangeNotify; its Notify events have the next one. 0 without RandR.
-    [[nodiscard]] int randrEvent() const { return randrEvent_; }
-    // Whether RandR knows monitors (version 1.5).
-    [[nodiscard]] bool hasMonitors() const { return hasMonitors_; }
-
     // The picture format of a visual; 0 when pictures of that visual cannot be made.
     [[nodiscard]] xcb_render_pictformat_t formatOf(xcb_visualid_t visual) const;
     // The format of 32 bits with alpha that every server has.
@@ -48,8 +43,6 @@ private:
     x11::Connection* connection_;
     Atoms atoms_;
     int damageEvent_ = 0;
-    int randrEvent_ = 0;
-    bool hasMonitors_ = false;
     x11::Owned<xcb_render_query_pict_formats_reply_t> formats_;
     xcb_render_pictformat_t alphaFormat_ = 0;
 };

@@ -3,7 +3,7 @@
 #include "menubar/DockedItem.h"
 #include "menubar/ForeignText.h"
 #include "menubar/Log.h"
-#include "platform/x11/ClientProcess.h"
+#include "platform/x11/Clients.h"
 #include "platform/x11/Properties.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ constexpr std::size_t nameLimit = 64;
 // How long the tray that is being replaced may take to let its icons go.
 constexpr std::chrono::seconds patience{3};
 
-std::string commandOf(std::uint32_t process) {
+std::string commandOf(std::int32_t process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/comm");
     std::string command;
     std::getline(file, command);
@@ -122,7 +122,7 @@ std::string TraySelection::describeOwner(xcb_window_t owner) const {
     const auto nameRequest = requestProperty(server_->connection(), owner, XCB_ATOM_WM_NAME);
     const auto windowClass = readProperty(server_->connection(), classRequest);
     const auto windowName = readProperty(server_->connection(), nameRequest);
-    const std::optional<std::uint32_t> process = x11::processOf(server_->connection(), owner);
+    const auto process = x11::processOf(server_->connection(), owner);
     std::string name = process ? commandOf(*process) : "";
     if (name.empty() && windowClass) {
         name = cleanText(windowClass->text(), nameLimit);

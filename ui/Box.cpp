@@ -1,5 +1,7 @@
 #include "ui/Box.h"
 
+#include "ui/FrameSide.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -22,57 +24,6 @@ std::optional<double> lessBy(const std::optional<double>& length, double taken) 
 Size whatIsOffered(const Proposal& offered) {
     return {.width = offered.width.value_or(sizeWithoutOffer),
             .height = offered.height.value_or(sizeWithoutOffer)};
-}
-
-// One side of a frame's limits.
-struct Limits {
-    std::optional<double> fixed;
-    std::optional<double> least;
-    std::optional<double> most;
-
-    Limits(const std::optional<double>& length, const std::optional<double>& shortest,
-           const std::optional<double>& longest) {
-        if (length && !std::isnan(*length)) {
-            fixed = std::max(0.0, reckonable(*length));
-        }
-        if (shortest && !std::isnan(*shortest)) {
-            least = std::max(0.0, reckonable(*shortest));
-        }
-        if (longest && !std::isnan(*longest)) {
-            most = std::max(0.0, *longest);
-        }
-    }
-
-    // What the content is offered. The minimum is stronger than the maximum.
-    [[nodiscard]] std::optional<double> within(const std::optional<double>& offered) const {
-        if (fixed || !offered) {
-            return fixed;
-        }
-        return std::max(std::min(*offered, most.value_or(infinity)), least.value_or(0));
-    }
-
-    // What the frame takes around such a content.
-    [[nodiscard]] double taken(const std::optional<double>& offered, double content) const {
-        if (fixed) {
-            return *fixed;
-        }
-        const double low = least.value_or(std::min(content, most.value_or(content)));
-        const double high = most.value_or(std::max(content, low));
-        return std::max(low, std::min(offered.value_or(content), high));
-    }
-
-    // Whether a content that was free to choose has chosen too much.
-    [[nodiscard]] bool isExceeded(const std::optional<double>& offered, double content) const {
-        return !offered && most && content > *most;
-    }
-};
-
-Limits widths(const FrameLimits& limits) {
-    return {limits.width, limits.minWidth, limits.maxWidth};
-}
-
-Limits heights(const FrameLimits& limits) {
-    return {limits.height, limits.minHeight, limits.maxHeight};
 }
 
 double along(const Size& size, Axis axis) {
@@ -330,8 +281,8 @@ Size Box::fitInside(const Edges& edges, const Proposal& offered) {
 }
 
 Size Box::fitFrame(const FrameLimits& limits, const Proposal& offered) {
-    const Limits wide = widths(limits);
-    const Limits high = heights(limits);
+    const FrameSide wide = widthOf(limits);
+    const FrameSide high = heightOf(limits);
     if (wide.fixed && high.fixed) {
         return {.width = *wide.fixed, .height = *high.fixed};
     }
@@ -350,8 +301,8 @@ Size Box::fitFrame(const FrameLimits& limits, const Proposal& offered) {
 
 void Box::placeFrame(const FrameLimits& limits, const Area& area, Placing& placing) {
     Box& content = contents_.front();
-    const Size size = content.measure({.width = widths(limits).within(area.width()),
-                                       .height = heights(limits).within(area.height())});
+    const Size size = content.measure({.width = widthOf(limits).within(area.width()),
+                                       .height = heightOf(limits).within(area.height())});
     placeAligned(content, size, area, limits.alignment, placing);
 }
 

@@ -11,7 +11,6 @@
 #include "platform/linux/commandline/CommandLine.h"
 #include "platform/linux/icons/TrayReader.h"
 #include "platform/linux/icons/X11ScreenCapture.h"
-#include "platform/linux/icons/X11WindowList.h"
 #include "platform/linux/icons/X11WindowServer.h"
 #include "platform/linux/images/CairoImages.h"
 #include "platform/linux/loop/EventPump.h"
@@ -44,10 +43,10 @@ constexpr Seconds untilGivenBack{2};
 
 // Clicks on other programs' icons, on a connection of their own.
 struct Clicks {
-    Clicks(std::unique_ptr<x11::Connection> ownConnection, TrayReader& look, MainQueue& mainQueue,
+    Clicks(std::unique_ptr<x11::Connection> ownConnection, TrayReader& reader, MainQueue& mainQueue,
            LogSink& log)
         : connection(std::move(ownConnection)), pump(*connection, log),
-          delivery(*connection, mainQueue, log), posting(look, delivery),
+          delivery(*connection, mainQueue, log), posting(reader, delivery),
           events(pump.addHandler([this](const auto& event) { delivery.handle(event); })) {}
 
     std::unique_ptr<x11::Connection> connection;
@@ -82,10 +81,11 @@ struct LinuxPlatform::Services {
                             trayAdvice.give(tray->owner);
                         }
                     }),
-          trayLook(connection, [this](WindowId owner) { return trayHost.changesOf(owner); }),
-          windowList(trayLook,
-                     [this](const TrayIcon& icon) { return runningApplications.ownerName(icon); }),
-          windowServer(trayLook, windowList), screenCapture(connection), clicks(makeClicks()),
+          trayReader(connection, [this](WindowId owner) { return trayHost.changesOf(owner); }),
+          windowServer(
+              trayReader,
+              [this](const TrayIcon& icon) { return runningApplications.ownerName(icon); }),
+          screenCapture(connection), clicks(makeClicks()),
           globalClicks(connection, pump, ownWindows()),
           loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
           menuBarStarter(trayHost, mainQueue, log),
@@ -114,7 +114,7 @@ struct LinuxPlatform::Services {
             return nullptr;
         }
         own->setPatience(x11::Connection::startPatience);
-        return std::make_unique<Clicks>(std::move(own), trayLook, mainQueue, log);
+        return std::make_unique<Clicks>(std::move(own), trayReader, mainQueue, log);
     }
 
     [[nodiscard]] WindowServices windowServices(x11::Connection& connection) {
@@ -186,8 +186,7 @@ struct LinuxPlatform::Services {
     StatusToolTip toolTip;
     TrayStatusBar statusBar;
     X11RunningApplications runningApplications;
-    TrayReader trayLook;
-    X11WindowList windowList;
+    TrayReader trayReader;
     X11WindowServer windowServer;
     X11ScreenCapture screenCapture;
     AbsentEventPosting noEventPosting;
@@ -213,7 +212,7 @@ Platform LinuxPlatform::platform() {
             .statusBar = services_->statusBar,
             .screens = services_->screens,
             .images = services_->images,
-            .windowList = services_->windowList,
+            .windowList = services_->windowServer,
             .privateLibrary = services_->windowServer,
             .runningApplications = services_->runningApplications,
             .screenCapture = services_->screenCapture,

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <poll.h>
+#include <xcb/randr.h>
 #include <xcb/xcb_aux.h>
 #include <xcb/xcbext.h>
 
@@ -184,6 +185,19 @@ const xcb_query_extension_reply_t* Connection::extension(xcb_extension_t& extens
     }
     const auto* const data = xcb_get_extension_data(connection_, &extension);
     return data != nullptr && data->present != 0 ? data : nullptr;
+}
+
+bool Connection::hasMonitors() const {
+    if (!hasMonitors_ && extension(xcb_randr_id) != nullptr) {
+        // The server answers in the version that it was asked for.
+        constexpr std::uint32_t major = 1;
+        constexpr std::uint32_t minor = 5;
+        if (const auto version = take<xcb_randr_query_version_reply_t>(
+                xcb_randr_query_version(connection_, major, minor))) {
+            hasMonitors_ = version->major_version > major || version->minor_version >= minor;
+        }
+    }
+    return hasMonitors_.value_or(false);
 }
 
 Connection::Visual Connection::visual(xcb_visualid_t id) const {

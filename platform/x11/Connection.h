@@ -80,6 +80,9 @@ public:
     // An extension that the server has; null for others, or when it did not answer.
     [[nodiscard]] const xcb_query_extension_reply_t* extension(xcb_extension_t& extension) const;
 
+    // Whether RandR knows of monitors, which came with its version 1.5.
+    [[nodiscard]] bool hasMonitors() const;
+
     // True while the server still owes an answer that was waited for in vain. All further waits end
     // at once then, since answers come in their order.
     [[nodiscard]] bool isStalled() const;
@@ -129,6 +132,7 @@ private:
     mutable std::uint64_t unanswered_ = 0;
     mutable bool hasRecovered_ = false;
     mutable std::vector<const xcb_extension_t*> knownExtensions_;
+    mutable std::optional<bool> hasMonitors_;
 };
 
 } // namespace pelistra::x11

@@ -13,9 +13,7 @@ PropertyRequest requestProperty(const Connection& connection, xcb_window_t windo
                              byteLimit / std::uint32_t{sizeof(std::uint32_t)})};
 }
 
-std::optional<PropertyValue> readProperty(const Connection& connection, PropertyRequest request) {
-    return propertyValue(connection.take<xcb_get_property_reply_t>(request.cookie).get());
-}
+namespace {
 
 std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply) {
     if (reply == nullptr || reply->type == XCB_ATOM_NONE) {
@@ -25,6 +23,16 @@ std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply
     const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply));
     return PropertyValue{
         .type = reply->type, .format = reply->format, .bytes = {data, data + length}};
+}
+
+} // namespace
+
+std::optional<PropertyValue> readProperty(const Connection& connection, PropertyRequest request) {
+    return propertyValue(connection.take<xcb_get_property_reply_t>(request.cookie).get());
+}
+
+std::optional<PropertyValue> readProperty(Replies& replies, PropertyRequest request) {
+    return propertyValue(replies.take<xcb_get_property_reply_t>(request.cookie).get());
 }
 
 std::vector<std::uint32_t> PropertyValue::words() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/x11/Connection.h"
+#include "platform/x11/Replies.h"
 
 #include <cstdint>
 #include <optional>
@@ -57,8 +58,8 @@ struct PropertyValue {
 [[nodiscard]] std::optional<PropertyValue> readProperty(const Connection& connection,
                                                         PropertyRequest request);
 
-// The same from an answer that has been waited for elsewhere; null counts as no answer.
-[[nodiscard]] std::optional<PropertyValue> propertyValue(const xcb_get_property_reply_t* reply);
+// The same as part of a task.
+[[nodiscard]] std::optional<PropertyValue> readProperty(Replies& replies, PropertyRequest request);
 
 // Each replaces the property, whatever it was, without waiting: words in format 32, or the bytes of
 // a text in format 8.

@@ -17,8 +17,9 @@ const PixelRect right{.x = 800, .y = 0, .width = 800, .height = 600};
 const PixelRect below{.x = 0, .y = 600, .width = 800, .height = 600};
 
 TEST(MonitorsTests, TheBarIsOnThePrimaryMonitor) {
-    EXPECT_EQ(barMonitor(std::vector<Monitor>{{.frame = left}, {.frame = right, .primary = true}}),
-              right);
+    EXPECT_EQ(
+        barMonitor(std::vector<Monitor>{{.frame = left}, {.frame = right, .isPrimary = true}}),
+        right);
 }
 
 TEST(MonitorsTests, WithoutAPrimaryOneTheFirstIsTaken) {

@@ -1,6 +1,7 @@
 #include "platform/linux/clicks/PointerDevice.h"
 
 #include "platform/posix/Environment.h"
+#include "platform/x11/Clients.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +11,6 @@
 
 #include <csignal>
 #include <unistd.h>
-#include <xcb/res.h>
 #include <xcb/xcbext.h>
 #include <xcb/xtest.h>
 
@@ -288,22 +288,11 @@ bool PointerDevice::isAbandoned(const Maker& maker) {
     }
     // A process that ended is no client; one that runs under a reused id is most likely none
     // either.
-    if (connection_->extension(xcb_res_id) != nullptr) {
-        const xcb_res_client_id_spec_t everybody{.client = XCB_NONE,
-                                                 .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-        const auto reply = replies_->take<xcb_res_query_client_ids_reply_t>(
-            xcb_res_query_client_ids(connection_->get(), 1, &everybody));
-        if (!reply) {
-            return false;
-        }
-        for (auto id = xcb_res_query_client_ids_ids_iterator(reply.get()); id.rem != 0;
-             xcb_res_client_id_value_next(&id)) {
-            if (xcb_res_client_id_value_value_length(id.data) > 0 &&
-                static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data)) == maker.process) {
-                return false;
-            }
-        }
-        return true;
+    if (const auto request = x11::requestAllProcesses(*connection_)) {
+        const auto processes = x11::takeProcesses(*replies_, request);
+        return processes && std::ranges::none_of(*processes, [&](const auto& known) {
+                   return known.second == maker.process;
+               });
     }
     return ::kill(maker.process, 0) != 0 && errno == ESRCH;
 }

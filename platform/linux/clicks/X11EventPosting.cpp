@@ -40,8 +40,8 @@ private:
 
 } // namespace
 
-X11EventPosting::X11EventPosting(TrayReader& look, ClickDelivery& delivery)
-    : look_(&look), delivery_(&delivery) {}
+X11EventPosting::X11EventPosting(TrayReader& reader, ClickDelivery& delivery)
+    : reader_(&reader), delivery_(&delivery) {}
 
 std::unique_ptr<EventSource> X11EventPosting::source(EventSourceState /*state*/) {
     return std::make_unique<X11EventSource>();
@@ -60,7 +60,7 @@ bool X11EventPosting::postToPid(ProcessId processIdentifier, const MouseEvent& e
     if (mouseEvent == nullptr || mouseEvent->window() == 0 || processIdentifier < 1) {
         return false;
     }
-    const auto coordinates = look_->coordinates();
+    const auto coordinates = reader_->coordinates();
     if (!coordinates) {
         return false;
     }

@@ -12,7 +12,7 @@ namespace pelistra::linux {
 class X11EventPosting final : public EventPosting {
 public:
     // Both must outlive this object.
-    X11EventPosting(TrayReader& look, ClickDelivery& delivery);
+    X11EventPosting(TrayReader& reader, ClickDelivery& delivery);
 
     [[nodiscard]] std::unique_ptr<EventSource> source(EventSourceState state) override;
     [[nodiscard]] std::unique_ptr<MouseEvent>
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] bool postToPid(ProcessId processIdentifier, const MouseEvent& event) override;
 
 private:
-    TrayReader* look_;
+    TrayReader* reader_;
     ClickDelivery* delivery_;
 };
 

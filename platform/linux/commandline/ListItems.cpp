@@ -57,7 +57,7 @@ Listing makeListing(const std::string& display) {
     if (!connection) {
         return {.items = {}, .complaint = failure.message};
     }
-    const auto view = TrayReader(*connection).look();
+    const auto view = TrayReader(*connection).read();
     if (!view) {
         return {.items = {}, .complaint = noAnswer};
     }

@@ -6,8 +6,53 @@
 
 namespace pelistra::linux {
 
-X11WindowServer::X11WindowServer(TrayReader& look, X11WindowList& windowList)
-    : look_(&look), windowList_(&windowList) {}
+namespace {
+
+WindowInfo describe(const TrayIcon& icon, const std::optional<std::string>& ownerName,
+                    const Coordinates& coordinates) {
+    const Rect frame = coordinates.toGlobal(icon.frame);
+    WindowInfo info{.number = icon.window,
+                    .ownerPid = {},
+                    .ownerName = ownerName,
+                    .name = icon.name,
+                    .layer = statusWindowLayer,
+                    .bounds = WindowBounds{.x = frame.origin.x,
+                                           .y = frame.origin.y,
+                                           .width = frame.size.width,
+                                           .height = frame.size.height}};
+    if (icon.pid > 0) {
+        info.ownerPid = icon.pid;
+    }
+    return info;
+}
+
+} // namespace
+
+X11WindowServer::X11WindowServer(TrayReader& reader, OwnerName ownerName)
+    : reader_(&reader), ownerName_(std::move(ownerName)) {}
+
+std::optional<std::vector<WindowInfo>> X11WindowServer::copyWindowInfo() {
+    std::shared_ptr<const TrayView> view = view_;
+    if (!std::exchange(descriptionsAreDue_, false)) {
+        auto fresh = reader_->read();
+        if (!fresh) {
+            return std::nullopt;
+        }
+        view = std::make_shared<const TrayView>(*std::move(fresh));
+    }
+    std::vector<WindowInfo> result;
+    result.reserve(view->icons.size());
+    // A program may have any number of icons; its name is asked for once.
+    std::unordered_map<ProcessId, std::optional<std::string>> names;
+    for (const TrayIcon& icon : view->icons) {
+        const auto [name, isNew] = names.try_emplace(icon.pid);
+        if (isNew && ownerName_) {
+            name->second = ownerName_(icon);
+        }
+        result.push_back(describe(icon, name->second, view->coordinates));
+    }
+    return result;
+}
 
 LibraryHandle X11WindowServer::open(const std::string& /*path*/, int /*mode*/) {
     return this;
@@ -65,12 +110,12 @@ WindowFrameFunction X11WindowServer::resolveWindowFrame(LibraryHandle /*handle*/
 void X11WindowServer::beginRun() {
     view_.reset();
     frames_.clear();
-    windowList_->offer(nullptr);
+    descriptionsAreDue_ = false;
 }
 
 WindowServerError X11WindowServer::countWindows(std::int32_t& count) {
     beginRun();
-    auto view = look_->look();
+    auto view = reader_->read();
     if (!view) {
         return noAnswer;
     }
@@ -94,15 +139,13 @@ WindowServerError X11WindowServer::listWindows(std::int32_t capacity, WindowId* 
     std::transform(view_->icons.begin(), view_->icons.begin() + static_cast<std::ptrdiff_t>(listed),
                    room.begin(), [](const TrayIcon& icon) { return icon.window; });
     count = static_cast<std::int32_t>(listed);
-    if (listed > 0) {
-        windowList_->offer(view_);
-    }
+    descriptionsAreDue_ = descriptionsAreDue_ || listed > 0;
     return windowServerSuccess;
 }
 
 std::optional<Rect> X11WindowServer::frameOf(WindowId window) {
     const auto seen = frames_.find(window);
-    return seen == frames_.end() ? look_->frameOf(window) : std::optional(seen->second);
+    return seen == frames_.end() ? reader_->frameOf(window) : std::optional(seen->second);
 }
 
 } // namespace pelistra::linux

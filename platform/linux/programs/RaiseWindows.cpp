@@ -1,6 +1,7 @@
 #include "platform/linux/programs/RaiseWindows.h"
 
 #include "platform/x11/Atoms.h"
+#include "platform/x11/Clients.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Properties.h"
 #include "platform/x11/Replies.h"
@@ -11,10 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
-
-#include <xcb/res.h>
 
 namespace pelistra::linux {
 
@@ -96,8 +94,7 @@ private:
         return x11::requestProperty(connection_, connection_.root(), atoms_.at(name));
     }
     [[nodiscard]] std::vector<std::uint32_t> take(x11::PropertyRequest request) {
-        const auto value =
-            x11::propertyValue(replies_.take<xcb_get_property_reply_t>(request.cookie).get());
+        const auto value = x11::readProperty(replies_, request);
         return value ? value->words() : std::vector<std::uint32_t>{};
     }
 
@@ -127,13 +124,15 @@ private:
                  .state = x11::requestProperty(connection_, window, atoms_[WmState]),
                  .type = x11::requestProperty(connection_, window, atoms_[WindowType])});
         }
-        const auto processes = processesOf(windows);
+        const auto processes =
+            x11::takeProcesses(replies_, x11::requestProcesses(connection_, windows))
+                .value_or(x11::Processes{});
         std::vector<WindowId> wanted;
         for (const Request& request : requests) {
             const auto claimed = take(request.pid);
             const auto state = take(request.state);
             const auto type = take(request.type);
-            const auto known = processes.find(clientOf(request.window));
+            const auto known = processes.find(x11::clientOf(connection_, request.window));
             const ProcessId process =
                 known != processes.end()
                     ? known->second
@@ -147,36 +146,6 @@ private:
             }
         }
         return wanted;
-    }
-
-    [[nodiscard]] std::uint32_t clientOf(WindowId window) const {
-        return window & ~xcb_get_setup(connection_.get())->resource_id_mask;
-    }
-
-    [[nodiscard]] std::unordered_map<std::uint32_t, ProcessId>
-    processesOf(const std::vector<WindowId>& windows) {
-        std::unordered_map<std::uint32_t, ProcessId> processes;
-        if (windows.empty() || connection_.extension(xcb_res_id) == nullptr) {
-            return processes;
-        }
-        std::vector<xcb_res_client_id_spec_t> specs;
-        specs.reserve(windows.size());
-        for (const WindowId window : windows) {
-            specs.push_back({.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
-        }
-        const auto reply = replies_.take<xcb_res_query_client_ids_reply_t>(xcb_res_query_client_ids(
-            connection_.get(), static_cast<std::uint32_t>(specs.size()), specs.data()));
-        if (!reply) {
-            return processes;
-        }
-        for (auto id = xcb_res_query_client_ids_ids_iterator(reply.get()); id.rem != 0;
-             xcb_res_client_id_value_next(&id)) {
-            if (xcb_res_client_id_value_value_length(id.data) > 0) {
-                processes[id.data->spec.client] =
-                    static_cast<ProcessId>(*xcb_res_client_id_value_value(id.data));
-            }
-        }
-        return processes;
     }
 
     // The server's time: it stands in the event of a property that changes. 0 (now) without an

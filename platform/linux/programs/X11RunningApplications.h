@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/RunningApplications.h"
-#include "platform/linux/icons/TrayReader.h"
+#include "platform/linux/icons/TrayView.h"
 #include "platform/linux/programs/DesktopEntries.h"
 #include "platform/linux/programs/Launcher.h"
 #include "platform/linux/programs/ProcessFacts.h"

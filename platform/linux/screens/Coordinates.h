@@ -1,21 +1,11 @@
 #pragma once
 
 #include "base/Geometry.h"
+#include "platform/x11/PixelRect.h"
 
 namespace pelistra::linux {
 
-// A rectangle in device pixels of the root window, y downwards.
-struct RootRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    [[nodiscard]] int right() const { return x + width; }
-    [[nodiscard]] int bottom() const { return y + height; }
-
-    bool operator==(const RootRect&) const = default;
-};
+using RootRect = x11::PixelRect;
 
 // Translates between root pixels and the two spaces in points. One scale holds for the whole X
 // screen; the primary monitor is the origin of both spaces.

@@ -2,6 +2,7 @@
 
 #include "platform/Screens.h"
 #include "platform/linux/screens/Coordinates.h"
+#include "platform/x11/Monitors.h"
 
 #include <array>
 #include <cstdint>
@@ -12,11 +13,7 @@
 
 namespace pelistra::linux {
 
-// A monitor as RandR describes it.
-struct Monitor {
-    RootRect frame;
-    bool isPrimary = false;
-};
+using x11::Monitor;
 
 // The numbers of _NET_WM_STRUT_PARTIAL; what is reserved is measured from the root's edges,
 // whatever the monitors are.

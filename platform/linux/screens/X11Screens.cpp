@@ -9,8 +9,6 @@
 #include <span>
 #include <utility>
 
-#include <xcb/randr.h>
-
 namespace pelistra::linux {
 
 namespace {
@@ -26,20 +24,7 @@ X11Screens::X11Screens(x11::Connection& connection, EventPump& pump, TrayHost& t
         connection_, std::array<std::string_view, 2>{"_NET_WORKAREA", "_NET_CURRENT_DESKTOP"});
     workAreaAtom_ = atoms[0];
     currentDesktopAtom_ = atoms[1];
-    if (const auto* randr = connection_.extension(xcb_randr_id)) {
-        // Monitors came with version 1.5; the server answers in the version that it was asked for.
-        constexpr std::uint32_t major = 1;
-        constexpr std::uint32_t minor = 5;
-        const auto version = connection_.take<xcb_randr_query_version_reply_t>(
-            xcb_randr_query_version(connection_.get(), major, minor));
-        if (version && (version->major_version > major || version->minor_version >= minor)) {
-            randrEvent_ = randr->first_event;
-            xcb_randr_select_input(
-                connection_.get(), connection_.root(),
-                XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
-                    XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE | XCB_RANDR_NOTIFY_MASK_RESOURCE_CHANGE);
-        }
-    }
+    x11::watchMonitors(connection_);
     lastScreens_ = screens();
     events_ = pump.addHandler([this](const auto& event) { handle(event); });
     recoveries_ = pump.addRecoveryHandler([this] { scheduleComparison(); });
@@ -92,26 +77,11 @@ ScreenFacts X11Screens::facts() const {
 }
 
 std::vector<Monitor> X11Screens::monitors() const {
-    std::vector<Monitor> result;
-    if (randrEvent_ == 0) {
-        if (const auto root = rootFrameOf(connection_, connection_.root())) {
-            result.push_back({.frame = *root, .isPrimary = true});
-        }
-        return result;
+    if (connection_.hasMonitors()) {
+        return x11::takeMonitors(connection_, x11::requestMonitors(connection_));
     }
-    const auto reply = connection_.take<xcb_randr_get_monitors_reply_t>(
-        xcb_randr_get_monitors(connection_.get(), connection_.root(), 1));
-    if (!reply) {
-        return result;
-    }
-    for (auto monitor = xcb_randr_get_monitors_monitors_iterator(reply.get()); monitor.rem != 0;
-         xcb_randr_monitor_info_next(&monitor)) {
-        const auto& info = *monitor.data;
-        result.push_back(
-            {.frame = {.x = info.x, .y = info.y, .width = info.width, .height = info.height},
-             .isPrimary = info.primary != 0});
-    }
-    return result;
+    const auto root = rootFrameOf(connection_, connection_.root());
+    return root ? std::vector{Monitor{.frame = *root, .isPrimary = true}} : std::vector<Monitor>{};
 }
 
 std::optional<RootRect> X11Screens::workArea() const {
@@ -146,14 +116,10 @@ std::optional<ScreenPoint> X11Screens::focusedPoint() const {
 }
 
 void X11Screens::handle(const xcb_generic_event_t& event) {
-    const int type = x11::typeOf(event);
-    const bool isRandr =
-        randrEvent_ != 0 && (type == randrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-                             type == randrEvent_ + XCB_RANDR_NOTIFY);
     const bool isRoot =
-        type == XCB_CONFIGURE_NOTIFY &&
+        x11::typeOf(event) == XCB_CONFIGURE_NOTIFY &&
         x11::eventAs<xcb_configure_notify_event_t>(event).window == connection_.root();
-    if (isRandr || isRoot) {
+    if (isRoot || x11::isMonitorChange(connection_, event)) {
         scheduleComparison();
     }
 }

@@ -39,8 +39,6 @@ private:
     MainQueue& mainQueue_;
     xcb_atom_t workAreaAtom_ = XCB_ATOM_NONE;
     xcb_atom_t currentDesktopAtom_ = XCB_ATOM_NONE;
-    // The first event of RandR; 0 without RandR.
-    std::uint8_t randrEvent_ = 0;
     std::vector<Screen> lastScreens_;
     mutable ScreenFacts lastFacts_;
     bool comparisonIsScheduled_ = false;

@@ -2,7 +2,7 @@
 
 #include "platform/linux/icons/PresentableText.h"
 #include "platform/linux/programs/ProcessFacts.h"
-#include "platform/x11/ClientProcess.h"
+#include "platform/x11/Clients.h"
 
 #include <iostream>
 #include <memory>
@@ -21,7 +21,7 @@ bool userReadsChinese() {
 // The name that a process gives itself; that of an executable may be a mere helper's.
 std::string programBehind(const x11::Connection& connection, xcb_window_t window) {
     const auto process = x11::processOf(connection, window);
-    return process ? presentableText(factsOf(static_cast<ProcessId>(*process)).shortName)
+    return process ? presentableText(factsOf(*process).shortName)
                    : std::string();
 }
 

@@ -95,7 +95,7 @@ protected:
     }
     bool post(const TrayIcon& icon) {
         const auto source = posting->source(EventSourceState::Private);
-        const auto frame = look->frameOf(icon.window);
+        const auto frame = reader->frameOf(icon.window);
         if (!frame) {
             return false;
         }
@@ -114,7 +114,7 @@ protected:
                posting->postToPid(icon.pid, *event(EventType::LeftMouseUp));
     }
     std::optional<TrayIcon> iconOf(const std::string& className) {
-        const auto view = look->look();
+        const auto view = reader->read();
         if (view) {
             for (const TrayIcon& icon : view->icons) {
                 if (icon.className == className) {
@@ -130,12 +130,13 @@ protected:
     UserInput user{client};
     RealTimeQueue queue;
     StandardErrorLog log;
-    std::unique_ptr<x11::Connection> lookConnection = connect(display);
+    std::unique_ptr<x11::Connection> readerConnection = connect(display);
     std::unique_ptr<x11::Connection> connection = connect(display);
-    std::unique_ptr<TrayReader> look = std::make_unique<TrayReader>(*lookConnection);
+    std::unique_ptr<TrayReader> reader = std::make_unique<TrayReader>(*readerConnection);
     std::unique_ptr<ClickDelivery> delivery =
         std::make_unique<ClickDelivery>(*connection, queue, log);
-    std::unique_ptr<X11EventPosting> posting = std::make_unique<X11EventPosting>(*look, *delivery);
+    std::unique_ptr<X11EventPosting> posting =
+        std::make_unique<X11EventPosting>(*reader, *delivery);
 };
 
 TEST(PointerDeviceName, SaysWhoMadeIt) {
@@ -562,7 +563,9 @@ protected:
             << tray->output() << clipman->output() << parcellite->output();
     }
 
-    [[nodiscard]] std::vector<TrayIcon> icons() { return look->look().value_or(TrayView{}).icons; }
+    [[nodiscard]] std::vector<TrayIcon> icons() {
+        return reader->read().value_or(TrayView{}).icons;
+    }
     [[nodiscard]] bool isInPlace(const std::string& className) {
         const auto icon = iconOf(className);
         return icon && client.isViewable(icon->window);
@@ -592,7 +595,7 @@ protected:
 };
 
 TEST_P(OtherTrayTest, ListsItsIcons) {
-    const auto view = look->look().value();
+    const auto view = reader->read().value();
     EXPECT_FALSE(view.isMenuBar);
     EXPECT_EQ(view.icons.size(), 2U);
     EXPECT_LE(view.roundTrips, TrayReader::mostRoundTrips);
@@ -615,7 +618,7 @@ TEST_P(OtherTrayTest, ListsItsIcons) {
 }
 
 TEST_P(OtherTrayTest, TakesPicturesOfItsIcons) {
-    linux::X11ScreenCapture capture(*lookConnection);
+    linux::X11ScreenCapture capture(*readerConnection);
     for (const TrayIcon& icon : icons()) {
         // The tray may still be resizing it, and the program has to paint it first.
         EXPECT_TRUE(waitWhileRunning([&] {

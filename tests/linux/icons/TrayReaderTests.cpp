@@ -32,14 +32,14 @@ using ::testing::SizeIs;
 class TrayReaderTests : public ::testing::Test {
 protected:
     TrayView view() {
-        auto result = look.look();
+        auto result = reader.read();
         EXPECT_TRUE(result.has_value());
         return result.value_or(TrayView{});
     }
 
     PrivateDisplay display;
     std::unique_ptr<x11::Connection> connection = connect(display);
-    TrayReader look{*connection};
+    TrayReader reader{*connection};
 };
 
 class OurTrayTest : public TrayReaderTests {
@@ -328,7 +328,7 @@ TEST_F(OurTrayTest, DoesNotEvenAskWhileSomebodyListensAndHearsOfNoChange) {
     });
     const auto roundTrips = [&] {
         letTheMomentPass();
-        const auto seen = listening.look();
+        const auto seen = listening.read();
         EXPECT_THAT(seen.value_or(TrayView{}).icons, SizeIs(1));
         return seen ? seen->roundTrips : -1;
     };
@@ -348,7 +348,7 @@ TEST_F(OurTrayTest, DoesNotEvenAskWhileSomebodyListensAndHearsOfNoChange) {
     tray.setSerial(2);
     heard = 10;
     EXPECT_GT(roundTrips(), 1);
-    EXPECT_THAT(listening.look().value_or(TrayView{}).icons,
+    EXPECT_THAT(listening.read().value_or(TrayView{}).icons,
                 ElementsAre(Field(&TrayIcon::name, "renamed")));
 }
 
@@ -358,7 +358,7 @@ TEST_F(OurTrayTest, AsksNowAndThenWhateverIsHeard) {
     TrayReader listening(*connection, [](WindowId) { return 7; }, std::chrono::milliseconds(0));
     for (int i = 0; i < 3; ++i) {
         letTheMomentPass();
-        EXPECT_GT(listening.look().value_or(TrayView{}).roundTrips, 0);
+        EXPECT_GT(listening.read().value_or(TrayView{}).roundTrips, 0);
     }
 }
 
@@ -441,9 +441,9 @@ TEST_F(OurTrayTest, KnowsTheLiveFrameOfAnyWindow) {
     tray.setScale(200);
     const auto window = client.makeWindow(24, 28);
     tray.embed(window, 100, 24, 28);
-    EXPECT_EQ(look.frameOf(window), (makeRect<GlobalSpace>(50, 0, 12, 14)));
-    EXPECT_EQ(look.frameOf(0x7fffff), std::nullopt);
-    EXPECT_EQ(look.frameOf(0), std::nullopt);
+    EXPECT_EQ(reader.frameOf(window), (makeRect<GlobalSpace>(50, 0, 12, 14)));
+    EXPECT_EQ(reader.frameOf(0x7fffff), std::nullopt);
+    EXPECT_EQ(reader.frameOf(0), std::nullopt);
 }
 
 TEST_F(TrayReaderTests, ATrayThatDiesLeavesAnEmptyView) {
@@ -464,19 +464,19 @@ TEST_F(TrayReaderTests, AStoppedServerCostsABoundedTimeOnceAndNothingAfterwards)
         return std::chrono::steady_clock::now() - start;
     };
     ::kill(display.serverPid(), SIGSTOP);
-    EXPECT_LT(timed([&] { EXPECT_EQ(look.look(), std::nullopt); }), TrayReader::patience * 2);
+    EXPECT_LT(timed([&] { EXPECT_EQ(reader.read(), std::nullopt); }), TrayReader::patience * 2);
     // The server owes an answer: no more questions, no more waiting.
-    EXPECT_LT(timed([&] { EXPECT_EQ(look.look(), std::nullopt); }), TrayReader::patience / 2);
-    EXPECT_EQ(look.frameOf(1), std::nullopt);
+    EXPECT_LT(timed([&] { EXPECT_EQ(reader.read(), std::nullopt); }), TrayReader::patience / 2);
+    EXPECT_EQ(reader.frameOf(1), std::nullopt);
     ::kill(display.serverPid(), SIGCONT);
-    EXPECT_TRUE(waitFor([&] { return look.look().has_value(); }));
+    EXPECT_TRUE(waitFor([&] { return reader.read().has_value(); }));
     EXPECT_EQ(view().owner, tray.owner());
 }
 
 TEST_F(TrayReaderTests, AServerThatIsGoneGivesNoAnswer) {
     display.killServer();
-    EXPECT_EQ(look.look(), std::nullopt);
-    EXPECT_EQ(look.look(), std::nullopt);
+    EXPECT_EQ(reader.read(), std::nullopt);
+    EXPECT_EQ(reader.read(), std::nullopt);
 }
 
 } // namespace

@@ -15,7 +15,6 @@ namespace {
 
 using linux::TrayIcon;
 using linux::TrayReader;
-using linux::X11WindowList;
 using linux::X11WindowServer;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -61,9 +60,8 @@ protected:
     TestTray tray{display.name(), TestTray::Kind::Ours};
     IconClient client{display.name()};
     std::vector<WindowId> icons;
-    TrayReader look{*connection};
-    X11WindowList windowList{look, [](const TrayIcon&) { return "Owner"; }};
-    X11WindowServer server{look, windowList};
+    TrayReader reader{*connection};
+    X11WindowServer server{reader, [](const TrayIcon&) { return "Owner"; }};
     LibraryHandle handle = server.open("SkyLight", library_mode::lazy);
     MainConnectionFunction mainConnection =
         server.resolveMainConnection(handle, "SLSMainConnectionID");
@@ -88,7 +86,7 @@ TEST_F(WindowServerTest, OneRunDescribesOneMoment) {
     EXPECT_EQ(count(), 3);
     EXPECT_EQ(list(3), icons);
     moveIcon(0, 500);
-    const auto infos = windowList.copyWindowInfo();
+    const auto infos = server.copyWindowInfo();
     ASSERT_TRUE(infos.has_value());
     ASSERT_THAT(*infos, SizeIs(3));
     EXPECT_EQ(infos->front().bounds->x, 0);
@@ -102,16 +100,16 @@ TEST_F(WindowServerTest, TheNextRunSeesTheNextMoment) {
     moveIcon(0, 500);
     mainConnection();
     EXPECT_EQ(frame(icons[0]), (makeRect<GlobalSpace>(500, 0, 24, 28)));
-    EXPECT_EQ(windowList.copyWindowInfo()->front().bounds->x, 500);
+    EXPECT_EQ(server.copyWindowInfo()->front().bounds->x, 500);
 }
 
 TEST_F(WindowServerTest, AListIsSharedOnceOnly) {
     mainConnection();
     EXPECT_EQ(count(), 3);
     EXPECT_EQ(list(3), icons);
-    EXPECT_TRUE(windowList.copyWindowInfo().has_value());
+    EXPECT_TRUE(server.copyWindowInfo().has_value());
     moveIcon(0, 500);
-    EXPECT_EQ(windowList.copyWindowInfo()->front().bounds->x, 500);
+    EXPECT_EQ(server.copyWindowInfo()->front().bounds->x, 500);
 }
 
 TEST_F(WindowServerTest, ARunThatFoundNothingIsNotShared) {
@@ -120,7 +118,7 @@ TEST_F(WindowServerTest, ARunThatFoundNothingIsNotShared) {
     EXPECT_EQ(count(), 0);
     EXPECT_THAT(list(3), IsEmpty());
     tray.publish(icons);
-    EXPECT_THAT(*windowList.copyWindowInfo(), SizeIs(3));
+    EXPECT_THAT(*server.copyWindowInfo(), SizeIs(3));
 }
 
 TEST_F(WindowServerTest, ListsNoMoreThanThereIsRoomFor) {
@@ -137,7 +135,7 @@ TEST_F(WindowServerTest, AFrameOutsideARunIsLive) {
 }
 
 TEST_F(WindowServerTest, DescribesEveryWindowInFull) {
-    const auto infos = windowList.copyWindowInfo();
+    const auto infos = server.copyWindowInfo();
     ASSERT_TRUE(infos.has_value());
     ASSERT_THAT(*infos, SizeIs(3));
     EXPECT_EQ((*infos)[1],
@@ -157,7 +155,7 @@ TEST_F(WindowServerTest, ADeadServerIsNoAnswer) {
     EXPECT_EQ(number, 0);
     WindowId id = 0;
     EXPECT_NE(menuBarWindowList(1, 0, 1, &id, &number), windowServerSuccess);
-    EXPECT_EQ(windowList.copyWindowInfo(), std::nullopt);
+    EXPECT_EQ(server.copyWindowInfo(), std::nullopt);
     EXPECT_EQ(frame(icons[0]), std::nullopt);
 }
 

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/linux/icons/TrayView.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/Properties.h"
+#include "platform/x11/PublishedItems.h"
+#include "platform/x11/Replies.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace pelistra::linux {
+
+// Who runs the tray, and what they say of it.
+struct Tray {
+    // The owner of the tray selection; 0 when there is none.
+    WindowId owner = 0;
+    double scale = 1;
+    RootRect primaryMonitor;
+    // What our own bar says is in it; empty under any other tray.
+    std::optional<std::vector<WindowId>> items;
+    // What it says of each of them; empty when it says nothing that can be understood, and under
+    // any other tray.
+    std::optional<std::vector<x11::PublishedItem>> details;
+    // Its count of changes.
+    std::optional<std::uint32_t> serial;
+};
+
+// The questions that a look at the tray asks the server. A task of `replies()` must have begun;
+// what the server does not answer within it is missing or 0.
+class TrayQuestions {
+public:
+    // The connection must outlive this object.
+    explicit TrayQuestions(const x11::Connection& connection);
+
+    enum class Name : std::uint8_t {
+        Selection,
+        Items,
+        Details,
+        Scale,
+        Serial,
+        NetWmName,
+        NetWmPid,
+        ShapeEvent,
+        Count
+    };
+    [[nodiscard]] xcb_atom_t atom(Name name) const {
+        return atoms_[static_cast<std::size_t>(name)];
+    }
+    [[nodiscard]] const x11::Connection& connection() const { return *connection_; }
+    [[nodiscard]] x11::Replies& replies() { return replies_; }
+
+    // The selection's owner, the scale by the resource database and the primary monitor; of a tray
+    // that was seen before, if its owner is given, also the serial now.
+    [[nodiscard]] Tray findTray(WindowId knownOwner);
+    // Adds what the tray's owner publishes.
+    void readOwner(Tray& tray);
+    // Adds the owner's own scale only.
+    void readScale(Tray& tray);
+
+    struct FrameRequest {
+        xcb_get_geometry_cookie_t geometry;
+        xcb_translate_coordinates_cookie_t place;
+    };
+    [[nodiscard]] FrameRequest requestFrame(WindowId window) const;
+    // Empty when there is no such window.
+    [[nodiscard]] std::optional<RootRect> takeFrame(const FrameRequest& request);
+
+private:
+    [[nodiscard]] x11::PropertyRequest requestOf(WindowId owner, Name name) const;
+    [[nodiscard]] std::optional<std::uint32_t> takeSerial(x11::PropertyRequest request);
+    void takeScale(x11::PropertyRequest request, Tray& tray);
+
+    const x11::Connection* connection_;
+    x11::Replies replies_;
+    std::array<xcb_atom_t, static_cast<std::size_t>(Name::Count)> atoms_{};
+};
+
+} // namespace pelistra::linux
