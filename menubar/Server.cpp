@@ -38,10 +38,8 @@ std::optional<Server> Server::prepare(x11::Connection& connection, std::string& 
 
 std::string Server::prepareExtensions() {
     xcb_connection_t* x = xcb();
-    for (xcb_extension_t* extension :
-         {&xcb_composite_id, &xcb_damage_id, &xcb_render_id, &xcb_xfixes_id, &xcb_randr_id}) {
-        xcb_prefetch_extension_data(x, extension);
-    }
+    connection_->learn(
+        {&xcb_composite_id, &xcb_damage_id, &xcb_render_id, &xcb_xfixes_id, &xcb_randr_id});
     for (auto [extension, name] :
          {std::pair{&xcb_composite_id, "Composite"}, std::pair{&xcb_damage_id, "DAMAGE"},
           std::pair{&xcb_render_id, "RENDER"}, std::pair{&xcb_xfixes_id, "XFIXES"}}) {

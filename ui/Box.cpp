@@ -153,7 +153,7 @@ bool Box::isRigid() const {
     return std::visit(Overloaded{
         [](const Symbol&) { return true; },
         [](const Frame& frame) {
-            return widths(frame.limits).fixed && heights(frame.limits).fixed;
+            return widthOf(frame.limits).fixed && heightOf(frame.limits).fixed;
         },
         [](const HorizontalScroll&) { return false; },
         [](const GroupedForm&) { return false; },

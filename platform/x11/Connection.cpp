@@ -175,13 +175,21 @@ bool Connection::sync() const {
     return take<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_)) != nullptr;
 }
 
+void Connection::learn(std::initializer_list<xcb_extension_t*> extensions) const {
+    for (xcb_extension_t* const extension : extensions) {
+        xcb_prefetch_extension_data(connection_, extension);
+    }
+    if (sync()) {
+        knownExtensions_.insert(knownExtensions_.end(), extensions.begin(), extensions.end());
+    }
+}
+
 const xcb_query_extension_reply_t* Connection::extension(xcb_extension_t& extension) const {
     if (std::ranges::find(knownExtensions_, &extension) == knownExtensions_.end()) {
-        xcb_prefetch_extension_data(connection_, &extension);
-        if (!sync()) {
+        learn({&extension});
+        if (std::ranges::find(knownExtensions_, &extension) == knownExtensions_.end()) {
             return nullptr;
         }
-        knownExtensions_.push_back(&extension);
     }
     const auto* const data = xcb_get_extension_data(connection_, &extension);
     return data != nullptr && data->present != 0 ? data : nullptr;

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -80,6 +81,8 @@ public:
     // An extension that the server has; null for others, or when it did not answer.
     [[nodiscard]] const xcb_query_extension_reply_t* extension(xcb_extension_t& extension) const;
 
+    // Asks now, in one round trip, for extensions that are needed when nobody wants to wait.
+    void learn(std::initializer_list<xcb_extension_t*> extensions) const;
     // Whether RandR knows of monitors, which came with its version 1.5.
     [[nodiscard]] bool hasMonitors() const;
 

@@ -25,6 +25,7 @@ ClickDelivery::ClickDelivery(const x11::Connection& connection, MainQueue& mainQ
     : connection_(&connection), logger_(log, "private-activation"), replies_(connection),
       device_(connection, replies_), clock_(connection, replies_),
       menu_(connection, replies_, device_, mainQueue) {
+    connection.learn({&xcb_res_id});
     mainQueue.asyncAfter(cleaningDelay, lifetime_.guard([this] {
         if (replies_.begin(patience)) {
             device_.removeAbandoned();

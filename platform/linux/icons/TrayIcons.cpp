@@ -39,7 +39,7 @@ std::optional<TrayIcon> iconFrom(const x11::PublishedItem& item) {
 
 class Reading {
 public:
-    Reading(TrayQuestions& questions, const Tray& tray)
+    Reading(TrayQuestions& questions, const TrayFacts& tray)
         : questions_(questions), connection_(questions.connection()), replies_(questions.replies()),
           tray_(tray), trayClient_(clientOf(tray.owner)) {}
 
@@ -85,7 +85,7 @@ private:
     TrayQuestions& questions_;
     const x11::Connection& connection_;
     x11::Replies& replies_;
-    const Tray& tray_;
+    const TrayFacts& tray_;
     std::uint32_t trayClient_;
 };
 
@@ -279,7 +279,7 @@ void Reading::complete(std::vector<TrayIcon>& icons) {
 
 } // namespace
 
-std::vector<TrayIcon> readIcons(TrayQuestions& questions, const Tray& tray) {
+std::vector<TrayIcon> readIcons(TrayQuestions& questions, const TrayFacts& tray) {
     return Reading(questions, tray).icons();
 }
 

@@ -10,6 +10,6 @@ namespace pelistra::linux {
 // their order; under any other tray the embedded windows are found among the children of the
 // tray's own windows and ordered by their place. A fixed number of round trips, whatever the number
 // of icons. A window that goes away meanwhile is missing, nothing else.
-[[nodiscard]] std::vector<TrayIcon> readIcons(TrayQuestions& questions, const Tray& tray);
+[[nodiscard]] std::vector<TrayIcon> readIcons(TrayQuestions& questions, const TrayFacts& tray);
 
 } // namespace pelistra::linux

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include <xcb/res.h>
+
 namespace pelistra::linux {
 
 TrayQuestions::TrayQuestions(const x11::Connection& connection)
@@ -22,6 +24,8 @@ TrayQuestions::TrayQuestions(const x11::Connection& connection)
         "_NET_WM_PID",
         "ShapeEvent"};
     atoms_ = x11::internAtoms(connection, names);
+    connection.learn({&xcb_randr_id, &xcb_res_id});
+    static_cast<void>(connection.hasMonitors());
 }
 
 TrayQuestions::FrameRequest TrayQuestions::requestFrame(WindowId window) const {
@@ -40,7 +44,7 @@ std::optional<RootRect> TrayQuestions::takeFrame(const FrameRequest& request) {
         .x = place->dst_x, .y = place->dst_y, .width = geometry->width, .height = geometry->height};
 }
 
-Tray TrayQuestions::findTray(WindowId knownOwner) {
+TrayFacts TrayQuestions::findTray(WindowId knownOwner) {
     const auto owner = xcb_get_selection_owner(connection_->get(), atom(Name::Selection));
     const auto resources =
         x11::requestProperty(*connection_, connection_->root(), XCB_ATOM_RESOURCE_MANAGER);
@@ -50,7 +54,7 @@ Tray TrayQuestions::findTray(WindowId knownOwner) {
         serial = requestOf(knownOwner, Name::Serial);
     }
     const auto monitors = x11::requestMonitors(*connection_);
-    Tray tray;
+    TrayFacts tray;
     if (const auto reply = replies_.take<xcb_get_selection_owner_reply_t>(owner)) {
         tray.owner = reply->owner;
     }
@@ -66,7 +70,7 @@ Tray TrayQuestions::findTray(WindowId knownOwner) {
     return tray;
 }
 
-void TrayQuestions::readOwner(Tray& tray) {
+void TrayQuestions::readOwner(TrayFacts& tray) {
     // Asked for first: what comes after it is at least as new as the number says.
     const auto serial = requestOf(tray.owner, Name::Serial);
     const auto items = requestOf(tray.owner, Name::Items);
@@ -85,7 +89,7 @@ void TrayQuestions::readOwner(Tray& tray) {
     takeScale(scale, tray);
 }
 
-void TrayQuestions::readScale(Tray& tray) {
+void TrayQuestions::readScale(TrayFacts& tray) {
     takeScale(requestOf(tray.owner, Name::Scale), tray);
 }
 
@@ -99,7 +103,7 @@ std::optional<std::uint32_t> TrayQuestions::takeSerial(x11::PropertyRequest requ
     return words.empty() ? std::nullopt : std::optional(words.front());
 }
 
-void TrayQuestions::takeScale(x11::PropertyRequest request, Tray& tray) {
+void TrayQuestions::takeScale(x11::PropertyRequest request, TrayFacts& tray) {
     if (const auto value = x11::readProperty(replies_, request)) {
         tray.scale = scaleIn(value->words()).value_or(tray.scale);
     }

@@ -14,7 +14,7 @@
 namespace pelistra::linux {
 
 // Who runs the tray, and what they say of it.
-struct Tray {
+struct TrayFacts {
     // The owner of the tray selection; 0 when there is none.
     WindowId owner = 0;
     double scale = 1;
@@ -32,7 +32,8 @@ struct Tray {
 // what the server does not answer within it is missing or 0.
 class TrayQuestions {
 public:
-    // The connection must outlive this object.
+    // The connection must outlive this object. Asks the server once for what does not change while
+    // it runs.
     explicit TrayQuestions(const x11::Connection& connection);
 
     enum class Name : std::uint8_t {
@@ -54,11 +55,11 @@ public:
 
     // The selection's owner, the scale by the resource database and the primary monitor; of a tray
     // that was seen before, if its owner is given, also the serial now.
-    [[nodiscard]] Tray findTray(WindowId knownOwner);
+    [[nodiscard]] TrayFacts findTray(WindowId knownOwner);
     // Adds what the tray's owner publishes.
-    void readOwner(Tray& tray);
+    void readOwner(TrayFacts& tray);
     // Adds the owner's own scale only.
-    void readScale(Tray& tray);
+    void readScale(TrayFacts& tray);
 
     struct FrameRequest {
         xcb_get_geometry_cookie_t geometry;
@@ -71,7 +72,7 @@ public:
 private:
     [[nodiscard]] x11::PropertyRequest requestOf(WindowId owner, Name name) const;
     [[nodiscard]] std::optional<std::uint32_t> takeSerial(x11::PropertyRequest request);
-    void takeScale(x11::PropertyRequest request, Tray& tray);
+    void takeScale(x11::PropertyRequest request, TrayFacts& tray);
 
     const x11::Connection* connection_;
     x11::Replies replies_;

@@ -18,7 +18,7 @@ TrayReader::TrayReader(const x11::Connection& connection, ChangesHeard changesHe
                        std::chrono::milliseconds longestTrust)
     : changesHeard_(std::move(changesHeard)), longestTrust_(longestTrust), questions_(connection) {}
 
-bool TrayReader::isOf(const Known& known, const Tray& tray) {
+bool TrayReader::isOf(const Known& known, const TrayFacts& tray) {
     return tray.owner == known.view.owner && tray.serial == known.serial &&
            tray.primaryMonitor == known.primaryMonitor;
 }
@@ -44,7 +44,7 @@ std::optional<TrayView> TrayReader::read() {
     const WindowId owner = known_ ? known_->view.owner : WindowId{XCB_NONE};
     // Counted before the questions: what comes after it is a change to their answers.
     const auto changes = changesOf(owner);
-    Tray tray = questions_.findTray(owner);
+    TrayFacts tray = questions_.findTray(owner);
     if (known_ && isOf(*known_, tray) && !questions_.replies().failed()) {
         known_->changes = changes;
         known_->confirmed = std::chrono::steady_clock::now();
@@ -55,7 +55,7 @@ std::optional<TrayView> TrayReader::read() {
     return readAnew(std::move(tray));
 }
 
-std::optional<TrayView> TrayReader::readAnew(Tray tray) {
+std::optional<TrayView> TrayReader::readAnew(TrayFacts tray) {
     TrayView view;
     view.owner = tray.owner;
     if (tray.owner != XCB_NONE) {
@@ -82,7 +82,7 @@ std::optional<Coordinates> TrayReader::coordinates() {
     if (!questions_.replies().begin(patience)) {
         return std::nullopt;
     }
-    Tray tray = questions_.findTray(XCB_NONE);
+    TrayFacts tray = questions_.findTray(XCB_NONE);
     if (tray.owner != XCB_NONE) {
         questions_.readScale(tray);
     }
@@ -96,7 +96,7 @@ std::optional<Rect> TrayReader::frameOf(WindowId window) {
         return std::nullopt;
     }
     const auto request = questions_.requestFrame(window);
-    Tray tray = questions_.findTray(XCB_NONE);
+    TrayFacts tray = questions_.findTray(XCB_NONE);
     const auto frame = questions_.takeFrame(request);
     if (frame && tray.owner != XCB_NONE) {
         questions_.readScale(tray);

@@ -59,8 +59,8 @@ private:
     // Whether what is known is true without a question.
     [[nodiscard]] bool isTrue(const Known& known) const;
     // Whether what is known is what another whole look would show.
-    [[nodiscard]] static bool isOf(const Known& known, const Tray& tray);
-    [[nodiscard]] std::optional<TrayView> readAnew(Tray tray);
+    [[nodiscard]] static bool isOf(const Known& known, const TrayFacts& tray);
+    [[nodiscard]] std::optional<TrayView> readAnew(TrayFacts tray);
 
     ChangesHeard changesHeard_;
     std::chrono::milliseconds longestTrust_;
