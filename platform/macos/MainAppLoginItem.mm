@@ -4,8 +4,6 @@
 
 #import <ServiceManagement/ServiceManagement.h>
 
-#include <sys/statvfs.h>
-
 namespace pelistra::appkit {
 
 namespace {
@@ -18,9 +16,11 @@ static_assert(static_cast<NSInteger>(LoginItemStatus::NotFound) == SMAppServiceS
 // A disk image, or where the system runs a downloaded application until it is moved: gone at the
 // next login.
 bool isInReadOnlyPlace() {
-    struct statvfs volume = {};
-    const char* path = [[[NSBundle mainBundle] bundlePath] fileSystemRepresentation];
-    return path != nullptr && ::statvfs(path, &volume) == 0 && (volume.f_flag & ST_RDONLY) != 0;
+    id isReadOnly = nil;
+    [[[NSBundle mainBundle] bundleURL] getResourceValue:&isReadOnly
+                                                 forKey:NSURLVolumeIsReadOnlyKey
+                                                  error:nullptr];
+    return [isReadOnly boolValue] == YES;
 }
 
 } // namespace

@@ -124,7 +124,6 @@ std::set<std::string> functionsCalled(const std::string& symbols) {
         {"standinDlsym", "dlsym"},
         {"standinDlclose", "dlclose"},
         {"standinLogWithType", "os_log_with_type"},
-        {"standinStatvfs", "statvfs"},
     };
     std::set<std::string> found;
     for (std::sregex_iterator match(symbols.begin(), symbols.end(), open), end; match != end;

@@ -7,15 +7,19 @@
 #include <deque>
 #include <functional>
 
-#include <sys/statvfs.h>
-
 using namespace pelistra::testing::standins;
 
-int standinStatvfs(const char* path, struct statvfs* volume) {
-    (void)path;
-    volume->f_flag = world().volumeIsReadOnly ? ST_RDONLY : 0;
-    return 0;
+// GNUstep does not know this one.
+@implementation NSURL (StandinVolume)
+
+- (BOOL)getResourceValue:(id*)value forKey:(NSString*)key error:(NSError**)error {
+    (void)error;
+    const BOOL isKnown = [key isEqual:NSURLVolumeIsReadOnlyKey];
+    *value = isKnown ? [NSNumber numberWithBool:world().volumeIsReadOnly] : nil;
+    return isKnown;
 }
+
+@end
 
 // Unified logging
 
