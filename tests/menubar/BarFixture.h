@@ -50,6 +50,10 @@ protected:
 
     // The names of the items, left to right.
     [[nodiscard]] std::vector<std::string> names();
+    // Whether they come to be that. The bar tells others only after it has written the order down.
+    [[nodiscard]] bool comesToBe(const std::vector<std::string>& order) {
+        return eventually([&] { return names() == order; });
+    }
     [[nodiscard]] WindowFrame frameOf(const TrayClient& client);
     // What the bar tells a client about its place; empty when it has told nothing.
     [[nodiscard]] std::optional<std::uint32_t> positionTold(const TrayClient& client);

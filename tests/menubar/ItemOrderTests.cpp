@@ -10,12 +10,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class ItemOrderTests : public BarFixture {
-protected:
-    [[nodiscard]] bool comesToBe(const std::vector<std::string>& order) {
-        return eventually([&] { return names() == order; });
-    }
-};
+using ItemOrderTests = BarFixture;
 
 TEST_F(ItemOrderTests, NewItemsComeInAtTheLeftEnd) {
     startBar();

@@ -25,9 +25,6 @@ protected:
     }
 
     [[nodiscard]] RootPoint middleOf(const TrayClient& client) { return centre(frameOf(client)); }
-    [[nodiscard]] bool comesToBe(const std::vector<std::string>& order) {
-        return eventually([&] { return names() == order; });
-    }
 
     TrayClient* a_ = nullptr;
     TrayClient* b_ = nullptr;
