@@ -3,15 +3,8 @@
 #include "menubar/Canvas.h"
 
 #include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <iterator>
 #include <memory>
 #include <numbers>
-#include <system_error>
-#include <thread>
-
-#include <fontconfig/fontconfig.h>
 
 namespace pelistra::menubar {
 
@@ -51,26 +44,6 @@ void addRoundedBox(cairo_t* context, const Box& box, double radius) {
     cairo_arc(context, box.x + radius, bottom - radius, radius, pi / 2, pi);
     cairo_arc(context, box.x + radius, box.y + radius, radius, pi, 3 * pi / 2);
     cairo_close_path(context);
-}
-
-// Pango sorts fonts in threads of its own, which hold on to what they work on. Waits until the last
-// one has ended; false when that takes too long.
-bool waitUntilAlone() {
-    constexpr std::chrono::seconds patience{2};
-    constexpr std::chrono::milliseconds interval{1};
-    const auto end = std::chrono::steady_clock::now() + patience;
-    while (std::chrono::steady_clock::now() < end) {
-        std::error_code error;
-        const std::filesystem::directory_iterator threads("/proc/self/task", error);
-        if (error) {
-            return false;
-        }
-        if (std::distance(begin(threads), std::filesystem::directory_iterator()) == 1) {
-            return true;
-        }
-        std::this_thread::sleep_for(interval);
-    }
-    return false;
 }
 
 constexpr double fontSizeInPoints = 13;
@@ -192,15 +165,6 @@ ArgbImage plateImage(int itemWidth, const Palette& palette, const Metrics& metri
     setColor(canvas.get(), palette.plate);
     cairo_fill(canvas.get());
     return canvas.finish();
-}
-
-void releaseDrawing() {
-    pango_cairo_font_map_set_default(nullptr);
-    // With fonts still in use, these would abort the program.
-    if (waitUntilAlone()) {
-        cairo_debug_reset_static_data();
-        FcFini();
-    }
 }
 
 } // namespace pelistra::menubar

@@ -44,7 +44,4 @@ struct BarTitle {
 [[nodiscard]] ArgbImage plateImage(int itemWidth, const Palette& palette, const Metrics& metrics);
 [[nodiscard]] int plateMargin(const Metrics& metrics);
 
-// Frees what the drawing libraries keep for the whole process. Nothing is drawn afterwards.
-void releaseDrawing();
-
 } // namespace pelistra::menubar

@@ -1,4 +1,3 @@
-#include "menubar/Artwork.h"
 #include "menubar/Log.h"
 #include "menubar/MenuBar.h"
 #include "menubar/Options.h"
@@ -86,7 +85,5 @@ int main(int argc, char** argv) {
         std::fputs(end->text.c_str(), end->status == 0 ? stdout : stderr);
         return end->status;
     }
-    const int status = serve(std::get<Options>(parsed));
-    releaseDrawing();
-    return status;
+    return serve(std::get<Options>(parsed));
 }

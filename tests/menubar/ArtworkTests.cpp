@@ -27,12 +27,7 @@ bool hasInk(const ArgbImage& image, int begin, int end) {
     return false;
 }
 
-class ArtworkTests : public ::testing::Test {
-protected:
-    static void TearDownTestSuite() { menubar::releaseDrawing(); }
-};
-
-TEST_F(ArtworkTests, TheBackgroundIsOpaqueWithALineBelow) {
+TEST(ArtworkTests, TheBackgroundIsOpaqueWithALineBelow) {
     for (const double scale : {1.0, 1.5, 2.0}) {
         const Metrics metrics(scale);
         const ArgbImage column = backgroundColumn(lightPalette(), metrics);
@@ -46,7 +41,7 @@ TEST_F(ArtworkTests, TheBackgroundIsOpaqueWithALineBelow) {
     }
 }
 
-TEST_F(ArtworkTests, TheHousingIsBlackWithRoundLowerCorners) {
+TEST(ArtworkTests, TheHousingIsBlackWithRoundLowerCorners) {
     const ArgbImage housing = menubar::housingImage(180, Metrics(1));
     ASSERT_EQ(housing.width, 180);
     EXPECT_EQ(at(housing, 0, 0), opaque);
@@ -56,11 +51,11 @@ TEST_F(ArtworkTests, TheHousingIsBlackWithRoundLowerCorners) {
     EXPECT_EQ(at(housing, 179, 27), 0U);
 }
 
-TEST_F(ArtworkTests, ANarrowHousingCanBeDrawn) {
+TEST(ArtworkTests, ANarrowHousingCanBeDrawn) {
     EXPECT_EQ(menubar::housingImage(1, Metrics(1)).width, 1);
 }
 
-TEST_F(ArtworkTests, TheTitleIsDrawnFromTheLeft) {
+TEST(ArtworkTests, TheTitleIsDrawnFromTheLeft) {
     const ArgbImage image =
         titleImage({.application = "Editor", .title = "文本"}, 400, lightPalette(), Metrics(1));
     ASSERT_EQ(image.width, 400);
@@ -68,21 +63,21 @@ TEST_F(ArtworkTests, TheTitleIsDrawnFromTheLeft) {
     EXPECT_FALSE(hasInk(image, 300, 400));
 }
 
-TEST_F(ArtworkTests, ALongTitleEndsBeforeItsLimit) {
+TEST(ArtworkTests, ALongTitleEndsBeforeItsLimit) {
     const ArgbImage image = titleImage({.application = "Editor", .title = std::string(500, 'w')},
                                        300, lightPalette(), Metrics(1));
     ASSERT_EQ(image.width, 300);
     EXPECT_TRUE(hasInk(image, 200, 300));
 }
 
-TEST_F(ArtworkTests, NoTitleOrNoRoomIsNoPicture) {
+TEST(ArtworkTests, NoTitleOrNoRoomIsNoPicture) {
     EXPECT_TRUE(titleImage({}, 400, lightPalette(), Metrics(1)).pixels.empty());
     const BarTitle title{.application = "Editor", .title = "x"};
     EXPECT_TRUE(titleImage(title, 10, lightPalette(), Metrics(1)).pixels.empty());
     EXPECT_TRUE(titleImage(title, -5, lightPalette(), Metrics(1)).pixels.empty());
 }
 
-TEST_F(ArtworkTests, ThePlateIsWiderThanItsItemByItsMargin) {
+TEST(ArtworkTests, ThePlateIsWiderThanItsItemByItsMargin) {
     const Metrics metrics(2);
     const ArgbImage plate = plateImage(56, lightPalette(), metrics);
     const int margin = menubar::plateMargin(metrics);
