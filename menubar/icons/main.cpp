@@ -11,14 +11,24 @@
 
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace {
 
 using namespace pelistra::menubar;
 
-// A picture takes some milliseconds; whatever takes longer is there to harm.
-constexpr unsigned secondsPerIcon = 2;
+// A picture takes some milliseconds; whatever takes longer is there to harm. Of processor time, and
+// on the clock, where a busy machine or a slow disk may be at fault.
+constexpr int processorSeconds = 2;
+constexpr unsigned clockSeconds = 10;
+
+void limitTime(bool limited) {
+    const itimerval time{.it_interval = {},
+                         .it_value = {.tv_sec = limited ? processorSeconds : 0, .tv_usec = 0}};
+    ::setitimer(ITIMER_PROF, &time, nullptr);
+    ::alarm(limited ? clockSeconds : 0);
+}
 
 void limit(__rlimit_resource_t what, rlim_t most) {
     const rlimit bound{.rlim_cur = most, .rlim_max = most};
@@ -59,13 +69,13 @@ int main() {
         const auto request =
             IconRequest::parse({question.data(), static_cast<std::size_t>(length)});
         ArgbImage image;
-        ::alarm(secondsPerIcon);
+        limitTime(true);
         if (request) {
             const auto path =
                 themes.find(request->name, request->side, request->theme, request->themePath);
             image = path ? readIconFile(*path, *request) : ArgbImage{};
         }
-        ::alarm(0);
+        limitTime(false);
         const std::vector<char> answer = answerOf(image);
         if (::send(iconSocket, answer.data(), answer.size(), MSG_NOSIGNAL) < 0) {
             return 1;

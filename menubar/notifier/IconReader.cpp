@@ -125,7 +125,7 @@ void IconReader::answer(ArgbImage image) {
 void IconReader::fail() {
     program_.close();
     // Once more, after the others: a machine that is busy may have held it up.
-    if (++faults_[asked_->asker] == 1) {
+    if (++faults_[asked_->asker] < mostFaults) {
         waiting_.push_back(*std::exchange(asked_, std::nullopt));
         return;
     }

@@ -311,6 +311,7 @@ sd_bus_message* NotifierClient::newList(sd_bus_message& message) const {
     append(*reply, "IconName", "s", options_.iconName);
     append(*reply, "IconThemePath", "s", options_.iconThemePath);
     append(*reply, "OverlayIconName", "s", options_.overlayName);
+    append(*reply, "AttentionIconName", "s", "");
     append(*reply, "XAyatanaLabel", "s", options_.label);
     append(*reply, "Menu", "o", options_.menu);
     sd_bus_message_append(reply, "{sv}", "ItemIsMenu", "b", options_.itemIsMenu ? 1 : 0);
