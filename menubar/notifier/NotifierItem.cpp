@@ -56,12 +56,22 @@ NotifierItem::NotifierItem(sd_bus& bus, std::uint64_t number, ItemAddress addres
     gone_ = !ownerQuestion_;
 }
 
+void NotifierItem::setRegistrant(const std::string& name) {
+    registrant_ = name;
+    if (address_.service == name) {
+        // Need not be asked for: it has just spoken.
+        ownerAnswered(name);
+    }
+}
+
 void NotifierItem::ownerAnswered(const std::string& owner) {
-    owner_ = owner;
-    if (owner_.empty()) {
+    if (owner.empty()) {
         gone_ = true;
+    }
+    if (owner.empty() || owner == owner_) {
         return;
     }
+    owner_ = owner;
     follow();
     askProcess();
     refresh();

@@ -37,7 +37,7 @@ public:
     [[nodiscard]] const std::string& owner() const { return owner_; }
     // The unique name of the program that has registered it; empty when nobody has.
     [[nodiscard]] const std::string& registrant() const { return registrant_; }
-    void setRegistrant(const std::string& name) { registrant_ = name; }
+    void setRegistrant(const std::string& name);
     // The process behind that connection; 0 until the bus has told, or when it cannot.
     [[nodiscard]] pid_t process() const { return process_; }
     // What that process is called; empty when that is not known or says nothing.

@@ -61,7 +61,9 @@ void RememberedItems::write(const std::string& bus, const std::vector<ItemAddres
     if (content == written_ || path_.empty()) {
         return;
     }
-    const std::string fault = posix::writeFileAtomically(path_, content);
+    // A power cut ends the bus as well.
+    const std::string fault =
+        posix::writeFileAtomically(path_, content, posix::Worth::OutlivesProcess);
     if (!fault.empty()) {
         if (!std::exchange(failing_, true)) {
             log("cannot remember the items of the session bus in " + path_.string() + ": " + fault);

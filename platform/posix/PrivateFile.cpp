@@ -69,7 +69,7 @@ int makeFolders(const std::filesystem::path& folder) {
     return error == EEXIST ? 0 : error;
 }
 
-int writeAll(int descriptor, std::string_view content) {
+int writeAll(int descriptor, std::string_view content, Worth worth) {
     while (!content.empty()) {
         const ssize_t written = ::write(descriptor, content.data(), content.size());
         if (written < 0 && errno == EINTR) {
@@ -80,7 +80,7 @@ int writeAll(int descriptor, std::string_view content) {
         }
         content.remove_prefix(static_cast<std::size_t>(written));
     }
-    return ::fsync(descriptor) == 0 ? 0 : errno;
+    return worth == Worth::OutlivesProcess || ::fsync(descriptor) == 0 ? 0 : errno;
 }
 
 // StopSignals ends the program only once the file is written.
@@ -130,7 +130,8 @@ std::optional<std::string> readFile(const std::filesystem::path& path, std::size
     }
 }
 
-std::string writeFileAtomically(const std::filesystem::path& path, std::string_view content) {
+std::string writeFileAtomically(const std::filesystem::path& path, std::string_view content,
+                                Worth worth) {
     const NoDeadline noDeadline;
     if (const int error = makeFolders(path.parent_path()); error != 0) {
         return reason(error);
@@ -143,7 +144,7 @@ std::string writeFileAtomically(const std::filesystem::path& path, std::string_v
         if (!file.isOpen()) {
             return reason(errno);
         }
-        error = writeAll(file.get(), content);
+        error = writeAll(file.get(), content, worth);
     }
     if (error == 0 && ::rename(temporary.c_str(), path.c_str()) != 0) {
         error = errno;
@@ -152,7 +153,9 @@ std::string writeFileAtomically(const std::filesystem::path& path, std::string_v
         ::unlink(temporary.c_str());
         return reason(error);
     }
-    syncFolder(path.parent_path());
+    if (worth == Worth::OutlivesPowerCut) {
+        syncFolder(path.parent_path());
+    }
     return {};
 }
 

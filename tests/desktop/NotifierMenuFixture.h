@@ -44,7 +44,14 @@ protected:
     void start(std::vector<Entry> entries) { startWith(withMenu(std::move(entries))); }
     void startWith(const NotifierClient::Options& options) {
         client_.emplace(options);
-        ASSERT_TRUE(eventually([&] { return desktop_.x().barItem("green").has_value(); }));
+        ASSERT_TRUE(isThere());
+    }
+    // A bar that has just started is on the screen only once the window manager has put it there.
+    [[nodiscard]] bool isThere() {
+        return eventually([&] {
+            const auto item = desktop_.x().barItem("green");
+            return item && desktop_.x().isViewable(*item);
+        });
     }
     [[nodiscard]] RootPoint icon() {
         return centre(desktop_.x().frame(*desktop_.x().barItem("green")).value());

@@ -84,6 +84,7 @@ TEST_F(NotifierMenuTests, ShowsEveryKindOfEntryInEveryLook) {
     entries.back().iconName = "application-exit-symbolic";
     std::vector<int> heights;
     for (const auto& [theme, scale] : {std::pair("light", 1), {"dark", 1}, {"dark", 2}}) {
+        SCOPED_TRACE(std::string(theme) + " " + std::to_string(scale));
         desktop_.startBar({std::string("--theme=") + theme, "--scale=" + std::to_string(scale)},
                           Desktop::Icons::All);
         ASSERT_TRUE(

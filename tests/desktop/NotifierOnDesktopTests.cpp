@@ -153,7 +153,7 @@ TEST_P(NotifierKindTests, IsShownAnswersBothButtonsAndSurvivesTheBar) {
     }));
     desktop_.bar().process().kill();
     desktop_.startBar({}, Desktop::Icons::All);
-    ASSERT_TRUE(eventually([&] { return desktop_.x().barItem("green").has_value(); }));
+    ASSERT_TRUE(isThere());
     EXPECT_TRUE(isGreen());
     desktop_.input().click(icon(), UserInput::Button::Right);
     EXPECT_TRUE(hasMenu());
