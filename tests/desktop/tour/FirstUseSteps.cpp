@@ -54,6 +54,7 @@ private:
     Seen openSettings();
     Seen openGuide();
     Seen closeByEscape();
+    bool settingsBecomeActive();
     Seen quit();
     Seen entryIs(bool on, const std::string& how);
 
@@ -189,6 +190,14 @@ Seen FirstUse::finishByKeys() {
                                    : "it does not end"};
 }
 
+bool FirstUse::settingsBecomeActive() {
+    const auto window = desktop_.x().managedWindow(settingsTitle);
+    return waitFor([&] {
+        return window && desktop_.x().words(desktop_.x().root(), "_NET_ACTIVE_WINDOW") ==
+                             std::vector<std::uint32_t>{*window};
+    });
+}
+
 Seen FirstUse::openSettings() {
     SecondRowUnderTest::letTheArrowRest();
     if (!desktop_.clickControl(UserInput::Button::Right)) {
@@ -201,11 +210,7 @@ Seen FirstUse::openSettings() {
                                               "重新查看使用引导", "退出 Pelistra"},
                                    [&](const char* text) { return windows_.says(text); });
     });
-    const auto window = desktop_.x().managedWindow(settingsTitle);
-    const bool isActive = waitFor([&] {
-        return window && desktop_.x().words(desktop_.x().root(), "_NET_ACTIVE_WINDOW") ==
-                             std::vector<std::uint32_t>{*window};
-    });
+    const bool isActive = settingsBecomeActive();
     return {.ok = seen.ok && texts && isActive,
             .text = seen.text + (texts ? ", with all its texts" : ", texts missing") +
                     (isActive ? ", active" : ", not active")};
@@ -224,6 +229,10 @@ Seen FirstUse::openGuide() {
 }
 
 Seen FirstUse::closeByEscape() {
+    // The window manager gives them the keyboard back once the guide has gone.
+    if (!settingsBecomeActive()) {
+        return {.ok = false, .text = "they do not become active again"};
+    }
     desktop_.input().tapKey(keys::escape);
     const bool closed = waitFor([&] { return desktop_.organiserWindows().empty(); });
     return {.ok = closed && desktop_.organiser().process().isRunning(),
