@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QScreen>
+#include <QSignalBlocker>
 
 namespace pelistra::menubar {
 
@@ -19,6 +20,7 @@ constexpr std::chrono::milliseconds longestSilence{1000};
 // What changes again and again is read so often.
 constexpr std::chrono::milliseconds refreshPause{100};
 constexpr std::size_t mostPrepared = 64;
+constexpr std::size_t mostAddedWhileOpen = 50;
 constexpr int longestPictureSide = 256;
 constexpr int ownId = -1;
 // In points.
@@ -137,6 +139,13 @@ void ShownMenu::fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
                action->isSeparator() == entries[i].separator &&
                (action->menu() != nullptr) == entries[i].submenu;
     }
+    // An open menu is laid out anew for every entry that comes.
+    const bool reopens =
+        !same && menu.isVisible() && &menu == menu_.get() && entries.size() > mostAddedWhileOpen;
+    if (reopens) {
+        const QSignalBlocker quiet(&menu);
+        menu.hide();
+    }
     if (!same) {
         qDeleteAll(menu.findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
         menu.clear();
@@ -146,6 +155,9 @@ void ShownMenu::fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
     }
     for (std::size_t i = 0; i < entries.size(); ++i) {
         update(*menu.actions()[static_cast<qsizetype>(i)], entries[i]);
+    }
+    if (reopens) {
+        menu.popup(logical(request_.x, request_.y));
     }
 }
 
@@ -188,7 +200,10 @@ void ShownMenu::update(QAction& action, const MenuEntry& entry) {
         action.setActionGroup(group);
     }
     action.setProperty(iconNameProperty, text(entry.iconName));
-    action.setIcon(iconOf(entry));
+    // Every icon that is set has an open menu laid out anew.
+    if (const QIcon icon = iconOf(entry); icon.cacheKey() != action.icon().cacheKey()) {
+        action.setIcon(icon);
+    }
     if (QMenu* const below = action.menu()) {
         fill(*below, entry.children);
     }

@@ -183,6 +183,24 @@ TEST_F(NotifierMenuTests, AMenuOfManyAndEndlessEntriesStaysOnTheScreen) {
     EXPECT_TRUE(closes());
 }
 
+TEST_F(NotifierMenuTests, ALongMenuThatComesLateTakesThePlaceOfTheWordsThatThereIsNone) {
+    std::vector<Entry> entries;
+    for (int id = 1; id <= 1'000; ++id) {
+        entries.push_back({.id = id, .label = "Entry " + std::to_string(id)});
+    }
+    start(entries);
+    desktop_.input().click(icon(), UserInput::Button::Right);
+    // The program hears of nothing meanwhile.
+    ASSERT_TRUE(waitFor([&] { return menus().size() == 1; }));
+    const int before = menus().front().height;
+    ASSERT_TRUE(eventually([&] {
+        const auto shown = menus();
+        return shown.size() == 1 && shown.front().height > 10 * before;
+    }));
+    desktop_.input().tapKey(keys::escape);
+    EXPECT_TRUE(closes());
+}
+
 TEST_F(NotifierMenuTests, AMenuThatChangesWithoutEndIsReadTenTimesASecond) {
     auto options = withMenu({});
     int questions = 0;
