@@ -3,7 +3,7 @@
 
 int main() {
     @autoreleasepool {
-        const auto app = pelistra::appkit::Owned<PelistraApp*>::adopt([[PelistraApp alloc] init]);
+        const auto app = pelistra::macos::Owned<PelistraApp*>::adopt([[PelistraApp alloc] init]);
         [[NSApplication sharedApplication] setDelegate:app.get()];
         [NSApp run];
     }

@@ -4,7 +4,7 @@
 
 @class NSEvent;
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The event's raw type and modifier flags, as AppKit numbers them.
 [[nodiscard]] Event eventOf(NSEvent* event);
@@ -28,4 +28,4 @@ class AppKitApplication final : public Application {
     std::vector<std::string> arguments_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -62,4 +62,4 @@ ScreenPoint AppKitApplication::mouseLocation() const {
     return {.x = location.x, .y = location.y};
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -5,7 +5,7 @@
 
 #import <AppKit/AppKit.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // A picture that is an NSImage.
 class AppKitImage final : public Image {
@@ -30,4 +30,4 @@ public:
     [[nodiscard]] std::shared_ptr<Image> drawn(Size size, DrawingHandler handler) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

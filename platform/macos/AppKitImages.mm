@@ -2,7 +2,7 @@
 
 #include "platform/macos/Conversions.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::shared_ptr<Image> AppKitImages::drawn(Size size, DrawingHandler handler) {
     return std::make_shared<AppKitImage>(Owned<NSImage*>::share(image));
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Floating panels, by NSPanel.
 class AppKitPanels final : public Panels {
@@ -26,4 +26,4 @@ private:
     Appearance appearance_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -115,4 +115,4 @@ std::unique_ptr<Panel> AppKitPanels::panel(Size contentSize, std::uint32_t style
     return std::make_unique<AppKitPanel>(contentSize, styleMask, services_, appearance_);
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include "platform/Screens.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The screens, by NSScreen.
 class AppKitScreens final : public Screens {
@@ -12,4 +12,4 @@ public:
     [[nodiscard]] SubscriptionPtr observeParameterChanges(std::function<void()> handler) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -8,7 +8,7 @@
 #include <memory>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -44,4 +44,4 @@ SubscriptionPtr AppKitScreens::observeParameterChanges(std::function<void()> han
         NSApplicationDidChangeScreenParametersNotification, std::move(handler));
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

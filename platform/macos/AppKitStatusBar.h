@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The system's menu bar, by NSStatusBar.
 class AppKitStatusBar final : public StatusBar {
@@ -29,4 +29,4 @@ private:
     std::shared_ptr<Items> items_ = std::make_shared<Items>();
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -10,7 +10,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -136,4 +136,4 @@ NSAppearance* AppKitStatusBar::appearance() const {
     return items_->empty() ? nil : [[items_->front().get() button] effectiveAppearance];
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -3,7 +3,7 @@
 #include "platform/Window.h"
 #include "platform/macos/views/HostingServices.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Ordinary windows, each with its NSWindowController.
 class AppKitWindows final : public Windows {
@@ -17,4 +17,4 @@ private:
     HostingServices services_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -9,7 +9,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -89,4 +89,4 @@ std::unique_ptr<Window> AppKitWindows::window(Size contentSize, std::uint32_t st
     return std::make_unique<AppKitWindow>(makeWindow(contentSize, styleMask), services_);
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

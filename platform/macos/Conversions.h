@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // An autoreleased string. Bytes that are no UTF-8 give an empty one.
 [[nodiscard]] NSString* nsString(std::string_view text);
@@ -33,4 +33,4 @@ namespace pelistra::appkit {
     return {.width = size.width, .height = size.height};
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include "platform/macos/Owned.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 NSString* nsString(std::string_view text) {
     const std::string terminated(text);
@@ -22,4 +22,4 @@ std::optional<std::string> textOf(id object) {
     return utf8(object);
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -5,7 +5,7 @@
 #include <memory>
 #include <type_traits>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 struct CoreFoundationDeleter {
     void operator()(CFTypeRef object) const { CFRelease(object); }
@@ -16,4 +16,4 @@ struct CoreFoundationDeleter {
 template <class Ref>
 using CoreFoundationOwned = std::unique_ptr<std::remove_pointer_t<Ref>, CoreFoundationDeleter>;
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -3,7 +3,7 @@
 #include "base/Logger.h"
 #include "platform/EventPosting.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Events by CGEvent.
 class CoreGraphicsEventPosting final : public EventPosting {
@@ -24,4 +24,4 @@ private:
     bool saidSo_ = false;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -79,4 +79,4 @@ bool CoreGraphicsEventPosting::postToPid(ProcessId processIdentifier, const Mous
     return true;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include "platform/ScreenCapture.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Pictures of windows, by CoreGraphics. Without the function for that, which newer systems may no
 // longer have, every picture is refused.
@@ -13,4 +13,4 @@ public:
     [[nodiscard]] CaptureResult captureWindow(WindowId window, WindowImageOptions options) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -10,7 +10,7 @@
 #include <dlfcn.h>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -72,4 +72,4 @@ CaptureResult CoreGraphicsScreenCapture::captureWindow(WindowId window,
     return std::make_unique<CoreGraphicsBitmap>(std::move(image));
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Every window of every process, by CGWindowListCopyWindowInfo. No answer at all when the system's
 // is not a list of dictionaries.
@@ -31,4 +31,4 @@ private:
     bool saidSo_ = false;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -10,7 +10,7 @@
 #include <limits>
 #include <unistd.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -115,4 +115,4 @@ void CoreGraphicsWindowList::addOwnItems(std::vector<WindowInfo>& list) {
     }
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include "platform/MainQueue.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The main dispatch queue, and timers on the main run loop.
 class DispatchMainQueue final : public MainQueue {
@@ -13,4 +13,4 @@ public:
                                                  std::function<void()> block) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -10,7 +10,7 @@
 #include <memory>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -59,4 +59,4 @@ SubscriptionPtr DispatchMainQueue::repeatingTimer(Seconds interval, std::functio
     return std::make_unique<RunLoopTimer>(interval, std::move(block));
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

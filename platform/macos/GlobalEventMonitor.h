@@ -2,7 +2,7 @@
 
 #include "platform/GlobalClicks.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // What happens in other applications, by a global monitor of NSEvent.
 class GlobalEventMonitor final : public GlobalClicks {
@@ -11,4 +11,4 @@ public:
                                              std::function<void()> handler) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -34,4 +34,4 @@ SubscriptionPtr GlobalEventMonitor::addMonitor(EventMask matching, std::function
     return token ? std::make_unique<Monitor>(std::move(token)) : nullptr;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

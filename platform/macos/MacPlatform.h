@@ -18,7 +18,7 @@
 #include "platform/macos/UnifiedLog.h"
 #include "platform/macos/WorkspaceApplications.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Every service of the seam on macOS. Made after the shared NSApplication; main thread only.
 class MacPlatform {
@@ -51,4 +51,4 @@ private:
     MainAppLoginItem loginItem_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -1,6 +1,6 @@
 #include "platform/macos/MacPlatform.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 Platform MacPlatform::platform() {
     return {.application = application_,
@@ -21,4 +21,4 @@ Platform MacPlatform::platform() {
             .loginItem = loginItem_};
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

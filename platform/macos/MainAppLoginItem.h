@@ -2,7 +2,7 @@
 
 #include "platform/LoginItem.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The main application's login item, by SMAppService. From a read-only place it is not registered,
 // which the system would do.
@@ -13,4 +13,4 @@ public:
     [[nodiscard]] std::optional<std::string> unregisterItem() override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

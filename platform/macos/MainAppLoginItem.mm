@@ -4,7 +4,7 @@
 
 #import <ServiceManagement/ServiceManagement.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -48,4 +48,4 @@ std::optional<std::string> MainAppLoginItem::unregisterItem() {
     return utf8([error localizedDescription]);
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

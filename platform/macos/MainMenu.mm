@@ -1,6 +1,6 @@
 #include "platform/macos/MainMenu.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -39,4 +39,4 @@ Owned<NSMenu*> makeMainMenu(id settingsTarget, SEL settingsAction) {
     return bar;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

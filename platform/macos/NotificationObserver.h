@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Calls the handler on the main operation queue for every notification of that name, from whatever
 // object, until it dies.
@@ -24,4 +24,4 @@ private:
     Owned<id> token_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

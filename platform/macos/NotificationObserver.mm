@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 NotificationObserver::NotificationObserver(NSNotificationName name, std::function<void()> handler)
     : NotificationObserver([NSNotificationCenter defaultCenter], name, std::move(handler)) {}
@@ -22,4 +22,4 @@ NotificationObserver::NotificationObserver(NSNotificationCenter* center, NSNotif
 
 NotificationObserver::~NotificationObserver() { [center_.get() removeObserver:token_.get()]; }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #import <Foundation/Foundation.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Whether another process runs an application of that bundle identifier; false for nil, which a
 // program outside a bundle has.
@@ -11,4 +11,4 @@ namespace pelistra::appkit {
 // Says so to the user, and returns when that was read.
 void sayThatAnotherCopyRuns();
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 bool anotherCopyRuns(NSString* bundleIdentifier) {
     if (bundleIdentifier == nil) {
@@ -30,4 +30,4 @@ void sayThatAnotherCopyRuns() {
     [alert.get() runModal];
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

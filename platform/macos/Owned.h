@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // One strong reference to an Objective-C object, with manual reference counting and with automatic
 // reference counting alike. ObjectPointer is a pointer type such as NSWindow* or id.
@@ -50,4 +50,4 @@ template <class ObjectPointer> class Owned {
     ObjectPointer object_ = nil;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

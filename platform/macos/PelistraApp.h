@@ -6,14 +6,14 @@
 
 namespace pelistra {
 class AppDelegate;
-namespace appkit {
+namespace macos {
 class MacPlatform;
 }
 } // namespace pelistra
 
 // Installs the core's delegate as the application's, before launch finishes.
 @interface PelistraApp : NSObject <NSApplicationDelegate> {
-    std::unique_ptr<pelistra::appkit::MacPlatform> platform_;
+    std::unique_ptr<pelistra::macos::MacPlatform> platform_;
     std::unique_ptr<pelistra::AppDelegate> appDelegate_;
 }
 - (void)showSettings:(id)sender;

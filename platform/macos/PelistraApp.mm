@@ -31,15 +31,15 @@ void logUnknownSwitches(const pelistra::Platform& platform) {
 
 - (void)applicationWillFinishLaunching:(NSNotification*)notification {
     (void)notification;
-    if (pelistra::appkit::anotherCopyRuns([[NSBundle mainBundle] bundleIdentifier])) {
-        pelistra::appkit::sayThatAnotherCopyRuns();
+    if (pelistra::macos::anotherCopyRuns([[NSBundle mainBundle] bundleIdentifier])) {
+        pelistra::macos::sayThatAnotherCopyRuns();
         [NSApp terminate:nil];
         return;
     }
-    platform_ = std::make_unique<pelistra::appkit::MacPlatform>();
+    platform_ = std::make_unique<pelistra::macos::MacPlatform>();
     logUnknownSwitches(platform_->platform());
     appDelegate_ = std::make_unique<pelistra::AppDelegate>(platform_->platform());
-    [NSApp setMainMenu:pelistra::appkit::makeMainMenu(self, @selector(showSettings:)).get()];
+    [NSApp setMainMenu:pelistra::macos::makeMainMenu(self, @selector(showSettings:)).get()];
 }
 
 - (void)applicationDidFinishLaunching:(NSNotification*)notification {

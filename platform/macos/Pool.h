@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Runs what the run loop calls without an event, after which alone it would empty its autorelease
 // pool.
@@ -14,4 +14,4 @@ inline void runInPool(const std::function<void()>& work) {
     }
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include "platform/PrivateLibrary.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Private libraries by the dynamic loader: nothing of them is linked.
 class SkyLightLibrary final : public PrivateLibrary {
@@ -19,4 +19,4 @@ public:
                                                          const std::string& symbol) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -4,7 +4,7 @@
 
 #include <dlfcn.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -60,4 +60,4 @@ WindowFrameFunction SkyLightLibrary::resolveWindowFrame(LibraryHandle handle,
     };
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

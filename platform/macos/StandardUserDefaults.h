@@ -2,7 +2,7 @@
 
 #include "platform/UserDefaults.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The application's user-defaults database; the system writes it to disk on its own.
 class StandardUserDefaults final : public UserDefaults {
@@ -13,4 +13,4 @@ public:
     void setNumber(double value, std::string_view key) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

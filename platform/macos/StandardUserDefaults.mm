@@ -2,7 +2,7 @@
 
 #include "platform/macos/Conversions.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 bool StandardUserDefaults::hasObject(std::string_view key) const {
     return [[NSUserDefaults standardUserDefaults] objectForKey:nsString(key)] != nil;
@@ -21,4 +21,4 @@ void StandardUserDefaults::setNumber(double value, std::string_view key) {
                                               forKey:nsString(key)];
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The unified system log. Messages are logged whole as public values.
 class UnifiedLog final : public LogSink {
@@ -23,4 +23,4 @@ private:
     std::map<std::pair<std::string, std::string>, Owned<os_log_t>> logs_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -43,4 +43,4 @@ void UnifiedLog::write(std::string_view subsystem, std::string_view category, Lo
     os_log_with_type(log, logType(level), "%{public}s", oneLine(message).c_str());
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

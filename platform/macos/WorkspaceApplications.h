@@ -2,7 +2,7 @@
 
 #include "platform/RunningApplications.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The running applications, by NSRunningApplication and the shared workspace.
 class WorkspaceApplications final : public RunningApplications {
@@ -12,4 +12,4 @@ public:
     [[nodiscard]] bool open(const FileUrl& url) override;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

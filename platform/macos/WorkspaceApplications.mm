@@ -6,7 +6,7 @@
 
 #import <AppKit/AppKit.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -65,4 +65,4 @@ bool WorkspaceApplications::open(const FileUrl& url) {
         [[NSWorkspace sharedWorkspace] openURL:[NSURL fileURLWithPath:nsString(url.path)]] == YES;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 
 // What the system refuses, lacks or says wrongly, with the core between the front end and the
 // stand-in menu bar.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -252,4 +252,4 @@ TEST_F(BadInputTest, MissingBoundsCountAsZero) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -56,7 +56,7 @@ class AppKitBackend {
     [[nodiscard]] static std::optional<ScreenRect> shownFrame() {
         for (NSWindow* window in [NSApp windows]) {
             if ([window isKindOfClass:[NSPanel class]] && [window isVisible]) {
-                return appkit::screenRect([window contentRectForFrameRect:[window frame]]);
+                return macos::screenRect([window contentRectForFrameRect:[window frame]]);
             }
         }
         return std::nullopt;
@@ -74,8 +74,8 @@ class AppKitBackend {
     [[nodiscard]] static ProcessId ownPid() { return ::getpid(); }
 
   private:
-    appkit::MacPlatform platform_;
-    appkit::MainAppLoginItem another_;
+    macos::MacPlatform platform_;
+    macos::MainAppLoginItem another_;
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(AppKit, MainQueueContract, AppKitBackend);

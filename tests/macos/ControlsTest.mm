@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 
 // What the views' controls do under the pointer.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 class ControlsTest : public ShownView {
@@ -247,4 +247,4 @@ TEST_F(ControlsTest, LayingOutGivesEverythingItsPlaceAgain) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 
 // Where the arrangement puts what the organiser's windows show, there AppKit has it.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 class FramesTest : public ::testing::Test {
@@ -133,4 +133,4 @@ TEST_F(FramesTest, TheSecondRow) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -17,7 +17,7 @@
 
 // The stand-ins would accept a misspelt name that the real frameworks lack. So whatever the front
 // end sends, calls and names has to be on a list that was held against the real interfaces.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using ::testing::Contains;
@@ -229,4 +229,4 @@ TEST(InterfacesTest, AMisspeltSelectorAndNameAreFound) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

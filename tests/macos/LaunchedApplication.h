@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // The whole organiser on the macOS front end: the core between a stand-in menu bar and the test.
 // Every test needs a process of its own: the shared bridge keeps the platform that it was made
@@ -71,4 +71,4 @@ void click(NSView* view, NSEventType down, NSEventType up, NSUInteger modifiers 
 // nothing without it.
 void takePicture(NSWindow* window, const std::string& name);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 using namespace pelistra::testing::standins;
 
@@ -236,4 +236,4 @@ void takePicture(NSWindow* window, const std::string& name) {
     }
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -26,15 +26,15 @@ class MacBackend {
     [[nodiscard]] static std::optional<ScreenRect> shownFrame() {
         for (NSWindow* window in [NSApp windows]) {
             if ([window isKindOfClass:[NSPanel class]] && [window isVisible]) {
-                return appkit::screenRect([window contentRectForFrameRect:[window frame]]);
+                return macos::screenRect([window contentRectForFrameRect:[window frame]]);
             }
         }
         return std::nullopt;
     }
 
   private:
-    appkit::DispatchMainQueue queue_;
-    appkit::AppKitPanels panels_{{}, [] { return static_cast<NSAppearance*>(nil); }};
+    macos::DispatchMainQueue queue_;
+    macos::AppKitPanels panels_{{}, [] { return static_cast<NSAppearance*>(nil); }};
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, MainQueueContract, MacBackend);

@@ -18,7 +18,7 @@
 
 // The organiser with AppKit's own windows and panels, on macOS and on GNUstep alike. What would
 // reach the menu bar, other applications or the user's settings is the recorded fake.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -151,4 +151,4 @@ TEST_F(OnAppKitTest, AnEventGoesToItsProcessAlone) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 
 // One use after the other, with the core between the front end and a menu bar that places windows
 // by the items' lengths.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -444,4 +444,4 @@ TEST_F(RoadOfUseTest, TenOpeningsLeaveNoMoreThanOne) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -35,7 +35,7 @@ std::set<std::string>& leftAndGone() {
 }
 @end
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -398,4 +398,4 @@ TEST(PelistraAppTest, StartsTheOrganiserAndAnswersTheMenu) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

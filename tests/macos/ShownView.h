@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Shows whatever the test sets.
 class Sheet final : public ui::Content {
@@ -87,4 +87,4 @@ inline ui::View box(double width, double height) {
         .frame({.width = width, .height = height});
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

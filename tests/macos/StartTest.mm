@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 // What start-up asks of AppKit, character for character and in its order.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -159,4 +159,4 @@ TEST_F(StartTest, MalformedWindowsAreNotOurs) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -8,7 +8,7 @@
 #include <objc/runtime.h>
 
 // Views as values on AppKit's controls: places, updates and what stays untouched.
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -351,4 +351,4 @@ TEST_F(QuitTest, TheRedButtonEndsTheApplication) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 namespace {
 
 using namespace pelistra::testing::standins;
@@ -284,4 +284,4 @@ TEST_F(WindowsTest, StepsSpringOrFadeWhenMotionIsReduced) {
 }
 
 } // namespace
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

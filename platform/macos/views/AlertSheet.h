@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Shows an alert over a window: once for each occasion while it is presented, and no longer than
 // that. An occasion without a window waits for one.
@@ -39,4 +39,4 @@ private:
     Lifetime lifetime_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

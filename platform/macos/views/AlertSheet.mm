@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 AlertSheet::~AlertSheet() { close(); }
 
@@ -58,4 +58,4 @@ void AlertSheet::close() {
     window_.reset();
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

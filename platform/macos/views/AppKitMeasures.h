@@ -5,7 +5,7 @@
 
 #import <AppKit/AppKit.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Between a card's edge and what is in its rows, in points.
 inline constexpr double formRowMargin = 12;
@@ -29,4 +29,4 @@ private:
     Owned<NSScrollView*> scroll_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -6,7 +6,7 @@
 #include "platform/macos/views/NativeButton.h"
 #include "platform/macos/views/Style.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -69,4 +69,4 @@ ui::FormMetrics AppKitMeasures::form() const {
         .scrollerWidth = scrollFrame.size.width - [scroll_.get() contentSize].width};
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -12,7 +12,7 @@
 @interface PelistraContainerView : NSView {
   @public
     std::function<void(NSRect bounds)> draw;
-    pelistra::appkit::Owned<NSColor*> fillColor;
+    pelistra::macos::Owned<NSColor*> fillColor;
     CGFloat fillRadius;
     BOOL hasContinuousCorners;
 }

@@ -22,10 +22,10 @@
 - (void)forgetPointer;
 @end
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // Tells the content buttons in a view whose window has gone that the pointer is not over them any
 // more: the system need not.
 void forgetPointer(NSView* view);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

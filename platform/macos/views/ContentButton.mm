@@ -22,7 +22,7 @@ constexpr double pressOpacity = 0.16;
 @implementation PelistraContentButton
 
 - (NSBezierPath*)surface {
-    return pelistra::appkit::nativePath(outline, [self bounds]);
+    return pelistra::macos::nativePath(outline, [self bounds]);
 }
 
 - (BOOL)isFlipped {
@@ -55,7 +55,7 @@ constexpr double pressOpacity = 0.16;
     if (hoverArea != nil) {
         [self removeTrackingArea:hoverArea];
     }
-    const auto area = pelistra::appkit::Owned<NSTrackingArea*>::adopt([[NSTrackingArea alloc]
+    const auto area = pelistra::macos::Owned<NSTrackingArea*>::adopt([[NSTrackingArea alloc]
         initWithRect:[self bounds]
              options:NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways
                owner:self
@@ -94,7 +94,7 @@ constexpr double pressOpacity = 0.16;
 
 @end
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 void forgetPointer(NSView* view) {
     if ([view isKindOfClass:[PelistraContentButton class]]) {
@@ -105,4 +105,4 @@ void forgetPointer(NSView* view) {
     }
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 #include "platform/macos/views/NativeButton.h"
 #include "platform/macos/views/Style.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -179,4 +179,4 @@ std::unique_ptr<Element> makeControl(const ui::View& view, ElementContext& conte
     return nullptr;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // What the elements of one window share.
 struct ElementContext {
@@ -82,4 +82,4 @@ class Element {
 [[nodiscard]] std::unique_ptr<Element> makeScroll(const ui::View& view, ElementContext& context);
 [[nodiscard]] std::unique_ptr<Element> makeGroup(const ui::View& view, ElementContext& context);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

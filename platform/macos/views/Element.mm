@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -114,4 +114,4 @@ NSRect nsRect(const ui::Area& area) {
     return NSMakeRect(area.minX(), area.minY(), area.width(), area.height());
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

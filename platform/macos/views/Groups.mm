@@ -3,7 +3,7 @@
 
 #import <QuartzCore/QuartzCore.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -81,4 +81,4 @@ std::unique_ptr<Element> makeGroup(const ui::View& view, ElementContext& context
     return nullptr;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

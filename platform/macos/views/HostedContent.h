@@ -11,7 +11,7 @@
 #include <optional>
 #include <vector>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // A content, and the elements that show its newest body inside a view.
 class HostedContent {
@@ -47,4 +47,4 @@ private:
     Lifetime lifetime_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

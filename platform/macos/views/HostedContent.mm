@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 HostedContent::HostedContent(std::shared_ptr<ui::Content> content, const HostingServices& services,
                              NSView* view)
@@ -65,4 +65,4 @@ void HostedContent::limitWindow() {
                                          std::max(present.height, least.height))];
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -9,7 +9,7 @@ class Measures;
 }
 } // namespace pelistra
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // What the views of a window need besides their content. All of it outlives the windows.
 struct HostingServices {
@@ -20,4 +20,4 @@ struct HostingServices {
     const ui::Measures* measures = nullptr;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

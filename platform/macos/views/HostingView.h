@@ -11,7 +11,7 @@ namespace pelistra::ui {
 class Content;
 }
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // A view that shows a content with AppKit's own controls and follows it: some time after every
 // change of its state, on a later turn of the main queue, it draws the newest body. What is equal
@@ -20,4 +20,4 @@ namespace pelistra::appkit {
 [[nodiscard]] Owned<NSView*> makeHostingView(std::shared_ptr<ui::Content> content,
                                              const HostingServices& services);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -6,7 +6,7 @@
 
 @interface PelistraHostingView : NSView {
   @public
-    std::unique_ptr<pelistra::appkit::HostedContent> hosted;
+    std::unique_ptr<pelistra::macos::HostedContent> hosted;
 }
 @end
 
@@ -43,7 +43,7 @@
 
 @end
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -62,4 +62,4 @@ Owned<NSView*> makeHostingView(std::shared_ptr<ui::Content> content,
     return Owned<NSView*>::share(view.get());
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

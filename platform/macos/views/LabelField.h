@@ -8,7 +8,7 @@
 
 #include <optional>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // A text field that only shows text.
 [[nodiscard]] Owned<NSView*> makeLabel();
@@ -19,4 +19,4 @@ void showText(NSTextField* field, const ui::Text& text);
 // The size of the text, wrapped at the width if there is one.
 [[nodiscard]] Size measureLabel(NSTextField* field, const std::optional<double>& width);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

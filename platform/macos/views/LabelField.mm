@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -52,4 +52,4 @@ Size measureLabel(NSTextField* field, const std::optional<double>& width) {
             .height = std::ceil(bounds.size.height)};
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -5,7 +5,7 @@
 #include "platform/macos/views/Style.h"
 #include "platform/macos/views/WatchView.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -142,4 +142,4 @@ std::unique_ptr<Element> makeLeaf(const ui::View& view, ElementContext& context)
     return nullptr;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

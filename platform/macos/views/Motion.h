@@ -7,7 +7,7 @@
 
 #include <memory>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 class Element;
 
@@ -39,4 +39,4 @@ class Motion {
     MainQueue* mainQueue_;
 };
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 
 #include <utility>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -105,4 +105,4 @@ void Motion::leave(NSView* view, double scale, std::shared_ptr<Element> owner) c
                            [owner = std::move(owner)]() mutable { owner.reset(); });
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

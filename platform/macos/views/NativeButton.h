@@ -5,7 +5,7 @@
 
 #import <AppKit/AppKit.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // A button whose label is nothing but a text is one of the system's own. Those with a symbol alone
 // colour it only without a border, and show a border under the pointer only in the key window,
@@ -18,4 +18,4 @@ namespace pelistra::appkit {
 // Gives a push button the look of the button, which is native.
 void showButton(NSButton* button, const ui::Button& now);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

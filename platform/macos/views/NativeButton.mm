@@ -2,7 +2,7 @@
 
 #include "platform/macos/Conversions.h"
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -65,4 +65,4 @@ void showButton(NSButton* button, const ui::Button& now) {
     [button setKeyEquivalent:keyEquivalent(now)];
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -122,4 +122,4 @@ std::unique_ptr<Element> makeScroll(const ui::View& view, ElementContext& contex
     return nullptr;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -4,7 +4,7 @@
 
 #import <QuartzCore/QuartzCore.h>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -136,4 +136,4 @@ std::unique_ptr<Element> makeShape(const ui::View& view, ElementContext& context
     return nullptr;
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

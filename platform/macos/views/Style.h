@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 // A colour that resolves itself for the look that it is drawn in, light or dark.
 [[nodiscard]] NSColor* nativeColor(const ui::Color& color);
@@ -36,4 +36,4 @@ void fill(const ui::LinearGradient& gradient, NSBezierPath* path, NSRect area);
 // The system's symbol at the size and weight of the font; nil when there is no such symbol.
 [[nodiscard]] NSImage* nativeSymbol(const std::string& name, const ui::Font& font);
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

@@ -7,7 +7,7 @@
 #include <array>
 #include <cmath>
 
-namespace pelistra::appkit {
+namespace pelistra::macos {
 
 namespace {
 
@@ -254,4 +254,4 @@ NSImage* nativeSymbol(const std::string& name, const ui::Font& font) {
                                                                             font))]];
 }
 
-} // namespace pelistra::appkit
+} // namespace pelistra::macos

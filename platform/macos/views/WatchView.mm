@@ -15,7 +15,7 @@
 
 // Not passed on, so that no context menu follows.
 - (void)rightMouseDown:(NSEvent*)event {
-    target->rightMouseDown(pelistra::appkit::eventOf(event));
+    target->rightMouseDown(pelistra::macos::eventOf(event));
 }
 
 - (void)rightMouseUp:(NSEvent*)event {
