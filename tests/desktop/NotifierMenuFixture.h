@@ -4,6 +4,7 @@
 #include "tests/desktop/harness/NotifierClient.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -80,6 +81,19 @@ protected:
     [[nodiscard]] bool opens() {
         desktop_.input().click(icon(), UserInput::Button::Right);
         return eventually([&] { return menus().size() == 1; });
+    }
+    // A key that comes before the menu has the keyboard goes elsewhere, as a user's would.
+    [[nodiscard]] bool closesOnEscape() {
+        constexpr std::chrono::milliseconds untilAnotherTry{1'000};
+        return waitFor([&] {
+            desktop_.input().tapKey(keys::escape);
+            return waitFor(
+                [&] {
+                    client_->handleEvents();
+                    return menus().empty();
+                },
+                untilAnotherTry);
+        });
     }
     [[nodiscard]] bool closes() {
         return eventually([&] { return menus().empty(); });

@@ -104,8 +104,7 @@ TEST_F(NotifierMenuTests, ShowsEveryKindOfEntryInEveryLook) {
         const bool light = (picture.at(menu.width / 2, 2) & 0xFFU) > 0x80U;
         EXPECT_EQ(light, theme == std::string("light"));
         keepPicture((std::string("menu-") + theme + std::to_string(scale)).c_str());
-        desktop_.input().tapKey(keys::escape);
-        ASSERT_TRUE(closes());
+        ASSERT_TRUE(closesOnEscape());
         client_.reset();
     }
     EXPECT_EQ(heights[0], heights[1]);
@@ -151,8 +150,7 @@ TEST_F(NotifierMenuTests, AProgramThatHangsIsNamedAsSuchAndTheMenuCloses) {
                     "NewToolTip");
     ASSERT_TRUE(opens());
     keepPicture("menu-silent");
-    desktop_.input().tapKey(keys::escape);
-    EXPECT_TRUE(closes());
+    EXPECT_TRUE(closesOnEscape());
 }
 
 TEST_F(NotifierMenuTests, AMenuOfManyAndEndlessEntriesStaysOnTheScreen) {
@@ -179,8 +177,7 @@ TEST_F(NotifierMenuTests, AMenuOfManyAndEndlessEntriesStaysOnTheScreen) {
     EXPECT_LE(menu.y + menu.height, screen.height);
     EXPECT_TRUE(eventually([&] { return desktop_.x().capture(menu).colours() > 5; }));
     keepPicture("menu-endless");
-    desktop_.input().tapKey(keys::escape);
-    EXPECT_TRUE(closes());
+    EXPECT_TRUE(closesOnEscape());
 }
 
 TEST_F(NotifierMenuTests, ALongMenuThatComesLateTakesThePlaceOfTheWordsThatThereIsNone) {
@@ -197,8 +194,7 @@ TEST_F(NotifierMenuTests, ALongMenuThatComesLateTakesThePlaceOfTheWordsThatThere
         const auto shown = menus();
         return shown.size() == 1 && shown.front().height > 10 * before;
     }));
-    desktop_.input().tapKey(keys::escape);
-    EXPECT_TRUE(closes());
+    EXPECT_TRUE(closesOnEscape());
 }
 
 TEST_F(NotifierMenuTests, AMenuThatChangesWithoutEndIsReadTenTimesASecond) {

@@ -137,8 +137,7 @@ TEST_P(NotifierKindTests, IsShownAnswersBothButtonsAndSurvivesTheBar) {
     desktop_.input().click(icon(), UserInput::Button::Right);
     ASSERT_TRUE(hasMenu());
     if (!GetParam().emptyMenu) {
-        desktop_.input().tapKey(keys::escape);
-        ASSERT_TRUE(closes());
+        ASSERT_TRUE(closesOnEscape());
     }
     desktop_.input().click(icon());
     const bool opensByActivate =
@@ -200,8 +199,7 @@ TEST_F(NotifierRowMenuTests, ARightClickInTheRowOpensTheMenuThatTheBarOpens) {
     start(usualMenu);
     ASSERT_TRUE(opens());
     const WindowFrame shown = menus().front();
-    desktop_.input().tapKey(keys::escape);
-    ASSERT_TRUE(closes());
+    ASSERT_TRUE(closesOnEscape());
     desktop_.startOrganiser({"--start-collapsed"});
     ASSERT_TRUE(desktop_.waitUntilCollapsed());
     ASSERT_TRUE(desktop_.hiddenSectionIsOffScreen());
