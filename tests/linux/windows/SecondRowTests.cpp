@@ -62,11 +62,12 @@ protected:
             input_.drag(centre(*frame), {.x = right - 2, .y = frame->midY()}, {keys::super});
             EXPECT_TRUE(served(isRightmost)) << item;
         }
+        // The bar tells others only after it has written the order down.
         EXPECT_TRUE(served([this] {
-            const auto control = organiser_->controlFrame();
-            const auto divider = organiser_->dividerFrame();
-            return control && divider && divider->x < control->x &&
-                   client_.frame(icons_.front()->window())->x < divider->x;
+            const auto items = client_.barItems();
+            return items.size() == icons_.size() + 2 &&
+                   items[items.size() - 2] == client_.barItem(OrganiserUnderTest::dividerName) &&
+                   items.back() == client_.barItem(OrganiserUnderTest::controlName);
         }));
     }
     // Waits while the icons answer.
