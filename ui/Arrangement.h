@@ -27,7 +27,7 @@ struct Card {
 };
 
 // Something to be shown at its place: a leaf, a control, a scrolled area, or what does something to
-// all that it contains (Clip, Entering, Animated). Whatever else a view consists of has become
+// all that it contains (Entering, Animated). Whatever else a view consists of has become
 // places.
 struct Placed {
     // Its node says what is to be shown.

@@ -96,7 +96,6 @@ void Box::place(const Area& area, Placing& placing) {
             content();
             placeCentred(contents_.back(), area, placing);
         },
-        [&](const Clip&) { add(area, placing, content); },
         [&]<class Group>(const Group& group)
             requires requires { group.content; }
         { cover(add(area, placing, content)); },

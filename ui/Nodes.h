@@ -224,14 +224,6 @@ struct Overlay {
     bool operator==(const Overlay&) const = default;
 };
 
-// Nothing of the content is drawn outside the outline.
-struct Clip {
-    Outline outline;
-    View content;
-
-    bool operator==(const Clip&) const = default;
-};
-
 // The area that answers to the pointer, whatever the content draws there.
 struct ContentShape {
     Outline outline;
@@ -316,8 +308,8 @@ struct WithAlert {
 struct Node {
     std::variant<Text, Symbol, Picture, Button, Toggle, Spacer, Divider, FilledShape, StrokedShape,
                  Represented, HStack, VStack, ZStack, HorizontalScroll, GroupedForm, Padding, Frame,
-                 Background, Overlay, Clip, ContentShape, Help, AccessibilityLabel, Identified,
-                 Entering, Animated, WithAlert>
+                 Background, Overlay, ContentShape, Help, AccessibilityLabel, Identified, Entering,
+                 Animated, WithAlert>
         kind;
 
     bool operator==(const Node&) const = default;

@@ -26,10 +26,6 @@ View View::overlay(const View& above) const {
     return Overlay{.above = above, .content = *this};
 }
 
-View View::clipped(const Outline& to) const {
-    return Clip{.outline = to, .content = *this};
-}
-
 View View::contentShape(const Outline& shape) const {
     return ContentShape{.outline = shape, .content = *this};
 }

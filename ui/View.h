@@ -32,7 +32,6 @@ struct Padding;
 struct Frame;
 struct Background;
 struct Overlay;
-struct Clip;
 struct ContentShape;
 struct Help;
 struct AccessibilityLabel;
@@ -51,8 +50,8 @@ template <class Candidate>
 concept NodeKind =
     OneOf<Candidate, Text, Symbol, Picture, Button, Toggle, Spacer, Divider, FilledShape,
           StrokedShape, Represented, HStack, VStack, ZStack, HorizontalScroll, GroupedForm, Padding,
-          Frame, Background, Overlay, Clip, ContentShape, Help, AccessibilityLabel, Identified,
-          Entering, Animated, WithAlert>;
+          Frame, Background, Overlay, ContentShape, Help, AccessibilityLabel, Identified, Entering,
+          Animated, WithAlert>;
 
 // What tells one child of a container from its siblings across two bodies.
 using Key = std::variant<std::uint64_t, std::string>;
@@ -80,7 +79,6 @@ public:
     [[nodiscard]] View background(const View& behind, bool ignoresSafeArea = false) const;
     // The overlay lies over this view, centred, and takes its size, never the other way round.
     [[nodiscard]] View overlay(const View& above) const;
-    [[nodiscard]] View clipped(const Outline& to) const;
     [[nodiscard]] View contentShape(const Outline& shape) const;
     [[nodiscard]] View help(std::string text) const;
     [[nodiscard]] View accessibilityLabel(std::string text) const;

@@ -226,14 +226,6 @@ TEST_F(ControlsTest, AWheelScrollsTheRowSideways) {
     EXPECT_EQ(scrolledTo(), 300);
 }
 
-TEST_F(ControlsTest, AClipRoundsTheLayer) {
-    show(box(30, 20).clipped(ui::RoundedRectangle{.cornerRadius = 7}));
-    NSView* clip = [[content() subviews] firstObject];
-    EXPECT_EQ([[clip layer] cornerRadius], 7);
-    EXPECT_TRUE([[[clip layer] cornerCurve] isEqual:kCACornerCurveContinuous]);
-    EXPECT_TRUE([clip clipsToBounds]);
-}
-
 TEST_F(ControlsTest, LayingOutGivesEverythingItsPlaceAgain) {
     show(box(30, 20));
     NSView* innermost = content();

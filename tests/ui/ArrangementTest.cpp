@@ -136,7 +136,7 @@ TEST_F(ArrangementTest, TheContentOfAFrameIsPlacedWithinTheFramesLimits) {
     EXPECT_THAT(
         frames(words(40).frame({.maxWidth = 60}).padding(Edges::all(5)).background(shape), 70, 30),
         ElementsAre(area(0, 0, 70, 30), area(5, 5, 60, 20)));
-    EXPECT_THAT(frames(shape.frame({.maxWidth = 40}).clipped(Circle())).size(), 1);
+    EXPECT_THAT(frames(shape.frame({.maxWidth = 40}).transition({})).size(), 1);
 }
 
 TEST_F(ArrangementTest, LayersTakeTheSizeOfTheContent) {
@@ -267,13 +267,11 @@ TEST_F(ArrangementTest, CardsAreBoundedAndAScrollerTakesOfTheirWidth) {
 TEST_F(ArrangementTest, WhatDoesSomethingToItsContentIsAnElementAroundIt) {
     const View view = box(10, 10)
                           .padding(Edges::all(5))
-                          .clipped(Circle())
                           .transition({.scale = 0.9})
                           .animation(EaseOut{.seconds = 1}, 3);
     auto placed = elements(view);
     for (const auto& isKind : {+[](const View& each) { return each.as<Animated>() != nullptr; },
-                               +[](const View& each) { return each.as<Entering>() != nullptr; },
-                               +[](const View& each) { return each.as<Clip>() != nullptr; }}) {
+                               +[](const View& each) { return each.as<Entering>() != nullptr; }}) {
         ASSERT_THAT(framesOf(placed), ElementsAre(area(90, 40, 20, 20)));
         EXPECT_TRUE(isKind(placed.at(0).view));
         placed = std::vector(placed.at(0).children);

@@ -137,7 +137,6 @@ TEST(View, EachModifierWrapsTheContentInItsNode) {
     EXPECT_TRUE(overlaid.above == other);
     EXPECT_TRUE(overlaid.content == content);
 
-    EXPECT_EQ(asNode<Clip>(content.clipped(outline)).outline, outline);
     EXPECT_EQ(asNode<ContentShape>(content.contentShape(outline)).outline, outline);
     EXPECT_EQ(asNode<Help>(content.help("help")).text, "help");
     EXPECT_EQ(asNode<AccessibilityLabel>(content.accessibilityLabel("said")).text, "said");

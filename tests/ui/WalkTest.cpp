@@ -35,7 +35,6 @@ TEST(ChildrenOf, ModifiersGiveTheirContent) {
     const std::vector<View> alone = {content};
     EXPECT_EQ(childrenOf(content.padding({})), alone);
     EXPECT_EQ(childrenOf(content.frame({})), alone);
-    EXPECT_EQ(childrenOf(content.clipped(Circle())), alone);
     EXPECT_EQ(childrenOf(content.contentShape(Circle())), alone);
     EXPECT_EQ(childrenOf(content.help("")), alone);
     EXPECT_EQ(childrenOf(content.accessibilityLabel("")), alone);

@@ -27,7 +27,6 @@ template <> struct ElementFor<ui::StrokedShape> { using Type = StrokedShapeEleme
 template <> struct ElementFor<ui::Represented> { using Type = RepresentedElement; };
 template <> struct ElementFor<ui::HorizontalScroll> { using Type = HorizontalScrollElement; };
 template <> struct ElementFor<ui::GroupedForm> { using Type = GroupedFormElement; };
-template <> struct ElementFor<ui::Clip> { using Type = ClipElement; };
 template <> struct ElementFor<ui::Entering> { using Type = EnteringElement; };
 template <> struct ElementFor<ui::Animated> { using Type = AnimatedElement; };
 // clang-format on

@@ -1,6 +1,5 @@
 #include "platform/linux/views/GroupElements.h"
 
-#include "platform/linux/views/Outlines.h"
 #include "platform/linux/views/Scene.h"
 
 #include <algorithm>
@@ -21,20 +20,6 @@ void AnimatedElement::updateChildren(const ui::Placed& placed, const Surrounding
     } else {
         Element::updateChildren(placed, surroundings);
     }
-}
-
-void ClipElement::changed(const ui::View* before, const ui::Placed& /*now*/,
-                          const Surroundings& /*surroundings*/) {
-    if (before != nullptr && before->as<ui::Clip>()->outline != node().outline) {
-        appearanceChanged();
-    }
-}
-
-void ClipElement::paint(QPainter& painter, const PaintState& state) {
-    painter.save();
-    painter.setClipPath(pathOf(node().outline, shownFrame()), Qt::IntersectClip);
-    Element::paint(painter, state);
-    painter.restore();
 }
 
 void EnteringElement::changed(const ui::View* before, const ui::Placed& /*now*/,

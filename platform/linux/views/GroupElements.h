@@ -19,17 +19,6 @@ private:
     bool isChange_ = false;
 };
 
-class ClipElement final : public ElementOf<ui::Clip> {
-public:
-    using ElementOf::ElementOf;
-    void paint(QPainter& painter, const PaintState& state) override;
-
-protected:
-    void changed(const ui::View* before, const ui::Placed& now,
-                 const Surroundings& surroundings) override;
-    [[nodiscard]] bool draws() const override { return true; }
-};
-
 // Fades and scales its content while it comes or goes in an animated change.
 class EnteringElement final : public ElementOf<ui::Entering> {
 public:

@@ -1,33 +1,9 @@
 #include "platform/macos/views/Element.h"
 #include "platform/macos/views/Style.h"
 
-#import <QuartzCore/QuartzCore.h>
-
 namespace pelistra::macos {
 
 namespace {
-
-// A picture of the outline that is filled, as a mask of the layer, would need a shape layer for
-// every outline; all clips that views ask for have corners that a layer knows.
-class ClipElement final : public Element {
-  public:
-    using Element::Element;
-
-  protected:
-    Owned<NSView*> makeView() override {
-        auto container = Element::makeView();
-        [container.get() setClipsToBounds:YES];
-        return container;
-    }
-
-    void apply(const ui::Placed& placed) override {
-        const auto& outline = node<ui::Clip>().outline;
-        CALayer* layer = [view() layer];
-        [layer setCornerRadius:cornerRadius(outline, placed.frame.size)];
-        [layer setCornerCurve:(hasContinuousCorners(outline) ? kCACornerCurveContinuous
-                                                             : kCACornerCurveCircular)];
-    }
-};
 
 class EnteringElement final : public Element {
   public:
@@ -69,9 +45,6 @@ class AnimatedElement final : public Element {
 } // namespace
 
 std::unique_ptr<Element> makeGroup(const ui::View& view, ElementContext& context) {
-    if (view.as<ui::Clip>() != nullptr) {
-        return std::make_unique<ClipElement>(context);
-    }
     if (view.as<ui::Entering>() != nullptr) {
         return std::make_unique<EnteringElement>(context);
     }
