@@ -3,6 +3,7 @@
 #include "platform/linux/images/PixelBitmap.h"
 #include "platform/linux/images/Symbols.h"
 #include "platform/linux/statusitem/StatusItemPicture.h"
+#include "tests/contract/ImagesContract.h"
 
 #include <algorithm>
 #include <array>
@@ -19,6 +20,16 @@ namespace {
 using linux::CairoImages;
 using linux::Pixels;
 using linux::StatusItemLook;
+
+struct CairoBackend {
+    [[nodiscard]] Images& images() { return own; }
+    [[nodiscard]] static std::unique_ptr<Bitmap> bitmap(int width, int height) {
+        return std::make_unique<linux::PixelBitmap>(Pixels(width, height));
+    }
+
+    CairoImages own;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Cairo, ImagesContract, CairoBackend);
 
 constexpr std::array symbolNames{"battery.75percent",
                                  "camera.badge.ellipsis",

@@ -1,6 +1,7 @@
 #include "platform/linux/screens/X11Screens.h"
 
 #include "platform/linux/loop/GlibMainQueue.h"
+#include "tests/contract/ScreensContract.h"
 #include "tests/desktop/harness/Connect.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
 #include "tests/linux/loop/RunUntil.h"
@@ -16,6 +17,35 @@ namespace {
 
 using ::testing::Optional;
 using ::testing::SizeIs;
+
+class X11ScreensBackend {
+public:
+    // Both monitors lie on the display from the start, one of them unused.
+    X11ScreensBackend() { setMonitor("*Left", "1280/100x800/100+0+0", "screen"); }
+
+    [[nodiscard]] Screens& screens() { return screens_; }
+    void addScreen() { setMonitor("Right", "640/100x480/100+1280+0", "none"); }
+    template <class Condition>
+    [[nodiscard]] static bool runUntil(Condition condition) {
+        return testing::runUntil(condition);
+    }
+
+private:
+    void setMonitor(const std::string& name, const std::string& frame, const std::string& output) {
+        EXPECT_THAT(display_.start({"xrandr", "--setmonitor", name, frame, output})->waitForExit(),
+                    Optional(ExitStatus{.status = 0}));
+    }
+
+    PrivateDisplay display_{{.width = 1920, .height = 800}};
+    Journal journal_;
+    FakeLogSink log_{journal_};
+    linux::GlibMainQueue queue_;
+    std::unique_ptr<x11::Connection> connection_ = connect(display_);
+    linux::EventPump pump_{*connection_, log_};
+    linux::TrayHost trayHost_{*connection_, pump_, log_};
+    linux::X11Screens screens_{*connection_, pump_, trayHost_, queue_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(X11, ScreensContract, X11ScreensBackend);
 
 class X11ScreensTests : public ::testing::Test {
 protected:

@@ -1,6 +1,7 @@
 #include "platform/linux/settings/AutostartLoginItem.h"
 
 #include "platform/linux/programs/DesktopEntry.h"
+#include "tests/contract/LoginItemContract.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 
@@ -29,6 +30,30 @@ void write(const fs::path& file, const std::string& text) {
     fs::create_directories(file.parent_path());
     std::ofstream(file) << text;
 }
+
+class AutostartBackend {
+public:
+    AutostartBackend() {
+        write(program_, "#!/bin/sh\n");
+        fs::permissions(program_, fs::perms::owner_all);
+    }
+
+    [[nodiscard]] LoginItem& item() { return item_; }
+    [[nodiscard]] LoginItem& another() { return another_; }
+    // A file where the folder of the entries should be.
+    void refuse() const { write(folder_.path() / "config", ""); }
+
+private:
+    TemporaryFolder folder_;
+    fs::path program_ = folder_.path() / "bin/pelistra";
+    AutostartPlaces places_{.userEntry = folder_.path() / "config/autostart/pelistra.desktop",
+                            .systemEntries = {},
+                            .unitMasks = {},
+                            .desktops = {}};
+    AutostartLoginItem item_{places_, program_};
+    AutostartLoginItem another_{places_, program_};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Autostart, LoginItemContract, AutostartBackend);
 
 class AutostartLoginItemTest : public ::testing::Test {
 protected:

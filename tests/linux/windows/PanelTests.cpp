@@ -1,5 +1,6 @@
 #include "platform/linux/windows/QtPanels.h"
 
+#include "tests/contract/PanelsContract.h"
 #include "tests/linux/windows/QtOnDisplay.h"
 #include "ui/Content.h"
 #include "ui/Nodes.h"
@@ -136,6 +137,26 @@ protected:
              },
          .look = look_}};
 };
+
+class QtPanelsBackend final : public PanelTest {
+public:
+    using PanelTest::runUntil;
+    [[nodiscard]] Panels& panels() { return panels_; }
+    [[nodiscard]] std::optional<ScreenRect> shownFrame() {
+        for (const xcb_window_t window : client_.children(client_.root())) {
+            const auto frame = client_.frame(window);
+            if (frame && client_.title(window) == panelTitle && client_.isViewable(window)) {
+                const int bottom = client_.rootFrame().height - frame->y - frame->height;
+                return makeRect<ScreenSpace>(frame->x, bottom, frame->width, frame->height);
+            }
+        }
+        return std::nullopt;
+    }
+
+private:
+    void TestBody() override {}
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, PanelsContract, QtPanelsBackend);
 
 TEST_F(PanelTest, CostsNothingUntilItIsShown) {
     const auto panel = makePanel();
