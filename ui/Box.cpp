@@ -11,8 +11,6 @@ namespace pelistra::ui {
 
 namespace {
 
-// Further than any screen reaches, in points.
-constexpr double furthest = 1e9;
 // What is as large as it is offered takes where nothing is offered.
 constexpr double sizeWithoutOffer = 10;
 constexpr double formSizeWithoutOffer = 400;
@@ -56,36 +54,6 @@ std::string textOf(const Key& key) {
 }
 
 } // namespace
-
-double reckonable(double length) {
-    return std::isnan(length) ? 0 : std::clamp(length, -furthest, furthest);
-}
-
-double across(const Edges& edges) {
-    return reckonable(edges.leading) + reckonable(edges.trailing);
-}
-
-double down(const Edges& edges) {
-    return reckonable(edges.top) + reckonable(edges.bottom);
-}
-
-double Measuring::snapped(double points) const {
-    return std::floor((points * scale) + 0.5) / scale; // NOLINT(*-magic-numbers)
-}
-
-Area Measuring::snapped(const Area& area) const {
-    const double left = snapped(area.minX());
-    const double top = snapped(area.minY());
-    return makeRect<ContentSpace>(left, top, snapped(area.maxX()) - left,
-                                  snapped(area.maxY()) - top);
-}
-
-Size Measuring::whole(const Size& size) const {
-    const auto up = [this](double length) {
-        return std::ceil(std::max(0.0, reckonable(length)) * scale) / scale;
-    };
-    return {.width = up(size.width), .height = up(size.height)};
-}
 
 Box::Box(View view, const Measuring& measuring, Axis axis, std::string step)
     : view_(std::move(view)), measuring_(measuring), axis_(axis), step_(std::move(step)) {

@@ -41,12 +41,6 @@ void cover(Placed& group) {
 
 } // namespace
 
-Area within(const Area& area, const Edges& edges) {
-    return makeRect<ContentSpace>(
-        area.minX() + reckonable(edges.leading), area.minY() + reckonable(edges.top),
-        std::max(0.0, area.width() - across(edges)), std::max(0.0, area.height() - down(edges)));
-}
-
 template <class Block>
 Placed& Box::add(const Area& area, Placing& placing, const Block& block) {
     Placed placed = {.view = view_, .key = placing.path, .frame = measuring_.snapped(area)};

@@ -1,6 +1,6 @@
 #include "ui/FrameSide.h"
 
-#include "ui/Box.h"
+#include "ui/Measuring.h"
 
 #include <algorithm>
 #include <cmath>
