@@ -19,7 +19,7 @@ std::set<std::string> switchesIn(const std::string& text) {
 
 std::set<std::string> switchesInReadme(const std::string& text) {
     static const std::regex foreignCall(
-        R"(^.*\b(cmake|ctest|apt-get|apt|git|ninja|codesign)\s.*$)");
+        R"(^.*\b(cmake|ctest|apt-get|apt|git|ninja|codesign|xcode-select)\s.*$)");
     std::string own;
     for (const std::string& line : linesOf(text)) {
         if (!std::regex_match(line, foreignCall)) {

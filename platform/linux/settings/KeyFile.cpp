@@ -33,12 +33,14 @@ std::optional<KeyFile> KeyFile::parse(std::string_view text, std::string& fault)
         fault = "it has zero bytes";
         return std::nullopt;
     }
+    // A carriage return belongs to the end of its line, also of a last line that has none.
+    const std::string lines = std::string(text) + (text.ends_with('\r') ? "\n" : "");
     KeyFile result;
     constexpr auto flags =
         static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);
     GError* raw = nullptr;
-    if (g_key_file_load_from_data(result.file_.get(), text.empty() ? "" : text.data(), text.size(),
-                                  flags, &raw) == FALSE) {
+    if (g_key_file_load_from_data(result.file_.get(), lines.data(), lines.size(), flags, &raw) ==
+        FALSE) {
         const std::unique_ptr<GError, Freeing> error(raw);
         fault = error->message;
         return std::nullopt;

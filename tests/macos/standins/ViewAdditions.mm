@@ -50,14 +50,6 @@ constexpr double titleBarHeight = 28;
     [[NSBezierPath bezierPathWithRoundedRect:[self bounds] xRadius:radius yRadius:radius] fill];
 }
 
-- (void)setClipsToBounds:(BOOL)clips {
-    [attachmentsOf(self) setObject:[NSNumber numberWithBool:clips] forKey:@"clips"];
-}
-
-- (BOOL)clipsToBounds {
-    return [[attachmentsOf(self) objectForKey:@"clips"] boolValue];
-}
-
 - (NSEdgeInsets)alignmentRectInsets {
     return {0, 0, 0, 0};
 }

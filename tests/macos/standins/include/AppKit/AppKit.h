@@ -74,8 +74,6 @@ typedef enum : NSInteger {
 - (CALayer*)layer;
 - (BOOL)wantsUpdateLayer;
 - (void)updateLayer;
-- (void)setClipsToBounds:(BOOL)clips;
-- (BOOL)clipsToBounds;
 - (NSEdgeInsets)alignmentRectInsets;
 - (NSRect)alignmentRectForFrame:(NSRect)frame;
 - (NSRect)frameForAlignmentRect:(NSRect)alignmentRect;
