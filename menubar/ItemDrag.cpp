@@ -80,7 +80,7 @@ bool ItemDrag::takePositionsDue() {
 
 void ItemDrag::follow() {
     const DockedItem* item = lifted();
-    if (item == nullptr) {
+    if (!held_ || item == nullptr) {
         return;
     }
     std::vector<int> others;

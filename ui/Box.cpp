@@ -231,7 +231,8 @@ Size Box::fit(const Proposal& offered) {
 // As large as fits, its shape kept; without an offer as large as it says.
 Size Box::fitPicture(const ImagePtr& image, const Proposal& offered) const {
     const Size nominal = image ? image->size() : Size{};
-    if (!(nominal.width > 0 && nominal.height > 0)) {
+    const bool hasArea = nominal.width > 0 && nominal.height > 0;
+    if (!hasArea) {
         return {};
     }
     const double factor = std::min(offered.width.value_or(infinity) / nominal.width,

@@ -15,7 +15,7 @@ namespace pelistra::menubar {
 // What the program gets its socket as.
 inline constexpr int iconSocket = 0;
 // The longest question.
-inline constexpr std::size_t iconRequestLimit = 16 * 1024;
+inline constexpr std::size_t iconRequestLimit = std::size_t{16} * 1024;
 // The longest side that is asked for; an answer with that side fits into one packet.
 inline constexpr int longestIconSide = 192;
 inline constexpr std::size_t iconAnswerLimit =

@@ -10,7 +10,7 @@ namespace pelistra::menubar {
 
 // What the program gets its socket as.
 inline constexpr int menuSocket = 0;
-inline constexpr std::size_t menuRequestLimit = 16 * 1024;
+inline constexpr std::size_t menuRequestLimit = std::size_t{16} * 1024;
 
 struct MenuRequest {
     // The name under which the item's program answers, the item's object and its menu's object.

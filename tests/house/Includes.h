@@ -19,8 +19,8 @@ enum class Layer {
 // headers but those of the C++ library are foreign: of toolkits, X11, operating systems, C.
 [[nodiscard]] std::vector<std::string> foreignIncludes(const std::string& sourceText, Layer layer);
 
-// All foreign includes of the core, the seam and the general tools below the tree's top, as "file: directive". The
-// entry points (app/main*) may include the front end.
+// All foreign includes of the core, the seam and the general tools below the tree's top, as "file:
+// directive". The entry points (app/main*) may include the front end.
 [[nodiscard]] std::vector<std::string> foreignIncludesOfTree(const std::filesystem::path& top);
 
 } // namespace pelistra::testing

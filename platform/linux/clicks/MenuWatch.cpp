@@ -147,7 +147,7 @@ void MenuWatch::handle(const xcb_generic_event_t& event) {
 }
 
 void MenuWatch::handleKey(const xcb_input_key_press_event_t& event, bool pressed) {
-    if (event.deviceid != device_->userKeyboard()) {
+    if (!menu_ || event.deviceid != device_->userKeyboard()) {
         return;
     }
     if (!replies_->begin(patience) || !device_->isGrabbed()) {

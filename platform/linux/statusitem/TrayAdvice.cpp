@@ -21,8 +21,7 @@ bool userReadsChinese() {
 // The name that a process gives itself; that of an executable may be a mere helper's.
 std::string programBehind(const x11::Connection& connection, xcb_window_t window) {
     const auto process = x11::processOf(connection, window);
-    return process ? presentableText(factsOf(*process).shortName)
-                   : std::string();
+    return process ? presentableText(factsOf(*process).shortName) : std::string();
 }
 
 std::string asMarkup(const std::string& text) {
