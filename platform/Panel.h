@@ -4,7 +4,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <string_view>
+#include <string>
 
 namespace pelistra::ui {
 class Content;
@@ -41,6 +41,34 @@ enum class AnimationBehavior : std::int8_t { Default = 0, UtilityWindow = 4 };
 // What is drawn behind a panel's content.
 enum class PanelBackground : std::int8_t { WindowColor, Clear };
 
+// How a panel is made. Where a platform has only one kind of panel, above everything and on every
+// desktop, it has no use for most of it.
+struct PanelConfiguration {
+    // In points, at the origin.
+    Size contentSize;
+    std::uint32_t styleMask = 0;
+    // Not drawn when the style has no title bar, but told to the window system.
+    std::string title = {};
+    // What a screen reader calls it.
+    std::string accessibilityLabel = {};
+    std::int64_t level = 0;
+    // Whether it lies above the ordinary windows of its application.
+    bool isFloatingPanel = false;
+    // Whether it goes away while another application is active.
+    bool hidesOnDeactivate = true;
+    std::uint64_t collectionBehavior = 0;
+    // Whether its window covers what lies behind it wholly.
+    bool isOpaque = true;
+    PanelBackground background = PanelBackground::WindowColor;
+    bool hasShadow = true;
+    // How it comes and goes.
+    AnimationBehavior animationBehavior = AnimationBehavior::Default;
+    // Whether closing also destroys the platform's window.
+    bool isReleasedWhenClosed = true;
+
+    bool operator==(const PanelConfiguration&) const = default;
+};
+
 // A floating panel, made hidden. It is torn down when this object dies.
 class Panel {
 public:
@@ -49,26 +77,6 @@ public:
     Panel& operator=(const Panel&) = delete;
     virtual ~Panel() = default;
 
-    // Not drawn when the style has no title bar, but told to the window system.
-    virtual void setTitle(std::string_view title) = 0;
-    // What a screen reader calls it.
-    virtual void setAccessibilityLabel(std::string_view label) = 0;
-    // The next three say how the panel lies among other windows. A platform whose panels always lie
-    // above everything, on every desktop, has nothing to do for them.
-    virtual void setLevel(std::int64_t level) = 0;
-    // Whether it lies above the ordinary windows of its application.
-    virtual void setFloatingPanel(bool floating) = 0;
-    virtual void setCollectionBehavior(std::uint64_t behavior) = 0;
-    // Whether it goes away while another application is active.
-    virtual void setHidesOnDeactivate(bool hides) = 0;
-    // Whether its window covers what lies behind it wholly.
-    virtual void setOpaque(bool opaque) = 0;
-    virtual void setBackground(PanelBackground background) = 0;
-    virtual void setHasShadow(bool hasShadow) = 0;
-    // How it comes and goes.
-    virtual void setAnimationBehavior(AnimationBehavior behavior) = 0;
-    // Whether closing also destroys the platform's window.
-    virtual void setReleasedWhenClosed(bool released) = 0;
     // What the panel shows; shared with the panel until it dies.
     virtual void setContent(std::shared_ptr<ui::Content> content) = 0;
 
@@ -93,10 +101,8 @@ public:
     Panels& operator=(const Panels&) = delete;
     virtual ~Panels() = default;
 
-    // A panel with a content of that size in points, at the origin, buffered, not deferred; never
-    // null.
-    [[nodiscard]] virtual std::unique_ptr<Panel> panel(Size contentSize,
-                                                       std::uint32_t styleMask) = 0;
+    // Never null; buffered, not deferred.
+    [[nodiscard]] virtual std::unique_ptr<Panel> panel(const PanelConfiguration& configuration) = 0;
 };
 
 } // namespace pelistra

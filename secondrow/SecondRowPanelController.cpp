@@ -45,39 +45,39 @@ double panelWidth(std::size_t items, double available) {
     return std::min(upper, lower);
 }
 
+PanelConfiguration panelConfiguration() {
+    return {.contentSize = initialSize,
+            .styleMask = window_style::nonactivatingPanel,
+            .title = "Pelistra 第二行",
+            .accessibilityLabel = "Pelistra 第二行溢出栏",
+            .level = window_level::statusBar,
+            .isFloatingPanel = true,
+            // The user works elsewhere while the row is open.
+            .hidesOnDeactivate = false,
+            .collectionBehavior =
+                collection_behavior::canJoinAllSpaces | collection_behavior::transient |
+                collection_behavior::ignoresCycle | collection_behavior::fullScreenAuxiliary,
+            // The view draws its own rounded card.
+            .isOpaque = false,
+            .background = PanelBackground::Clear,
+            .hasShadow = true,
+            .animationBehavior = AnimationBehavior::UtilityWindow,
+            .isReleasedWhenClosed = false};
+}
+
 } // namespace
 
 SecondRowPanelController::SecondRowPanelController(const Platform& platform,
                                                    std::shared_ptr<OverflowStore> store)
     : mainQueue_(platform.mainQueue), screens_(platform.screens),
-      globalClicks_(platform.globalClicks),
-      panel_(platform.panels.panel(initialSize, window_style::nonactivatingPanel)),
+      globalClicks_(platform.globalClicks), panel_(platform.panels.panel(panelConfiguration())),
       store_(std::move(store)) {
-    configurePanel();
     installContent();
     panel_->orderOut();
     observeScreens();
 }
 
 SecondRowPanelController::~SecondRowPanelController() = default;
-
-void SecondRowPanelController::configurePanel() {
-    panel_->setTitle("Pelistra 第二行");
-    panel_->setAccessibilityLabel("Pelistra 第二行溢出栏");
-    panel_->setLevel(window_level::statusBar);
-    panel_->setFloatingPanel(true);
-    // The user works elsewhere while the row is open.
-    panel_->setHidesOnDeactivate(false);
-    panel_->setCollectionBehavior(
-        collection_behavior::canJoinAllSpaces | collection_behavior::transient |
-        collection_behavior::ignoresCycle | collection_behavior::fullScreenAuxiliary);
-    // The view draws its own rounded card.
-    panel_->setOpaque(false);
-    panel_->setBackground(PanelBackground::Clear);
-    panel_->setHasShadow(true);
-    panel_->setAnimationBehavior(AnimationBehavior::UtilityWindow);
-    panel_->setReleasedWhenClosed(false);
-}
 
 void SecondRowPanelController::installContent() {
     panel_->setContent(std::make_shared<SecondRowView>(

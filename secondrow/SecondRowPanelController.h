@@ -49,7 +49,6 @@ public:
     [[nodiscard]] const Panel& panel() const { return *panel_; }
 
 private:
-    void configurePanel();
     void installContent();
     void observeScreens();
     void watchClicksElsewhere();

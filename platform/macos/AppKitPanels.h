@@ -19,7 +19,7 @@ public:
     AppKitPanels(const HostingServices& services, Appearance appearance)
         : services_(services), appearance_(std::move(appearance)) {}
 
-    [[nodiscard]] std::unique_ptr<Panel> panel(Size contentSize, std::uint32_t styleMask) override;
+    [[nodiscard]] std::unique_ptr<Panel> panel(const PanelConfiguration& configuration) override;
 
 private:
     HostingServices services_;

@@ -29,16 +29,32 @@ NSColor* colorOf(PanelBackground background) {
 
 class AppKitPanel final : public Panel {
   public:
-    AppKitPanel(Size contentSize, std::uint32_t styleMask, const HostingServices& services,
+    AppKitPanel(const PanelConfiguration& configuration, const HostingServices& services,
                 AppKitPanels::Appearance appearance)
         : services_(services), appearance_(std::move(appearance)),
           panel_(Owned<NSPanel*>::adopt([[NSPanel alloc]
-              initWithContentRect:NSMakeRect(0, 0, contentSize.width, contentSize.height)
-                        styleMask:static_cast<NSWindowStyleMask>(styleMask)
+              initWithContentRect:NSMakeRect(0, 0, configuration.contentSize.width,
+                                             configuration.contentSize.height)
+                        styleMask:static_cast<NSWindowStyleMask>(configuration.styleMask)
                           backing:NSBackingStoreBuffered
                             defer:NO])) {
+        NSPanel* const panel = panel_.get();
+        [panel setTitle:nsString(configuration.title)];
+        [panel setAccessibilityLabel:nsString(configuration.accessibilityLabel)];
+        // First, because it gives the panel a level of its own.
+        [panel setFloatingPanel:(configuration.isFloatingPanel ? YES : NO)];
+        [panel setLevel:static_cast<NSWindowLevel>(configuration.level)];
+        [panel setHidesOnDeactivate:(configuration.hidesOnDeactivate ? YES : NO)];
+        [panel setCollectionBehavior:static_cast<NSWindowCollectionBehavior>(
+                                         configuration.collectionBehavior)];
+        [panel setOpaque:(configuration.isOpaque ? YES : NO)];
+        [panel setBackgroundColor:colorOf(configuration.background)];
+        [panel setHasShadow:(configuration.hasShadow ? YES : NO)];
+        [panel setAnimationBehavior:static_cast<NSWindowAnimationBehavior>(
+                                        configuration.animationBehavior)];
+        [panel setReleasedWhenClosed:(configuration.isReleasedWhenClosed ? YES : NO)];
         // The application is never the active one while its panel is used.
-        [panel_.get() setAllowsToolTipsWhenApplicationIsInactive:YES];
+        [panel setAllowsToolTipsWhenApplicationIsInactive:YES];
     }
     AppKitPanel(const AppKitPanel&) = delete;
     AppKitPanel& operator=(const AppKitPanel&) = delete;
@@ -48,38 +64,6 @@ class AppKitPanel final : public Panel {
         [panel_.get() orderOut:nil];
     }
 
-    void setTitle(std::string_view title) override { [panel_.get() setTitle:nsString(title)]; }
-    void setAccessibilityLabel(std::string_view label) override {
-        [panel_.get() setAccessibilityLabel:nsString(label)];
-    }
-    void setLevel(std::int64_t level) override {
-        [panel_.get() setLevel:static_cast<NSWindowLevel>(level)];
-    }
-    void setFloatingPanel(bool floating) override {
-        // Which would give the panel a level of its own.
-        const NSWindowLevel level = [panel_.get() level];
-        [panel_.get() setFloatingPanel:(floating ? YES : NO)];
-        [panel_.get() setLevel:level];
-    }
-    void setHidesOnDeactivate(bool hides) override {
-        [panel_.get() setHidesOnDeactivate:(hides ? YES : NO)];
-    }
-    void setCollectionBehavior(std::uint64_t behavior) override {
-        [panel_.get() setCollectionBehavior:static_cast<NSWindowCollectionBehavior>(behavior)];
-    }
-    void setOpaque(bool opaque) override { [panel_.get() setOpaque:(opaque ? YES : NO)]; }
-    void setBackground(PanelBackground background) override {
-        [panel_.get() setBackgroundColor:colorOf(background)];
-    }
-    void setHasShadow(bool hasShadow) override {
-        [panel_.get() setHasShadow:(hasShadow ? YES : NO)];
-    }
-    void setAnimationBehavior(AnimationBehavior behavior) override {
-        [panel_.get() setAnimationBehavior:static_cast<NSWindowAnimationBehavior>(behavior)];
-    }
-    void setReleasedWhenClosed(bool released) override {
-        [panel_.get() setReleasedWhenClosed:(released ? YES : NO)];
-    }
     void setContent(std::shared_ptr<ui::Content> content) override {
         const auto view = makeHostingView(std::move(content), services_);
         [panel_.get() setContentView:view.get()];
@@ -111,8 +95,8 @@ class AppKitPanel final : public Panel {
 
 } // namespace
 
-std::unique_ptr<Panel> AppKitPanels::panel(Size contentSize, std::uint32_t styleMask) {
-    return std::make_unique<AppKitPanel>(contentSize, styleMask, services_, appearance_);
+std::unique_ptr<Panel> AppKitPanels::panel(const PanelConfiguration& configuration) {
+    return std::make_unique<AppKitPanel>(configuration, services_, appearance_);
 }
 
 } // namespace pelistra::macos

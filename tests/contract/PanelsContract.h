@@ -17,9 +17,9 @@ template <class Backend>
 class PanelsContract : public ::testing::Test {
 protected:
     [[nodiscard]] std::unique_ptr<Panel> makePanel() {
-        auto panel =
-            backend_.panels().panel({.width = 200, .height = 78}, window_style::nonactivatingPanel);
-        panel->setTitle("Pelistra 第二行");
+        auto panel = backend_.panels().panel({.contentSize = {.width = 200, .height = 78},
+                                              .styleMask = window_style::nonactivatingPanel,
+                                              .title = "Pelistra 第二行"});
         panel->setFrameOrigin({.x = 100, .y = 300});
         return panel;
     }

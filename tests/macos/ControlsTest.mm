@@ -127,11 +127,12 @@ TEST_F(ControlsTest, AContentButtonDrawsItselfAndIsPressedInsideItsOutline) {
 
 TEST_F(ControlsTest, AButtonForgetsThePointerWhenItsPanelGoes) {
     AppKitPanels panels({}, [] { return static_cast<NSAppearance*>(nil); });
-    const auto panel = panels.panel({.width = 100, .height = 60}, window_style::nonactivatingPanel);
-    panel->setReleasedWhenClosed(false);
+    const auto panel = panels.panel({.contentSize = {.width = 100, .height = 60},
+                                     .styleMask = window_style::nonactivatingPanel,
+                                     .title = "hover",
+                                     .isReleasedWhenClosed = false});
     showContentButton();
     PelistraContentButton* button = contentButton();
-    panel->setTitle("hover");
     NSWindow* native = nil;
     for (NSWindow* window in [NSApp windows]) {
         native = [[window title] isEqual:@"hover"] ? window : native;

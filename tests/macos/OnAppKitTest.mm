@@ -97,12 +97,12 @@ TEST_F(OnAppKitTest, TheGuideIsGoneOnceItIsCompleted) {
 }
 
 TEST_F(OnAppKitTest, APanelKeepsItsLevelAndShowsToolTips) {
-    const auto panel =
-        panels_.panel({.width = 420, .height = 78}, window_style::nonactivatingPanel);
-    panel->setTitle("第二行");
-    panel->setLevel(25);
-    panel->setFloatingPanel(true);
-    panel->setReleasedWhenClosed(false);
+    const auto panel = panels_.panel({.contentSize = {.width = 420, .height = 78},
+                                      .styleMask = window_style::nonactivatingPanel,
+                                      .title = "第二行",
+                                      .level = 25,
+                                      .isFloatingPanel = true,
+                                      .isReleasedWhenClosed = false});
     NSWindow* native = windowTitled(@"第二行");
     EXPECT_EQ([native level], 25);
     EXPECT_TRUE([native allowsToolTipsWhenApplicationIsInactive]);

@@ -18,50 +18,6 @@ public:
         record_->content = nullptr;
     }
 
-    void setTitle(std::string_view title) override {
-        note("title", std::string(title));
-        record_->title = title;
-    }
-    void setAccessibilityLabel(std::string_view label) override {
-        note("accessibilityLabel", std::string(label));
-        record_->accessibilityLabel = label;
-    }
-    void setLevel(std::int64_t level) override {
-        note("level", std::to_string(level));
-        record_->level = level;
-    }
-    void setFloatingPanel(bool floating) override {
-        note("isFloatingPanel", flag(floating));
-        record_->floatingPanel = floating;
-    }
-    void setHidesOnDeactivate(bool hides) override {
-        note("hidesOnDeactivate", flag(hides));
-        record_->hidesOnDeactivate = hides;
-    }
-    void setCollectionBehavior(std::uint64_t behavior) override {
-        note("collectionBehavior", std::to_string(behavior));
-        record_->collectionBehavior = behavior;
-    }
-    void setOpaque(bool opaque) override {
-        note("isOpaque", flag(opaque));
-        record_->opaque = opaque;
-    }
-    void setBackground(PanelBackground background) override {
-        note("background", background == PanelBackground::Clear ? "clear" : "window");
-        record_->background = background;
-    }
-    void setHasShadow(bool hasShadow) override {
-        note("hasShadow", flag(hasShadow));
-        record_->hasShadow = hasShadow;
-    }
-    void setAnimationBehavior(AnimationBehavior behavior) override {
-        note("animationBehavior", std::to_string(static_cast<int>(behavior)));
-        record_->animationBehavior = behavior;
-    }
-    void setReleasedWhenClosed(bool released) override {
-        note("isReleasedWhenClosed", flag(released));
-        record_->releasedWhenClosed = released;
-    }
     void setContent(std::shared_ptr<ui::Content> content) override {
         journal_.note("panel.content");
         record_->content = std::move(content);
@@ -95,12 +51,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<Panel> FakePanels::panel(Size contentSize, std::uint32_t styleMask) {
-    journal_.note("panel(" + dimensions(contentSize) + ", style " + std::to_string(styleMask) +
-                  ")");
+std::unique_ptr<Panel> FakePanels::panel(const PanelConfiguration& configuration) {
+    journal_.note("panel(" + dimensions(configuration.contentSize) + ", style " +
+                  std::to_string(configuration.styleMask) + ")");
     auto record = std::make_shared<FakePanelRecord>();
-    record->contentSize = contentSize;
-    record->styleMask = styleMask;
+    record->configuration = configuration;
+    record->contentSize = configuration.contentSize;
     made.push_back(record);
     return std::make_unique<FakePanel>(journal_, std::move(record));
 }

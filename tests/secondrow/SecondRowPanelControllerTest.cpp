@@ -31,14 +31,22 @@ TEST_F(SecondRowPanelControllerTest, BuildsAndConfiguresThePanelInOrder) {
     controller_.reset();
     fakes_.journal.clear();
     controller_ = std::make_unique<SecondRowPanelController>(fakes_.platform, store_);
-    EXPECT_THAT(fakes_.journal.entries(),
-                ElementsAre("panel(420 x 78, style 128)", "panel.title = Pelistra 第二行",
-                            "panel.accessibilityLabel = Pelistra 第二行溢出栏", "panel.level = 25",
-                            "panel.isFloatingPanel = true", "panel.hidesOnDeactivate = false",
-                            "panel.collectionBehavior = 329", "panel.isOpaque = false",
-                            "panel.background = clear", "panel.hasShadow = true",
-                            "panel.animationBehavior = 4", "panel.isReleasedWhenClosed = false",
-                            "panel.content", "panel.orderOut", "screens.observe"));
+    EXPECT_THAT(fakes_.journal.entries(), ElementsAre("panel(420 x 78, style 128)", "panel.content",
+                                                      "panel.orderOut", "screens.observe"));
+    EXPECT_EQ(fakes_.panels.made.back()->configuration,
+              (PanelConfiguration{.contentSize = {.width = 420, .height = 78},
+                                  .styleMask = 128,
+                                  .title = "Pelistra 第二行",
+                                  .accessibilityLabel = "Pelistra 第二行溢出栏",
+                                  .level = 25,
+                                  .isFloatingPanel = true,
+                                  .hidesOnDeactivate = false,
+                                  .collectionBehavior = 329,
+                                  .isOpaque = false,
+                                  .background = PanelBackground::Clear,
+                                  .hasShadow = true,
+                                  .animationBehavior = AnimationBehavior{4},
+                                  .isReleasedWhenClosed = false}));
 }
 
 TEST_F(SecondRowPanelControllerTest, StartsHiddenWithoutMonitorAndCallbacks) {

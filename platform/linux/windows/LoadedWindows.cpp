@@ -47,17 +47,6 @@ class AbsentPanel final : public Panel {
 public:
     explicit AbsentPanel(Complaint complaint) : complaint_(std::move(complaint)) {}
 
-    void setTitle(std::string_view /*title*/) override {}
-    void setAccessibilityLabel(std::string_view /*label*/) override {}
-    void setLevel(std::int64_t /*level*/) override {}
-    void setFloatingPanel(bool /*floating*/) override {}
-    void setCollectionBehavior(std::uint64_t /*behavior*/) override {}
-    void setHidesOnDeactivate(bool /*hides*/) override {}
-    void setOpaque(bool /*opaque*/) override {}
-    void setBackground(PanelBackground /*background*/) override {}
-    void setHasShadow(bool /*hasShadow*/) override {}
-    void setAnimationBehavior(AnimationBehavior /*behavior*/) override {}
-    void setReleasedWhenClosed(bool /*released*/) override {}
     void setContent(std::shared_ptr<ui::Content> /*content*/) override {}
     void setContentSize(Size /*size*/) override {}
     void setFrameOrigin(ScreenPoint /*origin*/) override {}
@@ -101,9 +90,9 @@ std::unique_ptr<Window> LoadedWindows::window(Size contentSize, std::uint32_t st
     return std::make_unique<AbsentWindow>(Complaint(logger_, failure_));
 }
 
-std::unique_ptr<Panel> LoadedWindows::panel(Size contentSize, std::uint32_t styleMask) {
+std::unique_ptr<Panel> LoadedWindows::panel(const PanelConfiguration& configuration) {
     if (WindowsModule* const module = load()) {
-        return module->panels().panel(contentSize, styleMask);
+        return module->panels().panel(configuration);
     }
     return std::make_unique<AbsentPanel>(Complaint(logger_, failure_));
 }

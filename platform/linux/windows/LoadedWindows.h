@@ -23,7 +23,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<Window> window(Size contentSize,
                                                  std::uint32_t styleMask) override;
-    [[nodiscard]] std::unique_ptr<Panel> panel(Size contentSize, std::uint32_t styleMask) override;
+    [[nodiscard]] std::unique_ptr<Panel> panel(const PanelConfiguration& configuration) override;
 
     // Null while nothing has asked for it.
     [[nodiscard]] WindowsModule* loaded() const { return module_.get(); }

@@ -30,8 +30,9 @@ struct LaterDeleter {
 
 class QtPanel final : public Panel {
 public:
-    QtPanel(QtPanels& panels, Size contentSize)
-        : panels_(panels), size_(contentSize),
+    QtPanel(QtPanels& panels, const PanelConfiguration& configuration)
+        : panels_(panels), size_(configuration.contentSize), title_(textOf(configuration.title)),
+          label_(textOf(configuration.accessibilityLabel)), hasShadow_(configuration.hasShadow),
           lookChanges_(panels.services_.look.observe([this](const Look& /*look*/) {
               if (window_ != nullptr) {
                   window_->contentLookChanges();
@@ -43,21 +44,6 @@ public:
               }
           })) {}
 
-    void setTitle(std::string_view title) override { title_ = textOf(title); }
-    void setAccessibilityLabel(std::string_view label) override { label_ = textOf(label); }
-    // Every panel floats above all windows, on every desktop, and stays there whoever is active:
-    // there is no other kind on this system.
-    void setLevel(std::int64_t /*level*/) override {}
-    void setFloatingPanel(bool /*floating*/) override {}
-    void setHidesOnDeactivate(bool /*hides*/) override {}
-    void setCollectionBehavior(std::uint64_t /*behavior*/) override {}
-    // The outline is what the content draws, so these are known without being told.
-    void setOpaque(bool /*opaque*/) override {}
-    void setBackground(PanelBackground /*background*/) override {}
-    void setHasShadow(bool hasShadow) override { hasShadow_ = hasShadow; }
-    void setAnimationBehavior(AnimationBehavior /*behavior*/) override {}
-    // The window lives as long as this object.
-    void setReleasedWhenClosed(bool /*released*/) override {}
     void setContent(std::shared_ptr<ui::Content> content) override {
         const bool wasVisible = isVisible();
         window_.reset();
@@ -123,7 +109,7 @@ private:
     ScreenPoint origin_;
     QString title_;
     QString label_;
-    bool hasShadow_ = true;
+    bool hasShadow_;
     std::shared_ptr<ui::Content> content_;
     std::unique_ptr<PanelWindow, LaterDeleter> window_;
     SubscriptionPtr lookChanges_;
@@ -139,8 +125,8 @@ QtPanels::~QtPanels() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-std::unique_ptr<Panel> QtPanels::panel(Size contentSize, std::uint32_t /*styleMask*/) {
-    return std::make_unique<QtPanel>(*this, contentSize);
+std::unique_ptr<Panel> QtPanels::panel(const PanelConfiguration& configuration) {
+    return std::make_unique<QtPanel>(*this, configuration);
 }
 
 } // namespace pelistra::linux

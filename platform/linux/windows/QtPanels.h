@@ -30,7 +30,9 @@ struct PanelServices {
 };
 
 // Floating panels on Qt Widgets. A panel costs nothing until it is first shown; then its window is
-// kept for the next time. One that is on the screen follows compositors that come and go.
+// kept for the next time. One that is on the screen follows compositors that come and go. Every
+// panel floats above all windows, on every desktop, whoever is active, and its outline is what the
+// content draws: there is no other kind on this system.
 class QtPanels final : public Panels {
 public:
     explicit QtPanels(PanelServices services);
@@ -38,7 +40,7 @@ public:
     QtPanels& operator=(const QtPanels&) = delete;
     ~QtPanels() override;
 
-    [[nodiscard]] std::unique_ptr<Panel> panel(Size contentSize, std::uint32_t styleMask) override;
+    [[nodiscard]] std::unique_ptr<Panel> panel(const PanelConfiguration& configuration) override;
 
 private:
     friend class QtPanel;

@@ -70,10 +70,11 @@ protected:
         : QtOnDisplay(options, scaleFactor) {}
 
     [[nodiscard]] std::unique_ptr<Panel> makePanel() {
-        auto panel = panels_.panel({.width = 420, .height = 78}, window_style::nonactivatingPanel);
-        panel->setTitle(panelTitle);
-        panel->setAccessibilityLabel("Pelistra 第二行溢出栏");
-        panel->setHasShadow(true);
+        auto panel = panels_.panel({.contentSize = {.width = 420, .height = 78},
+                                    .styleMask = window_style::nonactivatingPanel,
+                                    .title = panelTitle,
+                                    .accessibilityLabel = "Pelistra 第二行溢出栏",
+                                    .hasShadow = true});
         panel->setContent(std::make_shared<NoContent>());
         return panel;
     }
