@@ -13,10 +13,6 @@ namespace {
 template <class T>
 using Owned = std::unique_ptr<T, CairoDeleter>;
 
-void setColor(cairo_t* context, const Color& color) {
-    cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
-}
-
 void addStop(cairo_pattern_t* pattern, double offset, const Color& color) {
     cairo_pattern_add_color_stop_rgba(pattern, offset, color.red, color.green, color.blue,
                                       color.alpha);
@@ -49,21 +45,6 @@ void addRoundedBox(cairo_t* context, const Box& box, double radius) {
 constexpr double fontSizeInPoints = 13;
 // Between the application's name and the title.
 constexpr double titleGapInPoints = 10;
-
-Owned<PangoLayout> makeLayout(cairo_t* context, const std::string& text, bool bold,
-                              const Metrics& metrics) {
-    Owned<PangoLayout> layout(pango_cairo_create_layout(context));
-    const Owned<PangoFontDescription> font(pango_font_description_new());
-    pango_font_description_set_family_static(font.get(), "Sans");
-    pango_font_description_set_weight(font.get(), bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-    pango_font_description_set_absolute_size(font.get(),
-                                             metrics.pixels(fontSizeInPoints) * PANGO_SCALE);
-    pango_layout_set_font_description(layout.get(), font.get());
-    pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
-    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
-    pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
-    return layout;
-}
 
 // Draws at `x`, at most up to `limit`; returns where the text ends.
 int drawText(cairo_t* context, PangoLayout* layout, int x, int limit, int height) {
@@ -114,16 +95,17 @@ ArgbImage titleImage(const BarTitle& title, int width, const Palette& palette,
     if (width < metrics.barHeight() || (title.application.empty() && title.title.empty())) {
         return {};
     }
+    const int size = metrics.pixels(fontSizeInPoints);
     Canvas canvas(width, height);
     int x = 0;
     if (!title.application.empty()) {
-        const auto layout = makeLayout(canvas.get(), title.application, true, metrics);
+        const auto layout = textLayout(canvas.get(), title.application, size, Weight::Bold);
         setColor(canvas.get(), palette.text);
         x = drawText(canvas.get(), layout.get(), x, width, height) +
             metrics.pixels(titleGapInPoints);
     }
     if (!title.title.empty() && width - x >= metrics.barHeight()) {
-        const auto layout = makeLayout(canvas.get(), title.title, false, metrics);
+        const auto layout = textLayout(canvas.get(), title.title, size);
         setColor(canvas.get(), palette.quietText);
         drawText(canvas.get(), layout.get(), x, width, height);
     }

@@ -7,7 +7,7 @@
 namespace pelistra::menubar {
 
 Atoms::Atoms(const x11::Connection& connection) {
-    const std::string tray = traySelectionName(connection.screenNumber());
+    const std::string tray = x11::traySelectionName(connection.screenNumber());
     const std::string settings = "_XSETTINGS_S" + std::to_string(connection.screenNumber());
     const std::array<std::string_view, static_cast<std::size_t>(Atom::Count)> names{
         "MANAGER",
@@ -37,10 +37,6 @@ Atoms::Atoms(const x11::Connection& connection) {
         settings,
     };
     x11::internAtoms(connection, names, atoms_);
-}
-
-std::string traySelectionName(int screenNumber) {
-    return "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber);
 }
 
 } // namespace pelistra::menubar

@@ -51,7 +51,4 @@ private:
     std::array<xcb_atom_t, static_cast<std::size_t>(Atom::Count)> atoms_{};
 };
 
-// "_NET_SYSTEM_TRAY_S0" for screen 0.
-[[nodiscard]] std::string traySelectionName(int screenNumber);
-
 } // namespace pelistra::menubar

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <pango/pangocairo.h>
@@ -20,6 +21,18 @@ struct CairoDeleter {
 };
 
 using SurfacePtr = std::unique_ptr<cairo_surface_t, CairoDeleter>;
+using LayoutPtr = std::unique_ptr<PangoLayout, CairoDeleter>;
+
+inline void setColor(cairo_t* context, const Color& color) {
+    cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
+}
+
+enum class Weight { Normal, Bold };
+
+// A text in the bar's font, `size` device pixels high, on one line that ends in an ellipsis where
+// it is cut.
+[[nodiscard]] LayoutPtr textLayout(cairo_t* context, std::string_view text, double size,
+                                   Weight weight = Weight::Normal);
 
 // A surface over the pixels of an image, which must outlive it.
 [[nodiscard]] inline SurfacePtr surfaceOver(ArgbImage& image) {

@@ -19,21 +19,6 @@ constexpr double labelGapInPoints = 4;
 // A label may make the slot so much wider.
 constexpr double longestLabelInPoints = 160;
 
-using LayoutPtr = std::unique_ptr<PangoLayout, CairoDeleter>;
-
-LayoutPtr makeLayout(cairo_t* context, const std::string& text, double size, bool bold) {
-    LayoutPtr layout(pango_cairo_create_layout(context));
-    const std::unique_ptr<PangoFontDescription, CairoDeleter> font(pango_font_description_new());
-    pango_font_description_set_family_static(font.get(), "Sans");
-    pango_font_description_set_weight(font.get(), bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-    pango_font_description_set_absolute_size(font.get(), size * PANGO_SCALE);
-    pango_layout_set_font_description(layout.get(), font.get());
-    pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
-    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
-    pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
-    return layout;
-}
-
 struct Extent {
     int width = 0;
     int height = 0;
@@ -43,10 +28,6 @@ Extent extentOf(PangoLayout* layout) {
     Extent extent;
     pango_layout_get_pixel_size(layout, &extent.width, &extent.height);
     return extent;
-}
-
-void setColor(cairo_t* context, const Color& color) {
-    cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
 }
 
 void paintAt(cairo_t* context, ArgbImage& image, int x, int y) {
@@ -64,7 +45,7 @@ ArgbImage standIn(const std::string& name, const Palette& palette, int side) {
     setColor(canvas.get(), palette.quietText);
     cairo_fill(canvas.get());
     const std::string letter = name.substr(0, x11::firstCharacter(name + ' ').length);
-    const LayoutPtr layout = makeLayout(canvas.get(), letter, side * letterShare, true);
+    const LayoutPtr layout = textLayout(canvas.get(), letter, side * letterShare, Weight::Bold);
     const Extent extent = extentOf(layout.get());
     cairo_move_to(canvas.get(), (side - extent.width) / 2.0, (side - extent.height) / 2.0);
     setColor(canvas.get(), palette.top);
@@ -77,8 +58,7 @@ int labelWidth(const std::string& label, const Metrics& metrics) {
         return 0;
     }
     const Canvas measure(1, 1);
-    const LayoutPtr layout =
-        makeLayout(measure.get(), label, metrics.pixels(labelSizeInPoints), false);
+    const LayoutPtr layout = textLayout(measure.get(), label, metrics.pixels(labelSizeInPoints));
     return std::min(extentOf(layout.get()).width, metrics.pixels(longestLabelInPoints));
 }
 
@@ -107,7 +87,7 @@ ArgbImage slotImage(const SlotContent& content, const Palette& palette, const Me
     }
     if (text > 0) {
         const LayoutPtr layout =
-            makeLayout(canvas.get(), content.label, metrics.pixels(labelSizeInPoints), false);
+            textLayout(canvas.get(), content.label, metrics.pixels(labelSizeInPoints));
         pango_layout_set_width(layout.get(), text * PANGO_SCALE);
         const Extent extent = extentOf(layout.get());
         cairo_move_to(canvas.get(), width - text - gap, (height - extent.height) / 2.0);

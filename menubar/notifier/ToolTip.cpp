@@ -25,21 +25,13 @@ constexpr Color darkInk{.red = 0.125, .green = 0.125, .blue = 0.133};
 // Instance and class, each with its final zero.
 constexpr std::string_view windowClass{"pelistra-menubar\0Pelistra-menubar\0", 34};
 
-using LayoutPtr = std::unique_ptr<PangoLayout, CairoDeleter>;
-
 std::string wholeText(const ToolTipText& text) {
     return text.title + (text.title.empty() || text.text.empty() ? "" : "\n") + text.text;
 }
 
 LayoutPtr makeLayout(cairo_t* context, const ToolTipText& text, const Metrics& metrics, int width) {
-    LayoutPtr layout(pango_cairo_create_layout(context));
-    const std::unique_ptr<PangoFontDescription, CairoDeleter> font(pango_font_description_new());
-    pango_font_description_set_family_static(font.get(), "Sans");
-    pango_font_description_set_absolute_size(font.get(),
-                                             metrics.pixels(textSizeInPoints) * PANGO_SCALE);
-    pango_layout_set_font_description(layout.get(), font.get());
-    const std::string both = wholeText(text);
-    pango_layout_set_text(layout.get(), both.data(), static_cast<int>(both.size()));
+    LayoutPtr layout = textLayout(context, wholeText(text), metrics.pixels(textSizeInPoints));
+    pango_layout_set_single_paragraph_mode(layout.get(), FALSE);
     if (!text.title.empty() && !text.text.empty()) {
         const std::unique_ptr<PangoAttrList, CairoDeleter> attributes(pango_attr_list_new());
         PangoAttribute* const bold = pango_attr_weight_new(PANGO_WEIGHT_SEMIBOLD);
@@ -51,13 +43,8 @@ LayoutPtr makeLayout(cairo_t* context, const ToolTipText& text, const Metrics& m
     pango_layout_set_width(layout.get(), width * PANGO_SCALE);
     // So many lines of each paragraph.
     constexpr int mostLines = 4;
-    pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
     pango_layout_set_height(layout.get(), -mostLines);
     return layout;
-}
-
-void fillWith(cairo_t* context, const Color& color) {
-    cairo_set_source_rgb(context, color.red, color.green, color.blue);
 }
 
 } // namespace
@@ -73,7 +60,7 @@ ArgbImage toolTipImage(const ToolTipText& text, bool dark, const Metrics& metric
                                        nullptr, &extent);
     }
     Canvas canvas(extent.width + 2 * side, extent.height + 2 * above);
-    fillWith(canvas.get(), dark ? darkField : lightField);
+    setColor(canvas.get(), dark ? darkField : lightField);
     cairo_paint(canvas.get());
     // Without a compositor nothing else sets it off from what lies below.
     constexpr double edgeAlpha = 0.18;
@@ -86,7 +73,7 @@ ArgbImage toolTipImage(const ToolTipText& text, bool dark, const Metrics& metric
     const LayoutPtr layout = makeLayout(canvas.get(), text, metrics, width);
     // Lines of right-to-left scripts begin at the width's other end.
     cairo_move_to(canvas.get(), side - extent.x, above - extent.y);
-    fillWith(canvas.get(), ink);
+    setColor(canvas.get(), ink);
     pango_cairo_show_layout(canvas.get(), layout.get());
     return canvas.finish();
 }

@@ -18,4 +18,8 @@ void internAtoms(const Connection& connection, std::span<const std::string_view>
     }
 }
 
+std::string traySelectionName(int screenNumber) {
+    return "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber);
+}
+
 } // namespace pelistra::x11

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace pelistra::x11 {
@@ -21,5 +22,8 @@ template <std::size_t N>
     internAtoms(connection, names, atoms);
     return atoms;
 }
+
+// The selection whose owner is the tray of a screen: "_NET_SYSTEM_TRAY_S0" of screen 0.
+[[nodiscard]] std::string traySelectionName(int screenNumber);
 
 } // namespace pelistra::x11

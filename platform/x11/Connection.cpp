@@ -171,6 +171,10 @@ bool Connection::hasAccepted(xcb_void_cookie_t cookie) const {
     return error == nullptr;
 }
 
+void Connection::ignoreErrorOf(xcb_void_cookie_t cookie) const {
+    xcb_discard_reply(connection_, cookie.sequence);
+}
+
 bool Connection::sync() const {
     return take<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_)) != nullptr;
 }

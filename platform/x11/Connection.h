@@ -76,6 +76,8 @@ public:
     }
     // Whether the server has carried out a _checked request that has no answer.
     [[nodiscard]] bool hasAccepted(xcb_void_cookie_t cookie) const;
+    // Keeps the error of a _checked request, if it has one, from coming as an event.
+    void ignoreErrorOf(xcb_void_cookie_t cookie) const;
     // Whether the server has handled everything that was sent until now.
     bool sync() const; // NOLINT(modernize-use-nodiscard): it can be enough to have waited
     // An extension that the server has; null for others, or when it did not answer.

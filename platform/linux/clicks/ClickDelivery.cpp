@@ -1,13 +1,12 @@
 #include "platform/linux/clicks/ClickDelivery.h"
 
 #include "platform/linux/clicks/WindowsAt.h"
+#include "platform/x11/Atoms.h"
 #include "platform/x11/Clients.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
-
-#include <xcb/xcbext.h>
 
 namespace pelistra::linux {
 
@@ -53,7 +52,7 @@ bool ClickDelivery::belongsTo(WindowId window, ProcessId process) {
 
 // A window of the tray itself stands for a program that has none: the tray passes clicks on.
 bool ClickDelivery::isLent(WindowId window) {
-    const auto name = "_NET_SYSTEM_TRAY_S" + std::to_string(connection_->screenNumber());
+    const auto name = x11::traySelectionName(connection_->screenNumber());
     const auto selection = replies_.take<xcb_intern_atom_reply_t>(xcb_intern_atom(
         connection_->get(), 1, static_cast<std::uint16_t>(name.size()), name.c_str()));
     const auto owner = selection ? replies_.take<xcb_get_selection_owner_reply_t>(
@@ -165,7 +164,7 @@ void ClickDelivery::sendButton(std::uint8_t type, const Target& target, RootPlac
         .pad0 = 0};
     // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
     const auto* const bytes = reinterpret_cast<const char*>(&event);
-    ignoreErrorOf(xcb_send_event_checked(
+    connection_->ignoreErrorOf(xcb_send_event_checked(
         connection_->get(), 0, target.window,
         isRelease ? XCB_EVENT_MASK_BUTTON_RELEASE : XCB_EVENT_MASK_BUTTON_PRESS, bytes));
 }
@@ -189,7 +188,7 @@ void ClickDelivery::sendCrossing(const Target& target, RootPlace place) {
                                          .state = 0,
                                          .mode = XCB_NOTIFY_MODE_NORMAL,
                                          .same_screen_focus = sameScreen};
-    ignoreErrorOf(xcb_send_event_checked(
+    connection_->ignoreErrorOf(xcb_send_event_checked(
         connection_->get(), 0, target.window, XCB_EVENT_MASK_ENTER_WINDOW,
         // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
         reinterpret_cast<const char*>(&event)));
@@ -219,10 +218,6 @@ bool ClickDelivery::pressWithDevice(WindowId window, RootPlace place) {
     device_.moveTo(place);
     device_.press(menuButton);
     return true;
-}
-
-void ClickDelivery::ignoreErrorOf(xcb_void_cookie_t request) const {
-    xcb_discard_reply(connection_->get(), request.sequence);
 }
 
 } // namespace pelistra::linux

@@ -77,8 +77,6 @@ private:
     void sendCrossing(const Target& target, RootPlace place);
     [[nodiscard]] bool pressWithDevice(WindowId window, RootPlace place);
 
-    void ignoreErrorOf(xcb_void_cookie_t request) const;
-
     const x11::Connection* connection_;
     Logger logger_;
     x11::Replies replies_;

@@ -7,8 +7,6 @@
 #include <array>
 #include <vector>
 
-#include <xcb/xcbext.h>
-
 namespace pelistra::linux {
 
 namespace {
@@ -78,8 +76,8 @@ void MenuWatch::end() {
         return;
     }
     if (menu_->keyboardIsGrabbed) {
-        ignoreErrorOf(xcb_input_xi_ungrab_device_checked(connection_->get(), XCB_CURRENT_TIME,
-                                                         device_->userKeyboard()));
+        connection_->ignoreErrorOf(xcb_input_xi_ungrab_device_checked(
+            connection_->get(), XCB_CURRENT_TIME, device_->userKeyboard()));
     }
     for (const std::uint8_t key : menu_->heldKeys) {
         device_->releaseKey(key);
@@ -96,8 +94,8 @@ void MenuWatch::selectRawPresses(bool on) const {
     } const events{.header = {.deviceid = allMasterDevices, .mask_len = 1},
                    .mask = on ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS}
                               : std::uint32_t{0}};
-    ignoreErrorOf(xcb_input_xi_select_events_checked(connection_->get(), connection_->root(), 1,
-                                                     &events.header));
+    connection_->ignoreErrorOf(xcb_input_xi_select_events_checked(
+        connection_->get(), connection_->root(), 1, &events.header));
 }
 
 // The keyboard is grabbed synchronously: it waits at each key for what we decide, so that a key
@@ -117,8 +115,8 @@ bool MenuWatch::grabUserKeyboard() {
 }
 
 void MenuWatch::allowKey(std::uint8_t mode) const {
-    ignoreErrorOf(xcb_input_xi_allow_events_checked(connection_->get(), XCB_CURRENT_TIME,
-                                                    device_->userKeyboard(), mode, 0, XCB_NONE));
+    connection_->ignoreErrorOf(xcb_input_xi_allow_events_checked(
+        connection_->get(), XCB_CURRENT_TIME, device_->userKeyboard(), mode, 0, XCB_NONE));
     connection_->flush();
 }
 
@@ -230,10 +228,6 @@ void MenuWatch::check() {
         clickOutside(*menu_->clickedOutside);
         checkSoon();
     }
-}
-
-void MenuWatch::ignoreErrorOf(xcb_void_cookie_t request) const {
-    xcb_discard_reply(connection_->get(), request.sequence);
 }
 
 } // namespace pelistra::linux

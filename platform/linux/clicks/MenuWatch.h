@@ -69,7 +69,6 @@ private:
     // Whether the server let us.
     [[nodiscard]] bool grabUserKeyboard();
     void allowKey(std::uint8_t mode) const;
-    void ignoreErrorOf(xcb_void_cookie_t request) const;
 
     const x11::Connection* connection_;
     x11::Replies* replies_;

@@ -11,7 +11,6 @@
 
 #include <csignal>
 #include <unistd.h>
-#include <xcb/xcbext.h>
 #include <xcb/xtest.h>
 
 namespace pelistra::linux {
@@ -155,7 +154,7 @@ void PointerDevice::add(const std::string& name) const {
         reinterpret_cast<std::uint8_t*>(buffer.data()); // NOLINT(*-reinterpret-cast)
     std::memcpy(bytes, &header, sizeof(header));
     std::ranges::copy(name, bytes + sizeof(header));
-    ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
+    connection_->ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
         connection_->get(), 1,
         // NOLINTNEXTLINE(*-reinterpret-cast): the request takes changes of several shapes.
         reinterpret_cast<const xcb_input_hierarchy_change_t*>(buffer.data())));
@@ -178,7 +177,7 @@ void PointerDevice::remove(xcb_input_device_id_t pointer,
         .pad0 = 0,
         .return_pointer = firstOf(XCB_INPUT_DEVICE_TYPE_MASTER_POINTER),
         .return_keyboard = firstOf(XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD)};
-    ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
+    connection_->ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
         connection_->get(), 1,
         // NOLINTNEXTLINE(*-reinterpret-cast): the request takes changes of several shapes.
         reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change)));
@@ -195,7 +194,8 @@ void PointerDevice::hideCursor(xcb_input_device_id_t pointer) const {
     xcb_create_gc(server, context, shape, XCB_GC_FOREGROUND, &clear);
     xcb_poly_fill_rectangle(server, shape, context, 1, &pixel);
     xcb_create_cursor(server, cursor, shape, shape, 0, 0, 0, 0, 0, 0, 0, 0);
-    ignoreErrorOf(xcb_input_xi_change_cursor_checked(server, connection_->root(), cursor, pointer));
+    connection_->ignoreErrorOf(
+        xcb_input_xi_change_cursor_checked(server, connection_->root(), cursor, pointer));
     xcb_free_cursor(server, cursor);
     xcb_free_gc(server, context);
     xcb_free_pixmap(server, shape);
@@ -203,7 +203,7 @@ void PointerDevice::hideCursor(xcb_input_device_id_t pointer) const {
 
 void PointerDevice::moveTo(RootPlace place) const {
     if (device_) {
-        ignoreErrorOf(xcb_input_xi_warp_pointer_checked(
+        connection_->ignoreErrorOf(xcb_input_xi_warp_pointer_checked(
             connection_->get(), XCB_NONE, connection_->root(), 0, 0, 0, 0, fixed(place.x),
             fixed(place.y), device_->pointer));
     }
@@ -221,7 +221,7 @@ void PointerDevice::park() const {
 
 void PointerDevice::fake(std::uint8_t eventOffset, std::uint8_t detail,
                          xcb_input_device_id_t device) {
-    ignoreErrorOf(xcb_test_fake_input_checked(
+    connection_->ignoreErrorOf(xcb_test_fake_input_checked(
         connection_->get(), static_cast<std::uint8_t>(firstEvent_ + eventOffset), detail,
         XCB_CURRENT_TIME, XCB_NONE, 0, 0, static_cast<std::uint8_t>(device)));
     connection_->flush();
@@ -262,7 +262,8 @@ bool PointerDevice::isGrabbed() {
     const auto request = xcb_input_xi_grab_device(server, connection_->root(), XCB_CURRENT_TIME,
                                                   XCB_NONE, device_->pointer, XCB_GRAB_MODE_ASYNC,
                                                   XCB_GRAB_MODE_ASYNC, 1, 1, &noEvents);
-    ignoreErrorOf(xcb_input_xi_ungrab_device_checked(server, XCB_CURRENT_TIME, device_->pointer));
+    connection_->ignoreErrorOf(
+        xcb_input_xi_ungrab_device_checked(server, XCB_CURRENT_TIME, device_->pointer));
     const auto reply = replies_->take<xcb_input_xi_grab_device_reply_t>(request);
     return reply && reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED;
 }
@@ -315,10 +316,6 @@ int PointerDevice::removeAbandoned() {
     xcb_ungrab_server(connection_->get());
     connection_->flush();
     return removed;
-}
-
-void PointerDevice::ignoreErrorOf(xcb_void_cookie_t request) const {
-    xcb_discard_reply(connection_->get(), request.sequence);
 }
 
 } // namespace pelistra::linux

@@ -38,8 +38,6 @@ public:
     PointerDevice& operator=(const PointerDevice&) = delete;
     ~PointerDevice() = default;
 
-    // Whether the server has what this needs: XInput 2.2 and XTEST.
-    [[nodiscard]] bool isSupported() const { return supported_; }
     // Makes the device unless it is there; false when the server refuses.
     [[nodiscard]] bool prepare();
     [[nodiscard]] bool exists() const { return device_.has_value(); }
@@ -106,7 +104,6 @@ private:
     void hideCursor(xcb_input_device_id_t pointer) const;
     [[nodiscard]] bool isAbandoned(const Maker& maker);
     void fake(std::uint8_t eventOffset, std::uint8_t detail, xcb_input_device_id_t device);
-    void ignoreErrorOf(xcb_void_cookie_t request) const;
 
     const x11::Connection* connection_;
     x11::Replies* replies_;

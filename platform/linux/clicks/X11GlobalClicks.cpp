@@ -1,6 +1,8 @@
 #include "platform/linux/clicks/X11GlobalClicks.h"
 
+#include "platform/linux/clicks/Buttons.h"
 #include "platform/linux/clicks/PointerDevice.h"
+#include "platform/linux/clicks/WindowsAt.h"
 
 #include <algorithm>
 #include <string_view>
@@ -15,12 +17,6 @@ namespace {
 // The first version in which raw events come while another program holds a grab.
 constexpr std::uint16_t inputMajor = 2;
 constexpr std::uint16_t inputMinor = 2;
-
-constexpr std::uint8_t leftButton = 1;
-constexpr std::uint8_t rightButton = 3;
-
-// Windows lie no deeper in one another than this; more would be somebody's mistake.
-constexpr int deepestWindow = 32;
 
 struct EventMaskRequest {
     xcb_input_event_mask_t header;
@@ -136,14 +132,7 @@ std::optional<EventType> X11GlobalClicks::typeOf(std::uint32_t physicalButton) c
     if (mapping && physicalButton >= 1 && physicalButton <= mapping->map_len) {
         button = xcb_get_pointer_mapping_map(mapping.get())[physicalButton - 1];
     }
-    switch (button) {
-    case leftButton:
-        return EventType::LeftMouseDown;
-    case rightButton:
-        return EventType::RightMouseDown;
-    default:
-        return std::nullopt;
-    }
+    return typeOfPress(button);
 }
 
 bool X11GlobalClicks::isOwnDevice(xcb_input_device_id_t device) const {

@@ -1,6 +1,7 @@
 #include "platform/linux/icons/TrayIcons.h"
 
 #include "platform/linux/icons/PresentableText.h"
+#include "platform/linux/screens/RootFrame.h"
 #include "platform/posix/Environment.h"
 #include "platform/x11/Clients.h"
 
@@ -48,7 +49,7 @@ public:
 private:
     struct IconRequest {
         WindowId window;
-        TrayQuestions::FrameRequest frame;
+        FrameRequest frame;
         x11::PropertyRequest name;
         x11::PropertyRequest wmClass;
     };
@@ -178,7 +179,7 @@ Reading::Batch Reading::request(const std::vector<WindowId>& windows) const {
         for (const WindowId window : windows) {
             batch.icons.push_back(
                 {.window = window,
-                 .frame = questions_.requestFrame(window),
+                 .frame = requestFrame(connection_, window),
                  .name = requestText(window, questions_.atom(Name::NetWmName)),
                  .wmClass = x11::requestProperty(connection_, window, XCB_ATOM_WM_CLASS,
                                                  XCB_ATOM_STRING, nameByteLimit)});
@@ -219,7 +220,7 @@ bool Reading::takeEmbedding(xcb_query_tree_cookie_t request, WindowId window, Ic
 }
 
 std::optional<TrayIcon> Reading::takeIcon(const IconRequest& request) {
-    const auto frame = questions_.takeFrame(request.frame);
+    const auto frame = takeFrame(replies_, request.frame);
     std::string name = takeText(request.name);
     const auto wmClass = x11::readProperty(replies_, request.wmClass);
     if (!frame) {
@@ -265,11 +266,12 @@ void Reading::complete(std::vector<TrayIcon>& icons) {
             titles.emplace_back(&icon, requestText(icon.window, XCB_ATOM_WM_NAME));
         }
     }
+    const std::string host = claims.empty() ? std::string() : posix::hostName();
     for (const Claim& claim : claims) {
         const auto pid = x11::readProperty(replies_, claim.pid);
         const std::string machine = takeText(claim.machine);
         const auto words = pid ? pid->words() : std::vector<std::uint32_t>{};
-        const bool isOurs = !machine.empty() && machine == posix::hostName();
+        const bool isOurs = !machine.empty() && machine == host;
         claim.icon->pid = isOurs && !words.empty() ? static_cast<ProcessId>(words[0]) : 0;
     }
     for (const auto& [icon, request] : titles) {

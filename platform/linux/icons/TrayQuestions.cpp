@@ -13,7 +13,7 @@ namespace pelistra::linux {
 
 TrayQuestions::TrayQuestions(const x11::Connection& connection)
     : connection_(&connection), replies_(connection) {
-    const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection.screenNumber());
+    const std::string selection = x11::traySelectionName(connection.screenNumber());
     const std::array<std::string_view, static_cast<std::size_t>(Name::Count)> names{
         selection,
         "_PELISTRA_MENUBAR_ITEMS",
@@ -26,22 +26,6 @@ TrayQuestions::TrayQuestions(const x11::Connection& connection)
     atoms_ = x11::internAtoms(connection, names);
     connection.learn({&xcb_randr_id, &xcb_res_id});
     static_cast<void>(connection.hasMonitors());
-}
-
-TrayQuestions::FrameRequest TrayQuestions::requestFrame(WindowId window) const {
-    return {.geometry = xcb_get_geometry(connection_->get(), window),
-            .place =
-                xcb_translate_coordinates(connection_->get(), window, connection_->root(), 0, 0)};
-}
-
-std::optional<RootRect> TrayQuestions::takeFrame(const FrameRequest& request) {
-    const auto geometry = replies_.take<xcb_get_geometry_reply_t>(request.geometry);
-    const auto place = replies_.take<xcb_translate_coordinates_reply_t>(request.place);
-    if (!geometry || !place || place->same_screen == 0) {
-        return std::nullopt;
-    }
-    return RootRect{
-        .x = place->dst_x, .y = place->dst_y, .width = geometry->width, .height = geometry->height};
 }
 
 TrayFacts TrayQuestions::findTray(WindowId knownOwner) {

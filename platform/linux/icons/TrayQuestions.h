@@ -61,14 +61,6 @@ public:
     // Adds the owner's own scale only.
     void readScale(TrayFacts& tray);
 
-    struct FrameRequest {
-        xcb_get_geometry_cookie_t geometry;
-        xcb_translate_coordinates_cookie_t place;
-    };
-    [[nodiscard]] FrameRequest requestFrame(WindowId window) const;
-    // Empty when there is no such window.
-    [[nodiscard]] std::optional<RootRect> takeFrame(const FrameRequest& request);
-
 private:
     [[nodiscard]] x11::PropertyRequest requestOf(WindowId owner, Name name) const;
     [[nodiscard]] std::optional<std::uint32_t> takeSerial(x11::PropertyRequest request);

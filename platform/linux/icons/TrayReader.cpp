@@ -1,6 +1,7 @@
 #include "platform/linux/icons/TrayReader.h"
 
 #include "platform/linux/icons/TrayIcons.h"
+#include "platform/linux/screens/RootFrame.h"
 
 #include <utility>
 
@@ -95,9 +96,9 @@ std::optional<Rect> TrayReader::frameOf(WindowId window) {
     if (!questions_.replies().begin(patience)) {
         return std::nullopt;
     }
-    const auto request = questions_.requestFrame(window);
+    const auto request = requestFrame(questions_.connection(), window);
     TrayFacts tray = questions_.findTray(XCB_NONE);
-    const auto frame = questions_.takeFrame(request);
+    const auto frame = takeFrame(questions_.replies(), request);
     if (frame && tray.owner != XCB_NONE) {
         questions_.readScale(tray);
     }

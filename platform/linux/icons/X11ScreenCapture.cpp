@@ -9,7 +9,6 @@
 #include <utility>
 
 #include <xcb/composite.h>
-#include <xcb/xcbext.h>
 
 namespace pelistra::linux {
 
@@ -107,14 +106,14 @@ Pixels X11ScreenCapture::fromTemporaryRedirection(WindowId window, const Source&
     xcb_connection_t* const server = connection_->get();
     // Nobody sees the window in between, and nothing of it is drawn elsewhere meanwhile.
     xcb_grab_server(server);
-    ignoreErrorOf(
+    connection_->ignoreErrorOf(
         xcb_composite_redirect_window_checked(server, window, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
     const xcb_pixmap_t pixmap = nameWindowPixmap(window);
     const auto request = xcb_get_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, 0, 0,
                                        static_cast<std::uint16_t>(source.width),
                                        static_cast<std::uint16_t>(source.height), allPlanes);
     freePixmap(pixmap);
-    ignoreErrorOf(
+    connection_->ignoreErrorOf(
         xcb_composite_unredirect_window_checked(server, window, XCB_COMPOSITE_REDIRECT_AUTOMATIC));
     xcb_ungrab_server(server);
     return takePixels(request, source);
@@ -146,16 +145,13 @@ Pixels X11ScreenCapture::takePixels(xcb_get_image_cookie_t request, const Source
 
 xcb_pixmap_t X11ScreenCapture::nameWindowPixmap(WindowId window) const {
     const xcb_pixmap_t pixmap = connection_->newId();
-    ignoreErrorOf(xcb_composite_name_window_pixmap_checked(connection_->get(), window, pixmap));
+    connection_->ignoreErrorOf(
+        xcb_composite_name_window_pixmap_checked(connection_->get(), window, pixmap));
     return pixmap;
 }
 
 void X11ScreenCapture::freePixmap(xcb_pixmap_t pixmap) const {
-    ignoreErrorOf(xcb_free_pixmap_checked(connection_->get(), pixmap));
-}
-
-void X11ScreenCapture::ignoreErrorOf(xcb_void_cookie_t request) const {
-    xcb_discard_reply(connection_->get(), request.sequence);
+    connection_->ignoreErrorOf(xcb_free_pixmap_checked(connection_->get(), pixmap));
 }
 
 } // namespace pelistra::linux

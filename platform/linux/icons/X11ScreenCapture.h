@@ -48,8 +48,6 @@ private:
     [[nodiscard]] Pixels takePixels(xcb_get_image_cookie_t request, const Source& source);
     xcb_pixmap_t nameWindowPixmap(WindowId window) const;
     void freePixmap(xcb_pixmap_t pixmap) const;
-    // Lets an error of a request without an answer vanish: the window may be gone at any moment.
-    void ignoreErrorOf(xcb_void_cookie_t request) const;
 
     const x11::Connection* connection_;
     x11::Replies replies_;

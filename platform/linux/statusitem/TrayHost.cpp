@@ -42,7 +42,7 @@ std::optional<ui::Rgb> foregroundIn(const Words& colors) {
 
 TrayHost::TrayHost(x11::Connection& connection, EventPump& pump, LogSink& log)
     : connection_(connection), pump_(pump), logger_(log, "menu-bar") {
-    const std::string selection = "_NET_SYSTEM_TRAY_S" + std::to_string(connection_.screenNumber());
+    const std::string selection = x11::traySelectionName(connection_.screenNumber());
     const std::array<std::string_view, NameCount> names{selection,
                                                         "MANAGER",
                                                         "_NET_SYSTEM_TRAY_OPCODE",

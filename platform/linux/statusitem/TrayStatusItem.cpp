@@ -1,6 +1,7 @@
 #include "platform/linux/statusitem/TrayStatusItem.h"
 
 #include "platform/linux/application/X11Application.h"
+#include "platform/linux/clicks/Buttons.h"
 #include "platform/linux/screens/RootFrame.h"
 #include "platform/linux/screens/X11Screens.h"
 #include "platform/linux/settings/FileUserDefaults.h"
@@ -17,24 +18,10 @@ namespace pelistra::linux {
 
 namespace {
 
-constexpr xcb_button_t leftButton = 1;
-constexpr xcb_button_t rightButton = 3;
-
 // The height of an icon under a tray that does not say how high it is, in points.
 constexpr double usualIconHeight = 24;
 // The longest side of an X window.
 constexpr double longestSide = 32767;
-
-std::optional<EventType> typeOfPress(xcb_button_t button) {
-    switch (button) {
-    case leftButton:
-        return EventType::LeftMouseDown;
-    case rightButton:
-        return EventType::RightMouseDown;
-    default:
-        return std::nullopt;
-    }
-}
 
 std::optional<EventType> typeOfRelease(xcb_button_t button) {
     switch (button) {
