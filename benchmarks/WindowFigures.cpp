@@ -16,7 +16,7 @@ namespace {
 constexpr const char* settingsTitle = "Pelistra Settings";
 constexpr const char* onboardingTitle = "Welcome to Pelistra";
 constexpr const char* guideButton = "重新查看使用引导";
-constexpr const char* firstProgram = "parcellite";
+constexpr const char* firstProgram = "nabi";
 constexpr double mostMilliseconds = 150;
 
 // One of the organiser's windows on a desktop: how it is opened, where it is, how it looks.

@@ -17,7 +17,7 @@ class BadClientTests : public ::testing::Test {
 protected:
     void SetUp() override {
         desktop_.startBar();
-        desktop_.startProgram("parcellite");
+        desktop_.startProgram("nabi");
         ASSERT_TRUE(good_.requestDock());
         ASSERT_TRUE(good_.waitUntilDocked());
         ASSERT_TRUE(waitFor([this] { return othersNow().size() == 2; }));
@@ -45,7 +45,7 @@ protected:
         good_.handleEvents();
         std::vector<Desktop::Item> items = desktop_.items();
         std::erase_if(items, [](const Desktop::Item& item) {
-            return item.className != "Good" && item.className != "Parcellite";
+            return item.className != "Good" && item.className != "Nabi";
         });
         return items;
     }

@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAreArray;
 
 constexpr int barHeight = 28;
-const std::vector<std::string> oneOfEachToolkit{"parcellite", "pnmixer", "copyq", "qmidinet"};
+const std::vector<std::string> oneOfEachToolkit{"nabi", "pnmixer", "copyq", "qmidinet"};
 
 class BarOnDesktopTests : public ::testing::Test {
 protected:
@@ -95,10 +95,10 @@ TEST_P(BarPictureOnDesktopTests, ShowsIconsOfEveryToolkitComplete) {
 
 TEST_F(BarOnDesktopTests, NewIconsComeInAtTheLeftEnd) {
     desktop_.startBar();
-    desktop_.startProgram("parcellite");
+    desktop_.startProgram("nabi");
     desktop_.startProgram("copyq");
     desktop_.startProgram("pnmixer");
-    EXPECT_THAT(desktop_.order(), ElementsAre("Pnmixer", "copyq", "Parcellite"));
+    EXPECT_THAT(desktop_.order(), ElementsAre("Pnmixer", "copyq", "Nabi"));
     const std::vector<Desktop::Item> items = desktop_.items();
     for (std::size_t index = 1; index < items.size(); ++index) {
         EXPECT_EQ(items[index - 1].frame.right(), items[index].frame.x);
@@ -195,7 +195,7 @@ TEST_F(BarOnDesktopTests, StandsOnThePrimaryOfTwoMonitors) {
     XClient& x = desktop_.x();
     EXPECT_TRUE(waitFor(
         [&] { return x.frame(x.barWindow()) == WindowFrame{.width = 800, .height = barHeight}; }));
-    desktop_.startProgram("parcellite");
+    desktop_.startProgram("nabi");
     EXPECT_LE(desktop_.items().front().frame.right(), 800);
     EXPECT_THAT(x.words(x.barWindow(), "_NET_WM_STRUT_PARTIAL"),
                 ElementsAre(0, 0, barHeight, 0, 0, 0, 0, 0, 0, 799, 0, 0));

@@ -13,8 +13,7 @@
 namespace pelistra::testing {
 namespace {
 
-const std::vector<std::string> programs{"parcellite", "volumeicon", "pnmixer", "qlipper",
-                                        "qmidinet"};
+const std::vector<std::string> programs{"nabi", "volumeicon", "pnmixer", "qlipper", "qmidinet"};
 // How long the desktop is without a bar: not at all, about as long as programs and the window
 // manager need to notice, and long enough for all of them to have settled without one.
 const std::vector<std::chrono::milliseconds> pauses{

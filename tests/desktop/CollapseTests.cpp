@@ -18,7 +18,7 @@ using Button = UserInput::Button;
 constexpr std::chrono::milliseconds latchTime{250};
 constexpr int barWidth = 1280;
 
-const std::vector<std::string> oneOfEachToolkit{"parcellite", "pnmixer", "copyq", "qmidinet"};
+const std::vector<std::string> oneOfEachToolkit{"nabi", "pnmixer", "copyq", "qmidinet"};
 
 class CollapseTests : public ::testing::Test {
 protected:
@@ -195,7 +195,7 @@ TEST_F(CollapseTests, ItRefusesWhileTheDividerIsRightOfTheArrow) {
 }
 
 TEST_F(CollapseTests, ADraggedItemStaysOnItsSideAfterARestartOfEverything) {
-    ASSERT_TRUE(desktop_.dragIntoVisibleSection("Parcellite"));
+    ASSERT_TRUE(desktop_.dragIntoVisibleSection("Nabi"));
     ASSERT_TRUE(desktop_.dragItem("copyq", desktop_.items().front().frame.x + 2));
     ASSERT_TRUE(waitFor([this] { return desktop_.order().front() == "copyq"; }));
     const std::vector<std::string> order = desktop_.order();

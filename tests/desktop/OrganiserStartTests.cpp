@@ -100,10 +100,10 @@ TEST_F(OrganiserStartTests, AFirstStartWritesTheItemsPlaces) {
 
 TEST_F(OrganiserStartTests, ADragOfItsItemsIsKeptInTheDefaults) {
     desktop_.startBar();
-    desktop_.startProgram("parcellite");
+    desktop_.startProgram("nabi");
     desktop_.startOrganiser();
-    ASSERT_TRUE(desktop_.dragItem(OrganiserUnderTest::dividerName,
-                                  desktop_.item("Parcellite")->frame.x + 1));
+    ASSERT_TRUE(
+        desktop_.dragItem(OrganiserUnderTest::dividerName, desktop_.item("Nabi")->frame.x + 1));
     EXPECT_TRUE(waitFor([this] {
         return defaults().find("NSStatusItem Preferred Position PelistraV3.Divider=2") !=
                std::string::npos;
@@ -125,7 +125,7 @@ TEST_F(OrganiserStartTests, UnwritableDefaultsCostALineAndNothingElse) {
     std::filesystem::remove_all(defaultsFile().parent_path());
     std::ofstream(defaultsFile().parent_path()) << "in the way\n";
     desktop_.startBar();
-    desktop_.startProgram("parcellite");
+    desktop_.startProgram("nabi");
     OrganiserUnderTest& organiser = desktop_.startOrganiser();
     EXPECT_TRUE(organiser.process().waitForOutput("defaults"));
     ASSERT_TRUE(desktop_.clickControl());

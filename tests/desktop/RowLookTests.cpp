@@ -38,7 +38,7 @@ TEST(RowLookTests, TheRowIsAsDarkAsTheBarOnALightDesktop) {
     AccessibleTree tree(desktop.display());
     SecondRowUnderTest row(desktop, tree);
     desktop.startBar({"--theme", "dark"});
-    desktop.startProgram("parcellite");
+    desktop.startProgram("nabi");
     desktop.startOrganiser({"--start-collapsed"});
     ASSERT_TRUE(desktop.waitUntilCollapsed());
     ASSERT_TRUE(row.open());
@@ -90,7 +90,7 @@ protected:
 
 TEST_P(RowUnderChangingCompositorTests, AnOpenRowLooksAsIfItHadJustBeenOpened) {
     desktop_.startBar();
-    desktop_.startProgram("parcellite");
+    desktop_.startProgram("nabi");
     desktop_.startProgram("qmidinet");
     desktop_.startOrganiser({"--start-collapsed"});
     ASSERT_TRUE(desktop_.waitUntilCollapsed());
@@ -117,7 +117,7 @@ TEST(ServerWithoutResourceExtensionTests, TheOrganiserFindsItsItemsAndHidesTheOt
     size.withoutExtensions = {"X-Resource"};
     Desktop desktop(size);
     desktop.startBar();
-    desktop.startProgram("parcellite");
+    desktop.startProgram("nabi");
     OrganiserUnderTest& organiser = desktop.startOrganiser({"--start-collapsed"});
     EXPECT_TRUE(desktop.waitUntilCollapsed()) << organiser.process().output();
     EXPECT_THAT(organiser.process().output(), Not(HasSubstr("not ready")));

@@ -19,7 +19,7 @@ using ::testing::SizeIs;
 
 using Button = UserInput::Button;
 
-const std::vector<std::string> programs{"parcellite", "xfce4-clipman", "qmidinet"};
+const std::vector<std::string> programs{"nabi", "xfce4-clipman", "qmidinet"};
 constexpr RootPoint elsewhere{.x = 300, .y = 600};
 constexpr int belowArrow = 6;
 

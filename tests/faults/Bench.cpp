@@ -139,7 +139,7 @@ void Bench::openMenu() {
     collapse();
     openRow();
     const std::size_t before = desktop_.x().shownTopLevels().size();
-    clickForMenu("Parcellite");
+    clickForMenu("Nabi");
     // The row goes, the menu comes.
     demand(
         waitFor([&] { return !row_.isOpen() && desktop_.x().shownTopLevels().size() >= before; }),
@@ -224,7 +224,7 @@ std::string Bench::description() {
 }
 
 const std::vector<std::string>& Bench::programs() {
-    static const std::vector<std::string> all{"parcellite", "volumeicon", "pnmixer", "qlipper",
+    static const std::vector<std::string> all{"nabi", "volumeicon", "pnmixer", "qlipper",
                                               "qmidinet"};
     return all;
 }

@@ -74,9 +74,9 @@ Fault endBar(Situation situation) {
 Fault killProgram(const std::string& program, Situation situation) {
     const std::string className = realTrayProgram(program).className;
     return {.name = "kill -9 " + program + ", " + nameOf(situation),
-            .isInShortForm = program == "parcellite" && situation == Situation::Revealed,
+            .isInShortForm = program == "nabi" && situation == Situation::Revealed,
             .happen = [program, className, situation](Bench& bench) {
-                if (situation == Situation::Revealed && program != "parcellite") {
+                if (situation == Situation::Revealed && program != "nabi") {
                     bench.reveal(className);
                 } else {
                     bench.bringInto(situation);
@@ -130,7 +130,7 @@ std::vector<Fault> killFaults() {
             faults.push_back(killProgram(program, situation));
         }
     }
-    for (const char* program : {"parcellite", "pnmixer", "qmidinet"}) {
+    for (const char* program : {"nabi", "pnmixer", "qmidinet"}) {
         faults.push_back(killWhileRevealing(program));
     }
     return faults;

@@ -52,7 +52,7 @@ void clickAround(Bench& bench) {
 
 Fault programStops(const std::string& program, Situation situation) {
     return {.name = program + " stands still for a while, " + nameOf(situation),
-            .isInShortForm = program == "parcellite" && situation == Situation::Collapsed,
+            .isInShortForm = program == "nabi" && situation == Situation::Collapsed,
             .happen = [program, situation](Bench& bench) {
                 bench.bringInto(situation);
                 const Stopped stopped(bench.desktop().program(program).pid());
@@ -152,7 +152,7 @@ std::vector<Fault> stopFaults() {
     std::vector<Fault> faults;
     for (const Situation situation :
          {Situation::Collapsed, Situation::RowOpen, Situation::Revealed}) {
-        faults.push_back(programStops("parcellite", situation));
+        faults.push_back(programStops("nabi", situation));
         faults.push_back(organiserStops(situation));
         faults.push_back(barStops(situation));
         faults.push_back(windowManagerStops(situation));

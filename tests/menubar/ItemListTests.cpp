@@ -113,8 +113,8 @@ TEST(DockedItemTests, OnlyChangedHintsAreAWish) {
 TEST(DockedItemTests, IsNamedInTheLog) {
     DockedItem item;
     item.client = 0x1a00003;
-    item.identity.instance = "parcellite";
-    EXPECT_EQ(describe(item), "'parcellite' (window 0x1a00003)");
+    item.identity.instance = "nabi";
+    EXPECT_EQ(describe(item), "'nabi' (window 0x1a00003)");
 }
 
 } // namespace

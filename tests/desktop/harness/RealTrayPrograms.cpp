@@ -34,7 +34,10 @@ void PrintTo(const RealTrayProgram& program, std::ostream* stream) {
 
 const std::vector<RealTrayProgram>& realTrayPrograms() {
     static const std::vector<RealTrayProgram> programs{
-        {.program = "parcellite", .toolkit = Toolkit::Gtk2, .className = "Parcellite"},
+        {.program = "nabi",
+         .toolkit = Toolkit::Gtk2,
+         .arguments = {"--status-only"},
+         .className = "Nabi"},
         {.program = "volumeicon", .toolkit = Toolkit::Gtk3, .className = "Volumeicon"},
         {.program = "pnmixer", .toolkit = Toolkit::Gtk3, .className = "Pnmixer"},
         {.program = "xfce4-clipman", .toolkit = Toolkit::Gtk3, .className = "Xfce4-clipman"},

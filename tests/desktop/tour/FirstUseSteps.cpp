@@ -66,7 +66,7 @@ private:
 Seen FirstUse::startFresh() {
     std::filesystem::remove(defaultsOf(desktop_));
     desktop_.startBar();
-    for (const char* program : {"parcellite", "pnmixer", "qmidinet"}) {
+    for (const char* program : {"nabi", "pnmixer", "qmidinet"}) {
         desktop_.startProgram(program);
     }
     desktop_.startOrganiser();

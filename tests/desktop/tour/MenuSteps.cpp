@@ -16,7 +16,7 @@ struct HiddenProgram {
 // A click of the primary button would do something else in all but the second: two show their
 // window, and Parcellite lists what was copied.
 constexpr std::array<HiddenProgram, 4> programs{{
-    {.className = "Parcellite", .name = "Parcellite", .toolkit = "GTK 2"},
+    {.className = "Nabi", .name = "Nabi", .toolkit = "GTK 2"},
     {.className = "Xfce4-clipman", .name = "Clipboard Manager", .toolkit = "GTK 3"},
     {.className = "copyq", .name = "CopyQ", .toolkit = "Qt 5"},
     {.className = "QmidiNet", .name = "QmidiNet", .toolkit = "Qt 6"},

@@ -525,7 +525,7 @@ TEST_P(MenuProgramTest, LetsTheUserChooseWithTheirOwnPointer) {
 INSTANTIATE_TEST_SUITE_P(
     Programs, MenuProgramTest,
     ::testing::Values(
-        MenuProgram{.name = "parcellite", .way = ClickDelivery::Way::Sent, .opensAtPointer = true},
+        MenuProgram{.name = "nabi", .way = ClickDelivery::Way::Sent, .opensAtPointer = true},
         MenuProgram{.name = "xfce4-clipman", .way = ClickDelivery::Way::SecondPointer},
         MenuProgram{.name = "copyq", .way = ClickDelivery::Way::Sent, .opensAtPointer = true},
         MenuProgram{.name = "volumeicon", .way = ClickDelivery::Way::SecondPointer},
@@ -558,9 +558,9 @@ protected:
         ASSERT_TRUE(waitFor([&] { return client.trayOwner() != XCB_WINDOW_NONE; }))
             << tray->output();
         clipman = startTrayProgram(display, realTrayProgram("xfce4-clipman"));
-        parcellite = startTrayProgram(display, realTrayProgram("parcellite"));
+        nabi = startTrayProgram(display, realTrayProgram("nabi"));
         ASSERT_TRUE(waitWhileRunning([&] { return isInPlace(listening) && isInPlace(sending); }))
-            << tray->output() << clipman->output() << parcellite->output();
+            << tray->output() << clipman->output() << nabi->output();
     }
 
     [[nodiscard]] std::vector<TrayIcon> icons() {
@@ -588,10 +588,10 @@ protected:
 
     // A program that takes clicks of pointers only, and one that takes sent clicks.
     const std::string listening = realTrayProgram("xfce4-clipman").className;
-    const std::string sending = realTrayProgram("parcellite").className;
+    const std::string sending = realTrayProgram("nabi").className;
     std::unique_ptr<ChildProcess> tray;
     std::unique_ptr<ChildProcess> clipman;
-    std::unique_ptr<ChildProcess> parcellite;
+    std::unique_ptr<ChildProcess> nabi;
 };
 
 TEST_P(OtherTrayTest, ListsItsIcons) {
@@ -600,7 +600,7 @@ TEST_P(OtherTrayTest, ListsItsIcons) {
     EXPECT_EQ(view.icons.size(), 2U);
     EXPECT_LE(view.roundTrips, TrayReader::mostRoundTrips);
     EXPECT_EQ(iconOf(listening)->pid, clipman->pid());
-    EXPECT_EQ(iconOf(sending)->pid, parcellite->pid());
+    EXPECT_EQ(iconOf(sending)->pid, nabi->pid());
 
     for (const bool json : {true, false}) {
         const std::string text = list(json);
@@ -614,7 +614,7 @@ TEST_P(OtherTrayTest, ListsItsIcons) {
         EXPECT_THAT(text, Not(HasSubstr(json ? "\"hidden\":true" : "hidden")));
     }
     EXPECT_THAT(list(true), HasSubstr("{\"id\":" + std::to_string(iconOf(sending)->window) +
-                                      ",\"process\":" + std::to_string(parcellite->pid())));
+                                      ",\"process\":" + std::to_string(nabi->pid())));
 }
 
 TEST_P(OtherTrayTest, TakesPicturesOfItsIcons) {
@@ -643,7 +643,7 @@ TEST_P(OtherTrayTest, ClicksItsIconsAndMovesNothing) {
         EXPECT_TRUE(waitWhileRunning([&] { return !delivery->watchesMenu(); })) << className;
     }
     EXPECT_TRUE(clipman->isRunning());
-    EXPECT_TRUE(parcellite->isRunning());
+    EXPECT_TRUE(nabi->isRunning());
     delivery.reset();
     EXPECT_EQ(masterPointers(client).size(), 1U);
 }
