@@ -100,7 +100,7 @@ Fault revealOvertaken(int times) {
             .happen = [times](Bench& bench) {
                 for (int time = 0; time < times; ++time) {
                     bench.bringInto(Situation::RowOpen);
-                    const auto icon = bench.row().icon("Nabi");
+                    const auto icon = bench.row().icon("nabi");
                     if (!icon) {
                         throw std::runtime_error("the row lacks an icon");
                     }

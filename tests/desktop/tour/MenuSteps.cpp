@@ -13,10 +13,9 @@ struct HiddenProgram {
     const char* toolkit;
 };
 
-// A click of the primary button would do something else in all but the second: two show their
-// window, and Parcellite lists what was copied.
+// A click of the primary button would do something else in all but the second.
 constexpr std::array<HiddenProgram, 4> programs{{
-    {.className = "Nabi", .name = "Nabi", .toolkit = "GTK 2"},
+    {.className = "Nabi", .name = "nabi", .toolkit = "GTK 2"},
     {.className = "Xfce4-clipman", .name = "Clipboard Manager", .toolkit = "GTK 3"},
     {.className = "copyq", .name = "CopyQ", .toolkit = "Qt 5"},
     {.className = "QmidiNet", .name = "QmidiNet", .toolkit = "Qt 6"},
