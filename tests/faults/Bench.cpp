@@ -131,7 +131,7 @@ SecondRowUnderTest::Icon Bench::rowIcon(const std::string& className) {
     const auto icons = row_.icons();
     const auto place = std::ranges::find(hidden, className, &Desktop::Item::className);
     demand(place != hidden.end() && icons.size() == hidden.size(),
-           "the row lacks the icon of " + className);
+           "the row lacks the icon of " + className + ": " + description());
     return icons[static_cast<std::size_t>(place - hidden.begin())];
 }
 

@@ -1,7 +1,7 @@
+#include "tests/faults/Stopped.h"
 #include "tests/faults/Suite.h"
 
 #include <algorithm>
-#include <csignal>
 #include <stdexcept>
 
 namespace pelistra::testing {
@@ -11,18 +11,6 @@ namespace {
 constexpr std::chrono::seconds stopTime{3};
 // For a program that has nothing to wait for, on a busy machine, with sanitizers.
 constexpr std::chrono::seconds promptly{10};
-
-// A process stands still as long as this object lives.
-class Stopped {
-public:
-    explicit Stopped(pid_t process) : process_(process) { ::kill(process_, SIGSTOP); }
-    Stopped(const Stopped&) = delete;
-    Stopped& operator=(const Stopped&) = delete;
-    ~Stopped() { ::kill(process_, SIGCONT); }
-
-private:
-    pid_t process_;
-};
 
 void letTimePass() {
     static_cast<void>(staysTrue([] { return true; }, stopTime));

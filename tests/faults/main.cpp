@@ -1,4 +1,5 @@
 #include "tests/desktop/harness/TrayClient.h"
+#include "tests/faults/Day.h"
 #include "tests/faults/Mounts.h"
 #include "tests/faults/Suite.h"
 
@@ -13,7 +14,8 @@
 
 namespace {
 
-constexpr const char* usage = R"(Usage: pelistra-faults --short | --soak | --only TEXT | --icon NAME
+constexpr const char* usage =
+    R"(Usage: pelistra-faults --short | --soak | --only TEXT | --day MINUTES | --icon NAME | --restless NAME
 Let things go wrong on a private X server, on purpose, and check after each that nothing is lost.
 Ends with status 1 when something was.
 
@@ -21,7 +23,11 @@ Ends with status 1 when something was.
   --soak   all of them
   --only TEXT
            those whose name contains it
-  --icon NAME
+  --day MINUTES
+           instead live the same busy day over and over for that long, at least
+           twice, and check that bar and organiser hold no more at the end than
+           after the first minute
+  --icon NAME, --restless NAME
            be one of the tray programs to which it happens
 )";
 constexpr int wrongUsage = 2;
@@ -60,29 +66,42 @@ int beIcon(const std::string& name) {
     return EXIT_SUCCESS;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    const std::vector<std::string_view> arguments(argv + 1,
-                                                  argv + argc); // NOLINT(*-pointer-arithmetic)
-    const bool isOnly = arguments.size() == 2 && arguments[0] == "--only";
-    if (arguments == std::vector<std::string_view>{"--help"}) {
+// What the arguments ask for, or that they are wrong.
+int obey(const std::vector<std::string_view>& arguments) {
+    using namespace pelistra::testing;
+    const std::string_view order = arguments.empty() ? "" : arguments.front();
+    if (arguments.size() == 2) {
+        const std::string value(arguments[1]);
+        if (order == "--icon") {
+            return beIcon(value);
+        }
+        if (order == "--restless") {
+            return beRestless(value);
+        }
+        if (order == "--day" && !value.empty() &&
+            value.find_first_not_of("0123456789") == std::string::npos) {
+            return liveDays(std::chrono::minutes(std::stoi(value))) ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+        if (order == "--only") {
+            enterPrivateMounts();
+            return tryAll(false, value) ? EXIT_SUCCESS : EXIT_FAILURE;
+        }
+    } else if (arguments.size() == 1 && (order == "--short" || order == "--soak")) {
+        enterPrivateMounts();
+        return tryAll(order == "--short", "") ? EXIT_SUCCESS : EXIT_FAILURE;
+    } else if (arguments.size() == 1 && order == "--help") {
         std::cout << usage;
         return EXIT_SUCCESS;
     }
-    const bool isIcon = arguments.size() == 2 && arguments[0] == "--icon";
-    if (!isOnly && !isIcon && arguments != std::vector<std::string_view>{"--short"} &&
-        arguments != std::vector<std::string_view>{"--soak"}) {
-        std::cerr << usage;
-        return wrongUsage;
-    }
+    std::cerr << usage;
+    return wrongUsage;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
     try {
-        if (isIcon) {
-            return beIcon(std::string(arguments[1]));
-        }
-        pelistra::testing::enterPrivateMounts();
-        const bool survived = tryAll(arguments[0] == "--short", isOnly ? arguments[1] : "");
-        return survived ? EXIT_SUCCESS : EXIT_FAILURE;
+        return obey({argv + 1, argv + argc}); // NOLINT(*-pointer-arithmetic)
     } catch (const std::exception& failure) {
         std::cerr << "pelistra-faults: " << failure.what() << "\n";
         return EXIT_FAILURE;
