@@ -3,6 +3,7 @@
 #include "platform/linux/application/SingleInstance.h"
 #include "platform/linux/commandline/CommandLine.h"
 #include "platform/linux/commandline/ListItems.h"
+#include "platform/posix/Translation.h"
 #include "platform/x11/Connection.h"
 
 #include <algorithm>
@@ -15,9 +16,9 @@ namespace {
 
 using namespace pelistra;
 using namespace pelistra::linux;
+using posix::translated;
 
 constexpr int usageStatus = 2;
-constexpr const char* noAnswer = "the X server does not answer";
 
 int refuse(const std::string& message) {
     std::cerr << "pelistra: " << message << '\n';
@@ -31,13 +32,13 @@ int handOverTo(SingleInstance& other, const std::vector<std::string>& arguments)
     };
     const bool settings = has(showSettingsSwitch);
     if (!settings && !has(showOnboardingSwitch)) {
-        std::cerr << "pelistra: already running on this display\n";
+        std::cerr << "pelistra: " << translated("already running on this display") << '\n';
         return EXIT_SUCCESS;
     }
     const auto request =
         settings ? SingleInstance::Request::ShowSettings : SingleInstance::Request::ShowOnboarding;
     return other.handOver(request) ? EXIT_SUCCESS
-                                   : refuse("already running, but it does not answer");
+                                   : refuse(translated("already running, but it does not answer"));
 }
 
 int runOrganiser(x11::Connection& connection, SingleInstance& instance,
@@ -53,7 +54,7 @@ int runOrganiser(x11::Connection& connection, SingleInstance& instance,
     });
     delegate.applicationDidFinishLaunching();
     if (connection.isStalled()) {
-        return refuse(noAnswer);
+        return refuse(translated("the X server does not answer"));
     }
     platform.run();
     instance.setRequestHandler({});
@@ -76,7 +77,7 @@ int start(const std::vector<std::string>& arguments) {
     case SingleInstance::Claim::Failed:
         break;
     }
-    return refuse(noAnswer);
+    return refuse(translated("the X server does not answer"));
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "menubar/Options.h"
 
+#include "platform/posix/Translation.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,6 +14,8 @@
 namespace pelistra::menubar {
 
 namespace {
+
+using posix::translated;
 
 constexpr int wrongUsage = 2;
 // More points than any screen has; keeps a mistyped number from overflowing later.
@@ -37,7 +41,7 @@ std::string applyTheme(Options& options, std::string_view value) {
     } else if (value == "dark") {
         options.theme = ThemeChoice::Dark;
     } else {
-        return "is neither auto, light nor dark";
+        return translated("is neither auto, light nor dark");
     }
     return {};
 }
@@ -45,7 +49,7 @@ std::string applyTheme(Options& options, std::string_view value) {
 std::string applyScale(Options& options, std::string_view value) {
     const std::optional<double> scale = readNumber(value);
     if (!scale || *scale < leastScale || *scale > greatestScale) {
-        return "is not a number from 0.5 to 8";
+        return translated("is not a number from 0.5 to 8");
     }
     options.scale = scale;
     return {};
@@ -53,7 +57,7 @@ std::string applyScale(Options& options, std::string_view value) {
 
 std::string applyDisplay(Options& options, std::string_view value) {
     if (value.empty()) {
-        return "is not the name of a display";
+        return translated("is not the name of a display");
     }
     options.display = value;
     return {};
@@ -62,13 +66,13 @@ std::string applyDisplay(Options& options, std::string_view value) {
 std::string applyHousing(Options& options, std::string_view value) {
     const std::size_t comma = value.find(',');
     if (comma == std::string_view::npos) {
-        return "is not of the form X,WIDTH";
+        return translated("is not of the form X,WIDTH");
     }
     const std::optional<double> x = readNumber(value.substr(0, comma));
     const std::optional<double> width = readNumber(value.substr(comma + 1));
     if (!x || !width || *x < 0 || *x > greatestCoordinate || *width <= 0 ||
         *width > greatestCoordinate) {
-        return "is not of the form X,WIDTH with X from 0 and WIDTH above 0, in points";
+        return translated("is not of the form X,WIDTH with X from 0 and WIDTH above 0, in points");
     }
     options.housing = HousingOption{.x = *x, .width = *width};
     return {};
@@ -86,13 +90,8 @@ std::string applyNoStatusNotifier(Options& options, std::string_view /*value*/) 
 
 EarlyEnd wrong(const std::string& what) {
     return {.status = wrongUsage,
-            .text =
-                "pelistra-menubar: " + what + "\nTry 'pelistra-menubar --help' for the options.\n"};
-}
-
-std::string quoted(std::string_view text) {
-    std::string result(1, '\'');
-    return result.append(text).append(1, '\'');
+            .text = "pelistra-menubar: " + what + "\n" +
+                    translated("Try 'pelistra-menubar --help' for the options.") + "\n"};
 }
 
 constexpr std::array<Apply, 6> appliers{applyTheme,   applyScale,   applyDisplay,
@@ -113,12 +112,13 @@ constexpr std::array<option, 9> known{
 
 // What is wrong with an argument that getopt_long() has refused.
 EarlyEnd refusal(int answer, std::string_view argument) {
-    const std::string name = quoted(argument.substr(0, argument.find('=')));
+    const std::string_view name = argument.substr(0, argument.find('='));
     if (answer == ':') {
-        return wrong("option " + name + " needs a value");
+        return wrong(translated("option '%1' needs a value", {name}));
     }
     const bool isKnown = argument.starts_with("--") && optopt != 0;
-    return wrong(isKnown ? "option " + name + " takes no value" : "unknown option " + name);
+    return wrong(isKnown ? translated("option '%1' takes no value", {name})
+                         : translated("unknown option '%1'", {name}));
 }
 
 // An option's place in the list, and its value; returns what is wrong.
@@ -126,7 +126,7 @@ std::string applyOne(Options& options, std::size_t place, std::string_view value
     const std::string fault = appliers.at(place)(options, value);
     return fault.empty()
                ? fault
-               : "the value " + quoted(value) + " of '--" + known.at(place).name + "' " + fault;
+               : translated("the value '%1' of '--%2' %3", {value, known.at(place).name, fault});
 }
 
 } // namespace
@@ -159,29 +159,28 @@ std::variant<Options, EarlyEnd> parseOptions(std::span<const std::string_view> a
         }
     }
     if (optind < count) {
-        return wrong("unexpected argument " + quoted(texts.at(static_cast<std::size_t>(optind))));
+        return wrong(
+            translated("unexpected argument '%1'", {texts.at(static_cast<std::size_t>(optind))}));
     }
     return options;
 }
 
 std::string helpText() {
-    return "Usage: pelistra-menubar [OPTION]...\n"
-           "A menu bar for X11: shows the tray icons of all programs at the top of the screen.\n"
-           "\n"
-           "  --theme auto|light|dark   the look; auto follows the desktop's theme (default: "
-           "auto)\n"
-           "  --scale N                 device pixels per point, 0.5 to 8 (default: Xft.dpi / 96)\n"
-           "  --camera-housing X,WIDTH  keep icons out of a camera housing that begins X points "
-           "from\n"
-           "                            the left edge and is WIDTH points wide\n"
-           "  --no-status-notifier      show only icons that are windows, not those on the session "
-           "bus\n"
-           "  --replace                 take over from the tray that is running\n"
-           "  --display NAME            the X display (default: $DISPLAY)\n"
-           "  -h, --help                show this text and end\n"
-           "  --version                 show the version and end\n"
-           "\n"
-           "Hold Super (or Alt and Shift) and drag an icon to move it; Escape puts it back.\n";
+    return translated(R"(Usage: pelistra-menubar [OPTION]...
+A menu bar for X11: shows the tray icons of all programs at the top of the screen.
+
+  --theme auto|light|dark   the look; auto follows the desktop's theme (default: auto)
+  --scale N                 device pixels per point, 0.5 to 8 (default: Xft.dpi / 96)
+  --camera-housing X,WIDTH  keep icons out of a camera housing that begins X points from
+                            the left edge and is WIDTH points wide
+  --no-status-notifier      show only icons that are windows, not those on the session bus
+  --replace                 take over from the tray that is running
+  --display NAME            the X display (default: $DISPLAY)
+  -h, --help                show this text and end
+  --version                 show the version and end
+
+Hold Super (or Alt and Shift) and drag an icon to move it; Escape puts it back.
+)");
 }
 
 std::string versionText() {

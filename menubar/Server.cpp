@@ -1,5 +1,6 @@
 #include "menubar/Server.h"
 
+#include "platform/posix/Translation.h"
 #include "platform/x11/Clients.h"
 
 #include <xcb/composite.h>
@@ -44,7 +45,7 @@ std::string Server::prepareExtensions() {
          {std::pair{&xcb_composite_id, "Composite"}, std::pair{&xcb_damage_id, "DAMAGE"},
           std::pair{&xcb_render_id, "RENDER"}, std::pair{&xcb_xfixes_id, "XFIXES"}}) {
         if (connection_->extension(*extension) == nullptr) {
-            return std::string("the X server lacks the extension ") + name;
+            return posix::translated("the X server lacks the extension %1", {name});
         }
     }
     const auto composite =
@@ -57,7 +58,7 @@ std::string Server::prepareExtensions() {
     if (!compositeReply || !damageReply || !fixesReply ||
         !isAtLeast(compositeReply->major_version, compositeReply->minor_version,
                    compositeVersion)) {
-        return "the X server's Composite extension is too old";
+        return posix::translated("the X server's Composite extension is too old");
     }
     if (const auto* data = connection_->extension(xcb_damage_id)) {
         damageEvent_ = data->first_event + XCB_DAMAGE_NOTIFY;
@@ -73,7 +74,7 @@ std::string Server::prepareExtensions() {
             ? nullptr
             : xcb_render_util_find_standard_format(formats_.get(), XCB_PICT_STANDARD_ARGB_32);
     if (alpha == nullptr) {
-        return "the X server's RENDER extension offers no pictures with alpha";
+        return posix::translated("the X server's RENDER extension offers no pictures with alpha");
     }
     alphaFormat_ = alpha->id;
     return {};

@@ -3,6 +3,7 @@
 #include "menubar/DockedItem.h"
 #include "menubar/ForeignText.h"
 #include "menubar/Log.h"
+#include "platform/posix/Translation.h"
 #include "platform/x11/Clients.h"
 #include "platform/x11/Properties.h"
 
@@ -69,8 +70,9 @@ std::unique_ptr<TraySelection> TraySelection::acquire(const Server& server, bool
     std::unique_ptr<TraySelection> tray(new TraySelection(server));
     const xcb_window_t previous = tray->currentOwner();
     if (previous != XCB_NONE && !replace) {
-        failure = "the system tray of this screen belongs to " + tray->describeOwner(previous) +
-                  "; end it, or use --replace to take over from it";
+        failure = posix::translated("the system tray of this screen belongs to %1; end it, or use "
+                                    "--replace to take over from it",
+                                    {tray->describeOwner(previous)});
         return nullptr;
     }
     if (previous != XCB_NONE) {
@@ -78,13 +80,14 @@ std::unique_ptr<TraySelection> TraySelection::acquire(const Server& server, bool
         xcb_change_window_attributes(server.xcb(), previous, XCB_CW_EVENT_MASK, &events);
     }
     if (!tray->readServerTime()) {
-        failure = "the X server does not answer";
+        failure = posix::translated("the X server does not answer");
         return nullptr;
     }
     const xcb_atom_t selection = server.atom(Atom::TraySelection);
     xcb_set_selection_owner(server.xcb(), tray->owner(), selection, tray->time_);
     if (tray->currentOwner() != tray->owner()) {
-        failure = "another program took the system tray of this screen at the same moment";
+        failure = posix::translated(
+            "another program took the system tray of this screen at the same moment");
         return nullptr;
     }
     if (previous != XCB_NONE) {
@@ -130,10 +133,9 @@ std::string TraySelection::describeOwner(xcb_window_t owner) const {
     if (name.empty() && windowName) {
         name = cleanText(windowName->text(), nameLimit);
     }
-    std::string description = name.empty() ? "another program" : "'" + name + "'";
-    description += process ? " (process " + std::to_string(*process) + ")"
-                           : " (window " + hexadecimal(owner) + ")";
-    return description;
+    name = name.empty() ? posix::translated("another program") : "'" + name + "'";
+    return process ? posix::translated("%1 (process %2)", {name, std::to_string(*process)})
+                   : posix::translated("%1 (window %2)", {name, hexadecimal(owner)});
 }
 
 void TraySelection::waitForEnd(xcb_window_t owner) const {

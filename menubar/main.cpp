@@ -5,6 +5,7 @@
 #include "menubar/Server.h"
 #include "menubar/TraySelection.h"
 #include "platform/posix/StopSignals.h"
+#include "platform/posix/Translation.h"
 #include "platform/x11/Connection.h"
 
 #include <chrono>
@@ -21,7 +22,6 @@ using namespace pelistra;
 using namespace pelistra::menubar;
 
 constexpr int cannotRun = 1;
-constexpr const char* serverGone = "the X server went away";
 // For as long as it takes, or until it is told to stop: without an answer the bar has nothing to
 // do, and it must not take an icon for gone about which it could not ask.
 constexpr std::chrono::hours patience{24};
@@ -32,12 +32,16 @@ int fail(const std::string& why) {
     return cannotRun;
 }
 
+int failWithoutServer() {
+    return fail(posix::translated("the X server went away"));
+}
+
 int failFor(const std::string& reason, const x11::Connection& connection) {
     // Nothing that the server did not answer says anything.
     if (connection.isStalled()) {
-        return fail("the X server does not answer");
+        return fail(posix::translated("the X server does not answer"));
     }
-    return fail(connection.isAlive() ? reason : serverGone);
+    return connection.isAlive() ? fail(reason) : failWithoutServer();
 }
 
 int serve(const Options& options) {
@@ -66,7 +70,7 @@ int serve(const Options& options) {
     connection->sync();
     switch (end) {
     case MenuBar::End::ServerGone:
-        return fail(serverGone);
+        return failWithoutServer();
     case MenuBar::End::TrayTaken:
         log("another program took the system tray over; all icons are released");
         break;

@@ -1,5 +1,7 @@
 #include "platform/x11/Connection.h"
 
+#include "platform/posix/Translation.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -25,15 +27,15 @@ std::string nameOf(const std::string& requested) {
 
 std::string reasonFor(int error, const std::string& display) {
     if (display.empty()) {
-        return "no X display: DISPLAY is not set";
+        return posix::translated("no X display: DISPLAY is not set");
     }
     switch (error) {
     case XCB_CONN_CLOSED_PARSE_ERR:
-        return "'" + display + "' is not the name of an X display";
+        return posix::translated("'%1' is not the name of an X display", {display});
     case XCB_CONN_CLOSED_INVALID_SCREEN:
-        return "the X display '" + display + "' has no such screen";
+        return posix::translated("the X display '%1' has no such screen", {display});
     default:
-        return "cannot connect to the X display '" + display + "'";
+        return posix::translated("cannot connect to the X display '%1'", {display});
     }
 }
 

@@ -217,6 +217,7 @@ std::string Bench::description() {
     for (const auto& icon : row_.icons()) {
         text += " '" + icon.name + "'";
     }
+    text += "; menus shown: " + std::to_string(desktop_.x().shownMenus().size());
     constexpr std::size_t length = 1500;
     const std::string log = desktop_.organiser().process().output();
     return text + "; the organiser's last words:\n" +

@@ -34,7 +34,7 @@ fs::path UnpackedPackage::userUnit(const std::string& program) const {
 
 std::vector<fs::path> UnpackedPackage::manuals(const std::string& program) const {
     const fs::path name = program + ".1.gz";
-    return {share() / "man/man1" / name, share() / "man/zh_CN/man1" / name};
+    return {share() / "man/man1" / name, share() / "man/zh/man1" / name};
 }
 
 fs::path UnpackedPackage::bashCompletion(const std::string& program) const {

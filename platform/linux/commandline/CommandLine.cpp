@@ -1,6 +1,7 @@
 #include "platform/linux/commandline/CommandLine.h"
 
 #include "platform/linux/application/LogLine.h"
+#include "platform/posix/Translation.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +17,8 @@ constexpr std::array knownSwitches{showSettingsSwitch, showOnboardingSwitch, sta
                                    verifyLayoutSwitch, startMenuBarSwitch,   listItemsSwitch,
                                    jsonSwitch};
 
-constexpr auto help = R"(Usage: pelistra [OPTION]...
+std::string help() {
+    return posix::translated(R"(Usage: pelistra [OPTION]...
 Hide the icons of the menu bar that you rarely need behind an arrow.
 
   --show-settings          open the settings window
@@ -30,11 +32,13 @@ Hide the icons of the menu bar that you rarely need behind an arrow.
   --version                show the version and end
 
 A second start hands --show-settings and --show-onboarding to the running one.
-)";
+)");
+}
 
-CommandLine refusal(std::string_view complaint) {
+CommandLine refusal(const std::string& complaint) {
     return {.request = CommandLine::Request::Refuse,
-            .message = "pelistra: " + std::string(complaint) + "\nTry 'pelistra --help'.\n"};
+            .message = "pelistra: " + complaint + "\n" +
+                       posix::translated("Try 'pelistra --help'.") + "\n"};
 }
 
 } // namespace
@@ -45,7 +49,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, std::str
         return std::ranges::find(options, option) != options.end();
     };
     if (has("--help") || has("-h")) {
-        return {.request = CommandLine::Request::Help, .message = help};
+        return {.request = CommandLine::Request::Help, .message = help()};
     }
     if (has("--version")) {
         return {.request = CommandLine::Request::Version,
@@ -55,7 +59,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, std::str
         return std::ranges::find(knownSwitches, option) == knownSwitches.end();
     });
     if (unknown != options.end()) {
-        return refusal("unknown option '" + withoutControlCharacters(*unknown) + "'");
+        return refusal(
+            posix::translated("unknown option '%1'", {withoutControlCharacters(*unknown)}));
     }
     if (has(listItemsSwitch)) {
         return {.request = has(jsonSwitch) ? CommandLine::Request::ListItemsAsJson
@@ -63,7 +68,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments, std::str
                 .message = {}};
     }
     if (has(jsonSwitch)) {
-        return refusal("'--json' belongs to '--list-items'");
+        return refusal(posix::translated("'--json' belongs to '--list-items'"));
     }
     return {};
 }

@@ -4,6 +4,7 @@
 #include "platform/linux/commandline/ListItemsText.h"
 #include "platform/linux/icons/TrayReader.h"
 #include "platform/linux/programs/X11RunningApplications.h"
+#include "platform/posix/Translation.h"
 #include "platform/x11/Connection.h"
 
 #include <future>
@@ -17,7 +18,9 @@ namespace pelistra::linux {
 
 namespace {
 
-constexpr const char* noAnswer = "the X server does not answer";
+std::string noAnswer() {
+    return posix::translated("the X server does not answer");
+}
 
 // Derived texts are the organiser's own, so that the list says what the second row would show.
 ListedItem describe(const TrayIcon& icon, const TrayView& view,
@@ -59,10 +62,11 @@ Listing makeListing(const std::string& display) {
     }
     const auto view = TrayReader(*connection).read();
     if (!view) {
-        return {.items = {}, .complaint = noAnswer};
+        return {.items = {}, .complaint = noAnswer()};
     }
     if (view->owner == 0) {
-        return {.items = {}, .complaint = "there is no system tray on this display"};
+        return {.items = {},
+                .complaint = posix::translated("there is no system tray on this display")};
     }
     X11RunningApplications applications(display);
     Listing listing;
@@ -82,7 +86,7 @@ int listItems(std::ostream& out, std::ostream& err, bool json, const std::string
     std::thread(std::move(task)).detach();
     const Listing listing = result.wait_for(longestListing) == std::future_status::ready
                                 ? result.get()
-                                : Listing{.items = {}, .complaint = noAnswer};
+                                : Listing{.items = {}, .complaint = noAnswer()};
     if (!listing.complaint.empty()) {
         err << "pelistra: " << listing.complaint << '\n';
         return 1;
