@@ -168,7 +168,7 @@ private:
     }
 
     void rowAndItsMenus() {
-        again([this] { bench_.reveal(days_ % 2 == 0 ? "pelistra-faults" : "Parcellite"); });
+        again([this] { bench_.reveal(days_ % 2 == 0 ? "pelistra-faults" : "Nabi"); });
     }
 
     void monitorComesAndGoes() {
