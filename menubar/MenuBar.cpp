@@ -2,6 +2,7 @@
 
 #include "menubar/DockRequest.h"
 #include "menubar/Log.h"
+#include "platform/posix/UnusedMemory.h"
 
 #include <algorithm>
 #include <chrono>
@@ -29,8 +30,17 @@ Event& mutableEventAs(xcb_generic_event_t& event) {
 // it for this many rounds at most.
 constexpr int mostPostponed = 8;
 
+// What the start has left behind is given back this much later.
+constexpr std::chrono::seconds untilTidied{2};
+
+using Due = std::optional<std::chrono::steady_clock::time_point>;
+
+Due earlier(const Due& one, const Due& other) {
+    return one && other ? std::min(one, other) : std::max(one, other);
+}
+
 // For poll(): negative for ever.
-int millisecondsUntil(std::optional<std::chrono::steady_clock::time_point> time) {
+int millisecondsUntil(const Due& time) {
     if (!time) {
         return -1;
     }
@@ -66,6 +76,7 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
     window_.show();
     tray_->announce();
     server_->connection().flush();
+    tidyingDue_ = std::chrono::steady_clock::now() + untilTidied;
     int postponed = 0;
     while (!end_) {
         const bool heard = notifiers_.process();
@@ -98,7 +109,12 @@ void MenuBar::sleep(int stopDescriptor) {
         {.fd = server_->connection().fileDescriptor(), .events = POLLIN, .revents = 0},
         {.fd = stopDescriptor, .events = POLLIN, .revents = 0}};
     std::ranges::copy(notifiers_.descriptors(), std::back_inserter(descriptors));
-    ::poll(descriptors.data(), descriptors.size(), millisecondsUntil(notifiers_.due()));
+    ::poll(descriptors.data(), descriptors.size(),
+           millisecondsUntil(earlier(notifiers_.due(), tidyingDue_)));
+    if (tidyingDue_ && *tidyingDue_ <= std::chrono::steady_clock::now()) {
+        posix::giveBackUnusedMemory();
+        tidyingDue_.reset();
+    }
     if (descriptors[1].revents != 0) {
         end_ = End::Stopped;
     }

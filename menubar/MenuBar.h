@@ -17,6 +17,7 @@
 #include "menubar/TraySelection.h"
 #include "menubar/notifier/NotifierDocking.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -81,6 +82,8 @@ private:
     // The bar's height that the window manager has agreed to.
     int heightGiven_ = 0;
     std::optional<End> end_;
+    // When to tidy up after the start; empty once that is done.
+    std::optional<std::chrono::steady_clock::time_point> tidyingDue_;
 
     // What the events of one batch left to be done.
     bool activeWindowStale_ = true;

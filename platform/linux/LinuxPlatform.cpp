@@ -27,12 +27,11 @@
 #include "platform/linux/statusitem/WindowCanvas.h"
 #include "platform/linux/windows/LoadedWindows.h"
 #include "platform/posix/StopSignals.h"
+#include "platform/posix/UnusedMemory.h"
 
 #include <cstdlib>
 #include <string>
 #include <utility>
-
-#include <malloc.h>
 
 namespace pelistra::linux {
 
@@ -93,7 +92,7 @@ struct LinuxPlatform::Services {
           instanceEvents(
               pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
         pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
-        mainQueue.asyncAfter(untilGivenBack, [] { ::malloc_trim(0); });
+        mainQueue.asyncAfter(untilGivenBack, posix::giveBackUnusedMemory);
         trayHost.start();
         if (hasArgument(application, startMenuBarSwitch)) {
             menuBarStarter.startUnlessTrayComes(menuBarBeside(ownProgram()));

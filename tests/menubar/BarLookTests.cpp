@@ -129,6 +129,12 @@ TEST_F(BarLookTests, WhoFindsTheBarFindsItWithItsHeight) {
     startBar();
 }
 
+TEST_F(BarLookTests, WhatOnlyTheStartNeededIsGivenBack) {
+    startBar();
+    constexpr long someCode = 1024;
+    EXPECT_TRUE(waitFor([&] { return memoryGivenBack(bar().process().pid()) >= someCode; }));
+}
+
 TEST_F(BarLookTests, AGivenScaleWins) {
     setResources("Xft.dpi:\t192\n");
     startBar({"--scale=1"});

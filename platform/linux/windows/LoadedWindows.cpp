@@ -1,9 +1,11 @@
 #include "platform/linux/windows/LoadedWindows.h"
 
+#include <future>
 #include <system_error>
 #include <utility>
 
 #include <dlfcn.h>
+#include <fontconfig/fontconfig.h>
 
 namespace pelistra::linux {
 
@@ -14,8 +16,8 @@ constexpr auto fileName = "pelistra-windows.so";
 // Says in the log what a window would have shown.
 class Complaint {
 public:
-    Complaint(const Logger& logger, const std::string& failure)
-        : logger_(logger), message_("Cannot show a window: " + failure) {}
+    Complaint(Logger logger, const std::string& failure)
+        : logger_(std::move(logger)), message_("Cannot show a window: " + failure) {}
 
     void log() const { logger_.error(message_); }
 
@@ -99,9 +101,12 @@ std::unique_ptr<Panel> LoadedWindows::panel(const PanelConfiguration& configurat
 
 WindowsModule* LoadedWindows::load() {
     if (module_ == nullptr) {
+        // Takes long, and Qt asks for it after all else that is loaded and begun here.
+        const auto fonts = std::async(std::launch::async, ::FcInit);
         if (const auto enter = entryOf(file_, failure_)) {
             module_.reset(enter(services_, failure_));
         }
+        fonts.wait();
     }
     return module_.get();
 }

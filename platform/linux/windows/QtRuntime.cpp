@@ -6,7 +6,6 @@
 
 #include <QAccessible>
 #include <QEvent>
-#include <QIcon>
 #include <QPluginLoader>
 
 namespace pelistra::linux {
@@ -30,15 +29,6 @@ SourcePtr deferredDeletion() {
         .closure_callback = nullptr,
         .closure_marshal = nullptr};
     return attached(g_source_new(&functions, sizeof(GSource)));
-}
-
-// The application's own, for when no theme has it since the program is not installed.
-QIcon ownIcon() {
-    QIcon icon;
-    for (const int side : {16, 24, 32, 48, 64, 128}) {
-        icon.addFile(QStringLiteral(":/pelistra/%1.png").arg(side));
-    }
-    return icon;
 }
 
 } // namespace
@@ -90,7 +80,6 @@ QtRuntime::QtRuntime(double scaleBeyondResources)
     QApplication::setApplicationName("Pelistra");
     QApplication::setApplicationVersion(PELISTRA_VERSION);
     QApplication::setDesktopFileName("pelistra");
-    QApplication::setWindowIcon(QIcon::fromTheme("pelistra", ownIcon()));
     // QApplication::exec() would do so.
     QAccessible::setRootObject(&application_);
 }

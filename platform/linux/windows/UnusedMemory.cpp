@@ -1,6 +1,7 @@
 #include "platform/linux/windows/UnusedMemory.h"
 
 #include "platform/linux/windows/WindowFrame.h"
+#include "platform/posix/UnusedMemory.h"
 
 #include <algorithm>
 
@@ -8,7 +9,6 @@
 #include <QByteArray>
 #include <QFontDatabase>
 #include <QPixmapCache>
-#include <malloc.h>
 
 namespace pelistra::linux {
 
@@ -43,7 +43,7 @@ void UnusedMemory::giveBackAfterWindow() {
 void UnusedMemory::giveBackWindowMemory() {
     forgetFonts();
     QPixmapCache::clear();
-    ::malloc_trim(0);
+    posix::giveBackUnusedMemory();
 }
 
 } // namespace pelistra::linux

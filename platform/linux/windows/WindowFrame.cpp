@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -61,6 +62,15 @@ protected:
     }
 };
 
+// The application's own, for when no theme has it since the program is not installed.
+QIcon ownIcon() {
+    QIcon icon;
+    for (const int side : {16, 24, 32, 48, 64, 128}) {
+        icon.addFile(QStringLiteral(":/pelistra/%1.png").arg(side));
+    }
+    return icon;
+}
+
 QSize whole(Size size) {
     return {static_cast<int>(std::lround(size.width)), static_cast<int>(std::lround(size.height))};
 }
@@ -75,6 +85,7 @@ WindowFrame::WindowFrame(Size contentSize, std::uint32_t styleMask,
     } else {
         setFixedSize(whole(contentSize));
     }
+    setWindowIcon(QIcon::fromTheme("pelistra", ownIcon()));
     updateFrame();
 }
 

@@ -170,6 +170,13 @@ std::optional<long> ownMemory(pid_t pid) {
                        "Anonymous:");
 }
 
+std::optional<long> memoryGivenBack(pid_t pid) {
+    const auto status = std::filesystem::path("/proc") / std::to_string(pid) / "status";
+    const auto most = numberAfter(status, "VmHWM:");
+    const auto now = numberAfter(status, "VmRSS:");
+    return most && now ? std::optional(*most - *now) : std::nullopt;
+}
+
 std::optional<long> wakeUps(pid_t pid) {
     std::error_code failure;
     const std::filesystem::directory_iterator tasks(

@@ -74,6 +74,10 @@ private:
 // else runs. Empty when the process is gone.
 [[nodiscard]] std::optional<long> ownMemory(pid_t pid);
 
+// By how many KiB the memory that a process is in, shared or not, is less than it has ever been.
+// Empty when the process is gone.
+[[nodiscard]] std::optional<long> memoryGivenBack(pid_t pid);
+
 // How often the threads of a process have gone to sleep and been woken since it started. An idle
 // process that makes no system call at all leaves it unchanged.
 [[nodiscard]] std::optional<long> wakeUps(pid_t pid);

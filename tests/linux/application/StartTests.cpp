@@ -168,6 +168,12 @@ TEST_F(StartTest, TheSelectionTellsItsTargetsAndRefusesOthers) {
     EXPECT_EQ(convert("STRING"), xcb_atom_t{XCB_ATOM_NONE});
 }
 
+TEST_F(StartTest, WhatOnlyItNeededIsGivenBack) {
+    const auto process = startFirst();
+    constexpr long someCode = 1024;
+    EXPECT_TRUE(waitFor([&] { return memoryGivenBack(process->pid()) >= someCode; }));
+}
+
 TEST_F(StartTest, SignalsEndItInOrder) {
     for (const int number : {SIGTERM, SIGINT}) {
         const auto process = startFirst();
