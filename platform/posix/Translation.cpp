@@ -1,10 +1,10 @@
 #include "platform/posix/Translation.h"
 
+#include <clocale>
 #include <filesystem>
 #include <system_error>
 
 #include <libintl.h>
-#include <locale.h>
 
 namespace pelistra::posix {
 

@@ -32,7 +32,7 @@ constexpr std::chrono::seconds untilMemoryIsBack{3};
 constexpr std::chrono::milliseconds standstill{600};
 constexpr std::chrono::milliseconds menuTime{600};
 constexpr long mostMoreMemory = 1024;
-constexpr int restlessPrograms = 3;
+constexpr std::size_t restlessPrograms = 3;
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool memoryCounts = false;
 #elif defined(__has_feature)
@@ -114,7 +114,7 @@ private:
 
     void programsCome() {
         const auto own = std::filesystem::read_symlink("/proc/self/exe").string();
-        for (int number = 0; number < restlessPrograms; ++number) {
+        for (std::size_t number = 0; number < restlessPrograms; ++number) {
             restless_.push_back(
                 display().start({own, "--restless", "Restless" + std::to_string(number)}));
         }

@@ -3,7 +3,6 @@
 #include "platform/x11/Clients.h"
 #include "tests/desktop/harness/FileContent.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <sstream>
@@ -37,22 +36,22 @@ void countResources(std::uint32_t connection, XClient& client, Holdings& into) {
 }
 
 long namesOf(pid_t process, sd_bus& bus) {
-    char** names = nullptr;
-    if (sd_bus_list_names(&bus, &names, nullptr) < 0) {
+    char** list = nullptr;
+    if (sd_bus_list_names(&bus, &list, nullptr) < 0) {
         throw std::runtime_error("the bus does not say who is on it");
     }
+    const x11::Owned<char*> names(list);
     long count = 0;
-    for (char** name = names; *name != nullptr; std::advance(name, 1)) {
+    for (char** each = list; *each != nullptr; std::advance(each, 1)) {
+        const x11::Owned<char> name(*each);
         sd_bus_creds* owner = nullptr;
         pid_t pid = 0;
-        if (sd_bus_get_name_creds(&bus, *name, SD_BUS_CREDS_PID, &owner) >= 0 &&
+        if (sd_bus_get_name_creds(&bus, name.get(), SD_BUS_CREDS_PID, &owner) >= 0 &&
             sd_bus_creds_get_pid(owner, &pid) >= 0 && pid == process) {
             ++count;
         }
         sd_bus_creds_unref(owner);
-        std::free(*name); // NOLINT(*-no-malloc): the library's
     }
-    std::free(names); // NOLINT(*-no-malloc): the library's
     return count;
 }
 

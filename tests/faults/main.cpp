@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <iostream>
+#include <map>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -66,42 +68,55 @@ int beIcon(const std::string& name) {
     return EXIT_SUCCESS;
 }
 
-// What the arguments ask for, or that they are wrong.
-int obey(const std::vector<std::string_view>& arguments) {
+int tryWithMounts(bool isShort, std::string_view text) {
+    pelistra::testing::enterPrivateMounts();
+    return tryAll(isShort, text) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int live(const std::string& minutes) {
+    return pelistra::testing::liveDays(std::chrono::minutes(std::stoi(minutes))) ? EXIT_SUCCESS
+                                                                                 : EXIT_FAILURE;
+}
+
+int help() {
+    std::cout << usage;
+    return EXIT_SUCCESS;
+}
+
+using Order = std::function<int(const std::string& value)>;
+
+// What the arguments ask for; empty when they are wrong.
+Order orderIn(const std::vector<std::string>& arguments) {
     using namespace pelistra::testing;
-    const std::string_view order = arguments.empty() ? "" : arguments.front();
-    if (arguments.size() == 2) {
-        const std::string value(arguments[1]);
-        if (order == "--icon") {
-            return beIcon(value);
-        }
-        if (order == "--restless") {
-            return beRestless(value);
-        }
-        if (order == "--day" && !value.empty() &&
-            value.find_first_not_of("0123456789") == std::string::npos) {
-            return liveDays(std::chrono::minutes(std::stoi(value))) ? EXIT_SUCCESS : EXIT_FAILURE;
-        }
-        if (order == "--only") {
-            enterPrivateMounts();
-            return tryAll(false, value) ? EXIT_SUCCESS : EXIT_FAILURE;
-        }
-    } else if (arguments.size() == 1 && (order == "--short" || order == "--soak")) {
-        enterPrivateMounts();
-        return tryAll(order == "--short", "") ? EXIT_SUCCESS : EXIT_FAILURE;
-    } else if (arguments.size() == 1 && order == "--help") {
-        std::cout << usage;
-        return EXIT_SUCCESS;
+    const std::map<std::string_view, Order> plain{
+        {"--short", [](const std::string&) { return tryWithMounts(true, ""); }},
+        {"--soak", [](const std::string&) { return tryWithMounts(false, ""); }},
+        {"--help", [](const std::string&) { return help(); }}};
+    const std::map<std::string_view, Order> withValue{
+        {"--only", [](const std::string& text) { return tryWithMounts(false, text); }},
+        {"--day", live},
+        {"--icon", beIcon},
+        {"--restless", beRestless}};
+    if (arguments.empty() || arguments.size() > 2) {
+        return {};
     }
-    std::cerr << usage;
-    return wrongUsage;
+    const auto& orders = arguments.size() == 2 ? withValue : plain;
+    const auto found = orders.find(arguments.front());
+    return found == orders.end() ? Order() : found->second;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     try {
-        return obey({argv + 1, argv + argc}); // NOLINT(*-pointer-arithmetic)
+        const std::vector<std::string> arguments(argv + 1,
+                                                 argv + argc); // NOLINT(*-pointer-arithmetic)
+        const Order order = orderIn(arguments);
+        if (!order) {
+            std::cerr << usage;
+            return wrongUsage;
+        }
+        return order(arguments.back());
     } catch (const std::exception& failure) {
         std::cerr << "pelistra-faults: " << failure.what() << "\n";
         return EXIT_FAILURE;
