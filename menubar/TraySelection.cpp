@@ -133,7 +133,7 @@ std::string TraySelection::describeOwner(xcb_window_t owner) const {
     if (name.empty() && windowName) {
         name = cleanText(windowName->text(), nameLimit);
     }
-    name = name.empty() ? posix::translated("another program") : "'" + name + "'";
+    name = name.empty() ? posix::translated("another program") : posix::translated("'%1'", {name});
     return process ? posix::translated("%1 (process %2)", {name, std::to_string(*process)})
                    : posix::translated("%1 (window %2)", {name, hexadecimal(owner)});
 }
