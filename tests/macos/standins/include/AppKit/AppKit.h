@@ -7,14 +7,12 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <QuartzCore/QuartzCore.h>
 
-// Names that GNUstep has only under their older spelling
-enum {
-    NSEventTypeLeftMouseDown = NSLeftMouseDown,
-    NSEventTypeLeftMouseUp = NSLeftMouseUp,
-    NSEventTypeRightMouseDown = NSRightMouseDown,
-    NSEventTypeRightMouseUp = NSRightMouseUp,
-    NSEventModifierFlagOption = NSAlternateKeyMask,
-};
+// Names that GNUstep, or an older release of it, has only under their older spelling
+#define NSEventTypeLeftMouseDown NSLeftMouseDown
+#define NSEventTypeLeftMouseUp NSLeftMouseUp
+#define NSEventTypeRightMouseDown NSRightMouseDown
+#define NSEventTypeRightMouseUp NSRightMouseUp
+#define NSEventModifierFlagOption NSAlternateKeyMask
 #define NSControlSizeLarge static_cast<decltype(NSControlSizeRegular)>(3)
 #define NSBezelStylePush NSRoundedBezelStyle
 #define NSBezelStyleAccessoryBarAction NSRoundRectBezelStyle
