@@ -38,8 +38,8 @@ enum class Weight { Normal, Bold };
 [[nodiscard]] inline SurfacePtr surfaceOver(ArgbImage& image) {
     constexpr int bytesPerPixel = 4;
     return SurfacePtr(cairo_image_surface_create_for_data(
-        reinterpret_cast<unsigned char*>(image.pixels.data()), // NOLINT(*-reinterpret-cast)
-        CAIRO_FORMAT_ARGB32, image.width, image.height, image.width * bytesPerPixel));
+        reinterpret_cast<unsigned char*>(image.pixels.data()), CAIRO_FORMAT_ARGB32, image.width,
+        image.height, image.width * bytesPerPixel));
 }
 
 // Draws into an image of its own.

@@ -59,7 +59,7 @@ void withdraw(const Server& server, xcb_window_t window) {
     notice.window = window;
     xcb_send_event(server.xcb(), 0, server.root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&notice)); // NOLINT(*-reinterpret-cast)
+                   reinterpret_cast<const char*>(&notice));
 }
 
 } // namespace

@@ -89,7 +89,7 @@ void ItemPlacing::tellPlace(const DockedItem& item) const {
     notice.width = static_cast<std::uint16_t>(item.width);
     notice.height = static_cast<std::uint16_t>(item.height);
     xcb_send_event(server_->xcb(), 0, item.client, XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&notice)); // NOLINT(*-reinterpret-cast)
+                   reinterpret_cast<const char*>(&notice));
 }
 
 int ItemPlacing::titleLimit() const {

@@ -23,7 +23,7 @@ constexpr double housingMarginInPoints = 4;
 
 template <class Event>
 Event& mutableEventAs(xcb_generic_event_t& event) {
-    return reinterpret_cast<Event&>(event); // NOLINT(*-reinterpret-cast)
+    return reinterpret_cast<Event&>(event);
 }
 
 // A disk takes longer than all the rest, so it waits until no event does; a flood of events delays

@@ -33,7 +33,7 @@ void putImage(xcb_connection_t* x, xcb_pixmap_t pixmap, const ArgbImage& image) 
     const int rowsAtOnce = std::max(1, static_cast<int>(limit / rowBytes));
     for (int row = 0; row < image.height; row += rowsAtOnce) {
         const int rows = std::min(rowsAtOnce, image.height - row);
-        const auto* data = reinterpret_cast<const std::uint8_t*>( // NOLINT(*-reinterpret-cast)
+        const auto* data = reinterpret_cast<const std::uint8_t*>(
             pixels.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(image.width));
         xcb_put_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context.id(),
                       static_cast<std::uint16_t>(image.width), static_cast<std::uint16_t>(rows), 0,

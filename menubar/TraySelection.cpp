@@ -165,7 +165,7 @@ void TraySelection::announce() const {
                                              0};
     std::ranges::copy(words, message.data.data32);
     xcb_send_event(server_->xcb(), 0, server_->root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+                   reinterpret_cast<const char*>(&message));
 }
 
 bool TraySelection::isLoss(const xcb_selection_clear_event_t& event) const {

@@ -25,7 +25,7 @@ double down(const Edges& edges) {
 }
 
 double Measuring::snapped(double points) const {
-    return std::floor((points * scale) + 0.5) / scale; // NOLINT(*-magic-numbers)
+    return std::floor((points * scale) + 0.5) / scale;
 }
 
 Area Measuring::snapped(const Area& area) const {

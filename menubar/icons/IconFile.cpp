@@ -66,7 +66,7 @@ ArgbImage draw(const std::string& content, const IconRequest& request, bool symb
     }
     const std::string style = styleFor(request, symbolic);
     rsvg_handle_set_stylesheet(drawing.get(), reinterpret_cast<const std::uint8_t*>(style.data()),
-                               style.size(), nullptr); // NOLINT(*-reinterpret-cast)
+                               style.size(), nullptr);
     Canvas canvas(request.side, request.side);
     const RsvgRectangle whole{
         .x = 0, .y = 0, .width = double(request.side), .height = double(request.side)};
@@ -114,7 +114,7 @@ ArgbImage readPixels(const std::string& content, int side) {
     g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(boundSize), nullptr);
     const bool written =
         gdk_pixbuf_loader_write(loader.get(), reinterpret_cast<const std::uint8_t*>(content.data()),
-                                content.size(), nullptr) != 0; // NOLINT(*-reinterpret-cast)
+                                content.size(), nullptr) != 0;
     const bool closed = gdk_pixbuf_loader_close(loader.get(), nullptr) != 0;
     GdkPixbuf* const pixbuf = gdk_pixbuf_loader_get_pixbuf(loader.get());
     if (!written || !closed || pixbuf == nullptr) {

@@ -128,7 +128,7 @@ bool readProperties(sd_bus_message& message, MenuEntry& entry) {
     return sd_bus_message_exit_container(&message) >= 0;
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): as deep as the menu, which is bounded.
+// As deep as the menu, which is bounded.
 bool readEntry(sd_bus_message& message, MenuEntry& entry, int depth, int& left) {
     if (sd_bus_message_enter_container(&message, SD_BUS_TYPE_STRUCT, "ia{sv}av") <= 0 ||
         sd_bus_message_read_basic(&message, SD_BUS_TYPE_INT32, &entry.id) <= 0 ||

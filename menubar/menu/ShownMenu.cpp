@@ -129,7 +129,7 @@ void ShownMenu::askProgramItself() {
     QTimer::singleShot(0, menu_.get(), [this] { closed_(); });
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): as deep as the menu, which is bounded.
+// As deep as the menu, which is bounded.
 void ShownMenu::fill(QMenu& menu, const std::vector<MenuEntry>& entries) {
     const QList<QAction*> actions = menu.actions();
     bool same = actions.size() == static_cast<qsizetype>(entries.size());
@@ -184,7 +184,7 @@ void ShownMenu::addEntry(QMenu& menu, const MenuEntry& entry) {
                      [this, id = entry.id] { tell(id, "clicked"); });
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): as deep as the menu, which is bounded.
+// As deep as the menu, which is bounded.
 void ShownMenu::update(QAction& action, const MenuEntry& entry) {
     const QString label = menu_->fontMetrics().elidedText(text(entry.label), Qt::ElideRight,
                                                           widestLabel, Qt::TextShowMnemonic);

@@ -14,7 +14,7 @@ namespace pelistra::posix {
 
 // The value of a variable; empty when it is unset.
 [[nodiscard]] inline std::string environmentText(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    const char* value = std::getenv(name);
     return value != nullptr ? value : "";
 }
 

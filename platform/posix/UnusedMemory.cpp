@@ -19,7 +19,7 @@ bool codeIsChanged(std::span<const ElfW(Phdr)> segments, ElfW(Addr) address) {
     if (dynamic == segments.end()) {
         return false;
     }
-    // NOLINTNEXTLINE(*-reinterpret-cast, *-int-to-ptr): an address is what the loader tells.
+    // NOLINTNEXTLINE(*-int-to-ptr): an address is what the loader tells.
     const auto* entry = reinterpret_cast<const ElfW(Dyn)*>(address + dynamic->p_vaddr);
     for (; entry->d_tag != DT_NULL; ++entry) {
         if (entry->d_tag == DT_TEXTREL ||
@@ -42,7 +42,7 @@ int giveBackCode(dl_phdr_info* object, std::size_t /*size*/, void* pageSize) {
         }
         const std::uintptr_t begin = object->dlpi_addr + segment.p_vaddr;
         const std::uintptr_t aligned = begin / page * page;
-        // NOLINTNEXTLINE(*-reinterpret-cast, *-int-to-ptr): an address is what the loader tells.
+        // NOLINTNEXTLINE(*-int-to-ptr): an address is what the loader tells.
         ::madvise(reinterpret_cast<void*>(aligned), begin - aligned + segment.p_memsz,
                   MADV_DONTNEED);
     }

@@ -21,7 +21,7 @@ std::string nameOf(const std::string& requested) {
     if (!requested.empty()) {
         return requested;
     }
-    const char* environment = std::getenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe)
+    const char* environment = std::getenv("DISPLAY");
     return environment != nullptr ? environment : "";
 }
 

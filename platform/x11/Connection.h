@@ -79,7 +79,7 @@ public:
     // Keeps the error of a _checked request, if it has one, from coming as an event.
     void ignoreErrorOf(xcb_void_cookie_t cookie) const;
     // Whether the server has handled everything that was sent until now.
-    bool sync() const; // NOLINT(modernize-use-nodiscard): it can be enough to have waited
+    bool sync() const; // it can be enough to have waited
     // An extension that the server has; null for others, or when it did not answer.
     [[nodiscard]] const xcb_query_extension_reply_t* extension(xcb_extension_t& extension) const;
 

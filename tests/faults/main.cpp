@@ -109,8 +109,7 @@ Order orderIn(const std::vector<std::string>& arguments) {
 
 int main(int argc, char** argv) {
     try {
-        const std::vector<std::string> arguments(argv + 1,
-                                                 argv + argc); // NOLINT(*-pointer-arithmetic)
+        const std::vector<std::string> arguments(argv + 1, argv + argc);
         const Order order = orderIn(arguments);
         if (!order) {
             std::cerr << usage;

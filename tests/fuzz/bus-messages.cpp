@@ -182,7 +182,7 @@ void checkProperties(Input& input, int side) {
     check(properties->menu.empty() || properties->menu.starts_with('/'));
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): as deep as the input says, at most as deep as a message may
+// As deep as the input says, at most as deep as a message may.
 // be.
 void appendEntry(sd_bus_message& message, Input& input, int depth) {
     static constexpr std::array<std::pair<std::string_view, std::string_view>, 10> known{{
@@ -216,7 +216,7 @@ void appendEntry(sd_bus_message& message, Input& input, int depth) {
     sd_bus_message_close_container(&message);
 }
 
-// NOLINTNEXTLINE(misc-no-recursion): as deep as the menu, which is bounded.
+// As deep as the menu, which is bounded.
 int checkEntry(const menubar::MenuEntry& entry, int depth) {
     check(depth <= menubar::deepestMenu);
     check(isClean(entry.label) && isClean(entry.shortcut));

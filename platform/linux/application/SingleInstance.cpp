@@ -83,7 +83,7 @@ void SingleInstance::handle(const xcb_generic_event_t& event) {
     notify.target = request.target;
     notify.property = answer(request) ? request.property : xcb_atom_t{XCB_ATOM_NONE};
     xcb_send_event(connection_.get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char*>(&notify)); // NOLINT(*-reinterpret-cast)
+                   reinterpret_cast<const char*>(&notify));
     connection_.flush();
     // The answer goes first: what is shown may take its time.
     if (notify.property != XCB_ATOM_NONE && handler_) {

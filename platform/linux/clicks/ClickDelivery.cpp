@@ -162,7 +162,7 @@ void ClickDelivery::sendButton(std::uint8_t type, const Target& target, RootPlac
         .state = static_cast<std::uint16_t>(isRelease ? XCB_BUTTON_MASK_3 : 0),
         .same_screen = 1,
         .pad0 = 0};
-    // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
+    // Every event travels as the same 32 bytes.
     const auto* const bytes = reinterpret_cast<const char*>(&event);
     connection_->ignoreErrorOf(xcb_send_event_checked(
         connection_->get(), 0, target.window,
@@ -188,10 +188,10 @@ void ClickDelivery::sendCrossing(const Target& target, RootPlace place) {
                                          .state = 0,
                                          .mode = XCB_NOTIFY_MODE_NORMAL,
                                          .same_screen_focus = sameScreen};
-    connection_->ignoreErrorOf(xcb_send_event_checked(
-        connection_->get(), 0, target.window, XCB_EVENT_MASK_ENTER_WINDOW,
-        // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as the same 32 bytes.
-        reinterpret_cast<const char*>(&event)));
+    connection_->ignoreErrorOf(xcb_send_event_checked(connection_->get(), 0, target.window,
+                                                      XCB_EVENT_MASK_ENTER_WINDOW,
+                                                      // Every event travels as the same 32 bytes.
+                                                      reinterpret_cast<const char*>(&event)));
 }
 
 bool ClickDelivery::isUncovered(WindowId window, RootPlace place) {

@@ -150,13 +150,12 @@ void PointerDevice::add(const std::string& name) const {
                                         .name_len = static_cast<std::uint16_t>(name.size()),
                                         .send_core = 1,
                                         .enable = 1};
-    auto* const bytes =
-        reinterpret_cast<std::uint8_t*>(buffer.data()); // NOLINT(*-reinterpret-cast)
+    auto* const bytes = reinterpret_cast<std::uint8_t*>(buffer.data());
     std::memcpy(bytes, &header, sizeof(header));
     std::ranges::copy(name, bytes + sizeof(header));
     connection_->ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
         connection_->get(), 1,
-        // NOLINTNEXTLINE(*-reinterpret-cast): the request takes changes of several shapes.
+        // The request takes changes of several shapes.
         reinterpret_cast<const xcb_input_hierarchy_change_t*>(buffer.data())));
 }
 
@@ -179,7 +178,7 @@ void PointerDevice::remove(xcb_input_device_id_t pointer,
         .return_keyboard = firstOf(XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD)};
     connection_->ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
         connection_->get(), 1,
-        // NOLINTNEXTLINE(*-reinterpret-cast): the request takes changes of several shapes.
+        // The request takes changes of several shapes.
         reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change)));
 }
 

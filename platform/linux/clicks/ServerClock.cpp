@@ -28,7 +28,7 @@ std::optional<xcb_sync_counter_t> ServerClock::findCounter() {
     if (!counters) {
         return std::nullopt;
     }
-    // NOLINTNEXTLINE(*-reinterpret-cast, *-pointer-arithmetic): the list follows the reply's head.
+    // The list follows the reply's head.
     std::string_view list(reinterpret_cast<const char*>(counters.get() + 1),
                           std::size_t{counters->length} * unit);
     while (list.size() >= nameOffset) {

@@ -32,7 +32,7 @@ Pixels drawn(int width, int height, const std::function<bool(cairo_t*)>& draw) {
 
 SurfacePtr surfaceOf(const Pixels& pixels) {
     // It is only read from.
-    auto* values = const_cast<std::uint32_t*>(pixels.values.data()); // NOLINT(*-const-cast)
+    auto* values = const_cast<std::uint32_t*>(pixels.values.data());
     return surfaceOn(values, pixels.width, pixels.height);
 }
 

@@ -185,7 +185,7 @@ private:
         std::ranges::copy(words, event.data.data32);
         xcb_send_event(connection_.get(), 0, connection_.root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                       // NOLINTNEXTLINE(*-reinterpret-cast): every event travels as 32 bytes.
+                       // Every event travels as 32 bytes.
                        reinterpret_cast<const char*>(&event));
     }
 

@@ -121,7 +121,7 @@ void TrayHost::requestDock(xcb_window_t window) const {
     message.data.data32[1] = requestDockOpcode;
     message.data.data32[2] = window;
     xcb_send_event(connection_.get(), 0, tray_->owner, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char*>(&message)); // NOLINT(*-reinterpret-cast)
+                   reinterpret_cast<const char*>(&message));
 }
 
 SubscriptionPtr TrayHost::observe(std::function<void(Change)> handler) {

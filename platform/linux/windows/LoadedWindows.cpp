@@ -65,10 +65,10 @@ WindowsModuleEntry entryOf(const std::filesystem::path& file, std::string& failu
     void* const library = ::dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     void* const entry = library != nullptr ? ::dlsym(library, windowsModuleEntry) : nullptr;
     if (entry == nullptr) {
-        const char* const reason = ::dlerror(); // NOLINT(concurrency-mt-unsafe)
+        const char* const reason = ::dlerror();
         failure = reason != nullptr ? reason : "no reason is known";
     }
-    return reinterpret_cast<WindowsModuleEntry>(entry); // NOLINT(*-reinterpret-cast)
+    return reinterpret_cast<WindowsModuleEntry>(entry);
 }
 
 } // namespace
@@ -101,12 +101,14 @@ std::unique_ptr<Panel> LoadedWindows::panel(const PanelConfiguration& configurat
 
 WindowsModule* LoadedWindows::load() {
     if (module_ == nullptr) {
-        // Takes long, and Qt asks for it after all else that is loaded and begun here.
+        // Qt needs their configuration, and reading it takes as long as loading Qt.
         const auto fonts = std::async(std::launch::async, ::FcInit);
-        if (const auto enter = entryOf(file_, failure_)) {
+        const auto enter = entryOf(file_, failure_);
+        // What follows changes the environment, which the other thread reads.
+        fonts.wait();
+        if (enter != nullptr) {
             module_.reset(enter(services_, failure_));
         }
-        fonts.wait();
     }
     return module_.get();
 }

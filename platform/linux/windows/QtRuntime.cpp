@@ -33,7 +33,7 @@ SourcePtr deferredDeletion() {
 
 } // namespace
 
-// NOLINTBEGIN(concurrency-mt-unsafe): no other thread reads the environment
+// No other thread reads the environment.
 QtEnvironment::QtEnvironment(double scaleBeyondResources) {
     if (scaleBeyondResources != 1 && std::getenv(factorVariable) == nullptr) {
         const std::string factor = std::to_string(scaleBeyondResources);
@@ -53,7 +53,6 @@ QtEnvironment::~QtEnvironment() {
         ::setenv(refusalVariable, refusalOfGlib_->c_str(), 1);
     }
 }
-// NOLINTEND(concurrency-mt-unsafe)
 
 std::string QtRuntime::obstacle() {
     x11::Connection::Failure failure;

@@ -34,7 +34,7 @@ int walk(const std::string& folder) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::string argument = argc == 2 ? argv[1] : ""; // NOLINT(*-pointer-arithmetic)
+    const std::string argument = argc == 2 ? argv[1] : "";
     if (argument == "--help") {
         std::cout << usage;
         return EXIT_SUCCESS;
