@@ -246,7 +246,20 @@ xcb_window_t XClient::focus() const {
     return reply ? reply->focus : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
 }
 
-Picture XClient::capture(const WindowFrame& area) const {
+// xcompmgr sleeps over an event that reaches it together with an answer, until the next one comes.
+void XClient::wakeCompositor() {
+    const xcb_window_t owner = selectionOwner("_NET_WM_CM_S0");
+    if (owner == XCB_WINDOW_NONE || title(owner) != "xcompmgr") {
+        return;
+    }
+    const xcb_window_t window = connection_->newId();
+    xcb_create_window(get(), 0, window, root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_destroy_window(get(), window);
+}
+
+Picture XClient::capture(const WindowFrame& area) {
+    wakeCompositor();
     const WindowFrame whole = rootFrame();
     const int left = std::clamp(area.x, 0, whole.width);
     const int top = std::clamp(area.y, 0, whole.height);

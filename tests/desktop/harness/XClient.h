@@ -107,9 +107,10 @@ public:
     [[nodiscard]] PointerState pointer() const;
     [[nodiscard]] xcb_window_t focus() const;
 
-    // What is on the screen inside a rectangle of the root, cut to the root.
-    [[nodiscard]] Picture capture(const WindowFrame& area) const;
-    [[nodiscard]] Picture captureRoot() const { return capture(rootFrame()); }
+    // What is on the screen inside a rectangle of the root, cut to the root. Asked again and again
+    // it is what a compositor comes to show.
+    [[nodiscard]] Picture capture(const WindowFrame& area);
+    [[nodiscard]] Picture captureRoot() { return capture(rootFrame()); }
 
     // The tray: the owner of the selection, or XCB_WINDOW_NONE.
     [[nodiscard]] xcb_window_t trayOwner();
@@ -123,6 +124,7 @@ public:
     [[nodiscard]] std::vector<WindowFrame> barItemFrames();
 
 private:
+    void wakeCompositor();
     void sendMessage(xcb_window_t to, std::uint32_t eventMask, xcb_window_t about,
                      const std::string& type, const std::array<std::uint32_t, 5>& values);
 
