@@ -82,7 +82,7 @@ void paintRoot(XClient& client, std::uint32_t colour) {
 }
 
 // Waits until two looks at the screen, a moment apart, see the same.
-void letTheScreenSettle(const XClient& client) {
+void letTheScreenSettle(XClient& client) {
     constexpr std::chrono::milliseconds longest{1'500};
     constexpr std::chrono::milliseconds moment{120};
     Picture last = client.captureRoot();
