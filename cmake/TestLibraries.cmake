@@ -14,6 +14,13 @@ macro(pelistra_find_googletest)
             URL https://github.com/google/googletest/archive/refs/tags/release-1.12.1.tar.gz
             URL_HASH SHA256=81964fe578e9bd7c94dfdb09c8e4d6e6759e19967e397dbea48d1c10e45d0df2)
         FetchContent_MakeAvailable(googletest)
+        # A toolchain that lets the linker leave names open has no stub of the C library.
+        if(CMAKE_EXE_LINKER_FLAGS MATCHES "dynamic_lookup")
+            separate_arguments(flags NATIVE_COMMAND "${CMAKE_CXX_FLAGS}")
+            execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/c-library-stub ${CMAKE_BINARY_DIR}/c-library.tbd
+                ${CMAKE_CXX_COMPILER} ${flags} COMMAND_ERROR_IS_FATAL ANY)
+            target_link_libraries(gtest INTERFACE ${CMAKE_BINARY_DIR}/c-library.tbd)
+        endif()
     endif()
 endmacro()
 
