@@ -8,7 +8,7 @@ namespace pelistra::macos {
 // program outside a bundle has.
 [[nodiscard]] bool anotherCopyRuns(NSString* bundleIdentifier);
 
-// Says so to the user, and returns when that was read.
+// Says so to the user, in front of what they work in, and returns when that was read.
 void sayThatAnotherCopyRuns();
 
 } // namespace pelistra::macos

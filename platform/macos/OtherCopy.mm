@@ -1,5 +1,6 @@
 #include "platform/macos/OtherCopy.h"
 
+#include "platform/macos/AppKitApplication.h"
 #include "platform/macos/Owned.h"
 
 #import <AppKit/AppKit.h>
@@ -14,7 +15,8 @@ bool anotherCopyRuns(NSString* bundleIdentifier) {
     }
     for (NSRunningApplication* application in
          [NSRunningApplication runningApplicationsWithBundleIdentifier:bundleIdentifier]) {
-        if ([application processIdentifier] != ::getpid()) {
+        // One that is ending just now leaves its place in a moment.
+        if ([application processIdentifier] != ::getpid() && ![application isTerminated]) {
             return true;
         }
     }
@@ -27,6 +29,7 @@ void sayThatAnotherCopyRuns() {
     [alert.get()
         setInformativeText:
             @"两份 Pelistra 会争用菜单栏的同一位置。请先退出正在运行的那一份，再打开这一份。"];
+    AppKitApplication().activateIgnoringOtherApps();
     [alert.get() runModal];
 }
 

@@ -31,9 +31,8 @@ void logUnknownSwitches(const pelistra::Platform& platform) {
 
 - (void)applicationWillFinishLaunching:(NSNotification*)notification {
     (void)notification;
+    // Said when the launch is over, before which no window comes to the front.
     if (pelistra::macos::anotherCopyRuns([[NSBundle mainBundle] bundleIdentifier])) {
-        pelistra::macos::sayThatAnotherCopyRuns();
-        [NSApp terminate:nil];
         return;
     }
     platform_ = std::make_unique<pelistra::macos::MacPlatform>();
@@ -44,6 +43,11 @@ void logUnknownSwitches(const pelistra::Platform& platform) {
 
 - (void)applicationDidFinishLaunching:(NSNotification*)notification {
     (void)notification;
+    if (appDelegate_ == nullptr) {
+        pelistra::macos::sayThatAnotherCopyRuns();
+        [NSApp terminate:nil];
+        return;
+    }
     appDelegate_->applicationDidFinishLaunching();
 }
 
@@ -56,15 +60,16 @@ void logUnknownSwitches(const pelistra::Platform& platform) {
 // have no visible item.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)application
                     hasVisibleWindows:(BOOL)hasVisibleWindows {
-    (void)application;
     (void)hasVisibleWindows;
-    appDelegate_->showSettings();
+    [self showSettings:application];
     return NO;
 }
 
 - (void)showSettings:(id)sender {
     (void)sender;
-    appDelegate_->showSettings();
+    if (appDelegate_ != nullptr) {
+        appDelegate_->showSettings();
+    }
 }
 
 @end

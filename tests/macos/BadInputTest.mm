@@ -1,3 +1,4 @@
+#include "platform/macos/PelistraApp.h"
 #include "tests/macos/LaunchedApplication.h"
 #include "tests/macos/standins/MenuBar.h"
 
@@ -227,6 +228,41 @@ TEST_F(BadInputTest, AnItemBehindTheHousingIsRevealedInFullAndThenGivenUp) {
     EXPECT_THAT(recorded("dispatch_after 220000000"), SizeIs(2));
     EXPECT_THAT(world().postedEvents, IsEmpty());
     EXPECT_EQ(dividerLength(), collapsedLength);
+}
+
+class SecondCopyTest : public LaunchedApplication {
+  protected:
+    void SetUp() override {
+        LaunchedApplication::SetUp();
+        world().bundleIdentifier = "com.pelistra.app";
+        world().applications[12] = {.name = "P", .bundleIdentifier = "com.pelistra.app"};
+    }
+
+    void finishLaunching() {
+        [app_.get() applicationWillFinishLaunching:none_];
+        [app_.get() applicationDidFinishLaunching:none_];
+    }
+
+    Owned<PelistraApp*> app_ = Owned<PelistraApp*>::adopt([[PelistraApp alloc] init]);
+    NSNotification* none_ = nil;
+};
+
+TEST_F(SecondCopyTest, SaysSoInFrontAndEndsWithoutTouchingTheMenuBar) {
+    finishLaunching();
+    EXPECT_THAT(world().journal,
+                ElementsAre("NSApplication activateIgnoringOtherApps: YES",
+                            "NSAlert runModal \"Pelistra 已在运行\" \"两份 Pelistra "
+                            "会争用菜单栏的同一位置。请先退出正在运行的那一份，再打开这一份。\"",
+                            "NSApplication terminate:"));
+    EXPECT_EQ(liveCounts().statusItems, 0U);
+    EXPECT_THAT(world().log, IsEmpty());
+}
+
+TEST_F(SecondCopyTest, AnswersNothingWhileItSaysSo) {
+    [app_.get() applicationWillFinishLaunching:none_];
+    EXPECT_FALSE([app_.get() applicationShouldHandleReopen:NSApp hasVisibleWindows:NO]);
+    [app_.get() showSettings:nil];
+    EXPECT_EQ(windowTitled(@"Pelistra Settings"), nil);
 }
 
 TEST_F(BadInputTest, BoundsThatAreNoNumbersAreNoFrame) {

@@ -109,6 +109,8 @@ TEST_F(ControlsTest, ASymbolInAnAreaIsTheSameControlAsAPicture) {
     EXPECT_EQ(contentButton(), button);
     EXPECT_TRUE(NSEqualSizes([button bounds].size, NSMakeSize(40, 36)));
     EXPECT_EQ(shown(), nativeImage(later));
+    NSView* picture = [[[[button subviews] firstObject] subviews] firstObject];
+    EXPECT_FALSE([picture isAccessibilityElement]);
 }
 
 TEST_F(ControlsTest, AContentButtonDrawsItselfAndIsPressedInsideItsOutline) {
@@ -157,6 +159,7 @@ TEST_F(ControlsTest, ASymbolAloneIsTintedNamedByItsHelpAndAnswersThePointer) {
     EXPECT_STREQ([[button accessibilityLabel] UTF8String], "提示");
     auto* image =
         static_cast<NSImageView*>([[[[button subviews] firstObject] subviews] firstObject]);
+    EXPECT_FALSE([image isAccessibilityElement]);
     EXPECT_TRUE([[image contentTintColor] isEqual:[NSColor secondaryLabelColor]]);
     EXPECT_EQ([button bounds].size.width, [image bounds].size.width + 10);
     [button mouseEntered:none()];
@@ -180,6 +183,27 @@ TEST_F(ControlsTest, WhatIsSeenOfAButtonLiesWhereItIsArranged) {
     EXPECT_EQ(seen(1).origin.x, NSMaxX(seen(0)) + 10);
     EXPECT_EQ([[views objectAtIndex:1] frame].size.width,
               [[[views objectAtIndex:1] cell] cellSize].width);
+}
+
+TEST_F(ControlsTest, AButtonThatChangesKeepsNothingOfItsLookBefore) {
+    const auto button = [](ui::ButtonStyle style, ui::ButtonRole role = ui::ButtonRole::Regular) {
+        return ui::View(
+            ui::HStack{.children = {ui::Button{
+                           .label = ui::Text{.text = "返回"}, .style = style, .role = role}}});
+    };
+    show(button(ui::ButtonStyle::Borderless, ui::ButtonRole::Destructive));
+    auto* native = static_cast<NSButton*>(find(content(), [NSButton class], "返回"));
+    EXPECT_TRUE([native isBordered]);
+    EXPECT_TRUE([native showsBorderOnlyWhileMouseInside]);
+    EXPECT_TRUE([native hasDestructiveAction]);
+    change(button(ui::ButtonStyle::BorderedProminent));
+    ASSERT_EQ(find(content(), [NSButton class], "返回"), native);
+    EXPECT_FALSE([native showsBorderOnlyWhileMouseInside]);
+    EXPECT_FALSE([native hasDestructiveAction]);
+    EXPECT_EQ([native bezelStyle], NSBezelStylePush);
+    EXPECT_NE([native bezelColor], nil);
+    change(button(ui::ButtonStyle::Automatic));
+    EXPECT_EQ([native bezelColor], nil);
 }
 
 TEST_F(ControlsTest, AContentButtonTracksThePointerInItsPresentBounds) {

@@ -301,6 +301,8 @@ TEST(OtherCopyTest, IsAnotherProcessOfTheSameBundle) {
     EXPECT_FALSE(anotherCopyRuns(@"com.pelistra.app"));
     world().applications[12] = {.name = "P", .bundleIdentifier = "com.pelistra.app"};
     EXPECT_TRUE(anotherCopyRuns(@"com.pelistra.app"));
+    world().applications[12].isTerminated = true;
+    EXPECT_FALSE(anotherCopyRuns(@"com.pelistra.app"));
 }
 
 TEST(MainAppLoginItemTest, TellsTheSystemsWords) {

@@ -37,6 +37,34 @@ TEST_F(ViewsTest, AColumnAlignsPadsAndFrames) {
     EXPECT_THAT(leaves(), ElementsAre(Frame(2, 6, 50, 10), Frame(32, 20, 20, 10)));
 }
 
+TEST_F(ViewsTest, EdgesLieOnThePixelsOfTheScreen) {
+    show(ui::VStack{.spacing = 0.5, .children = {box(10, 10), box(10, 10), box(10, 10)}});
+    EXPECT_THAT(leaves(),
+                ElementsAre(Frame(95, 35, 10, 10), Frame(95, 46, 10, 10), Frame(95, 56, 10, 10)));
+    world().backingScale = 2;
+    [content() viewDidChangeBackingProperties];
+    EXPECT_THAT(leaves(), ElementsAre(Frame(95, 34.5, 10, 10), Frame(95, 45, 10, 10),
+                                      Frame(95, 55.5, 10, 10)));
+}
+
+TEST_F(ViewsTest, ALabelsTextBeginsAtItsPlace) {
+    show(ui::HStack{.spacing = 0,
+                    .children = {ui::Text{.text = "一二三"}, box(30, 20), ui::Spacer{}}});
+    auto* field = static_cast<NSTextField*>([[content() subviews] firstObject]);
+    const double wide = std::ceil([[field attributedStringValue] size].width);
+    // The field leaves two points free at either side.
+    EXPECT_EQ([field frame].origin.x, -2);
+    EXPECT_EQ([field frame].size.width, wide + 4);
+    EXPECT_EQ(leaves().back().origin.x, wide);
+}
+
+TEST_F(ViewsTest, AMessageOfSeveralLinesIsOneLine) {
+    const auto lines = [](const char* text) { return ui::Text{.text = text, .lineLimit = 1}; };
+    show(ui::VStack{.children = {lines("一 二"), lines("一\n二")}});
+    EXPECT_EQ(textsIn(content()), (std::vector<std::string>{"一 二", "一 二"}));
+    EXPECT_TRUE(NSEqualSizes(leaves().front().size, leaves().back().size));
+}
+
 TEST_F(ViewsTest, FlexibleChildrenShareAlike) {
     const ui::View flexible = ui::FilledShape{.outline = ui::Rectangle{}, .fill = ui::Color{}};
     show(ui::HStack{.spacing = 20, .children = {flexible, flexible}});

@@ -31,6 +31,14 @@
     }
 }
 
+// On a screen of another density the edges lie on other pixels.
+- (void)viewDidChangeBackingProperties {
+    [super viewDidChangeBackingProperties];
+    if (hosted != nullptr) {
+        hosted->layOut();
+    }
+}
+
 - (void)viewDidMoveToWindow {
     [super viewDidMoveToWindow];
     if (hosted != nullptr && [self window] != nil) {

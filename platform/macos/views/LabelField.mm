@@ -28,10 +28,15 @@ Owned<NSView*> makeLabel() {
 }
 
 void showText(NSTextField* field, const ui::Text& text) {
-    [field setStringValue:nsString(text.text)];
+    const bool isSingleLine = text.lineLimit == 1;
+    NSString* shown = nsString(text.text);
+    if (isSingleLine) {
+        shown = [[shown componentsSeparatedByCharactersInSet:[NSCharacterSet newlineCharacterSet]]
+            componentsJoinedByString:@" "];
+    }
+    [field setStringValue:shown];
     [field setFont:nativeFont(text.font)];
     [field setTextColor:nativeColor(text.foreground.value_or(ui::Color{}))];
-    const bool isSingleLine = text.lineLimit == 1;
     [[field cell] setWraps:(isSingleLine ? NO : YES)];
     [[field cell]
         setLineBreakMode:(isSingleLine ? NSLineBreakByTruncatingTail : NSLineBreakByWordWrapping)];
@@ -43,10 +48,13 @@ void showText(NSTextField* field, const ui::Text& text) {
 Size measureLabel(NSTextField* field, const std::optional<double>& width) {
     const bool wraps = [[field cell] wraps] == YES;
     const double limit = wraps ? std::min(width.value_or(unlimited), unlimited) : unlimited;
+    // Some of the margins do not count: the field is placed as if they were not there.
+    const NSEdgeInsets uncounted = [field alignmentRectInsets];
+    const double margins = 2 * cellMargin - uncounted.left - uncounted.right;
     const NSRect bounds = [[field attributedStringValue]
-        boundingRectWithSize:NSMakeSize(std::max(limit - 2 * cellMargin, 0.0), unlimited)
+        boundingRectWithSize:NSMakeSize(std::max(limit - margins, 0.0), unlimited)
                      options:NSStringDrawingUsesLineFragmentOrigin];
-    const double natural = std::ceil(bounds.size.width) + 2 * cellMargin;
+    const double natural = std::ceil(bounds.size.width) + margins;
     // A text that is cut takes no more than it is offered.
     return {.width = std::min(natural, width.value_or(natural)),
             .height = std::ceil(bounds.size.height)};

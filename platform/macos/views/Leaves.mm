@@ -67,6 +67,8 @@ class PictureElement final : public Element {
         const auto image =
             Owned<NSImageView*>::adopt([[NSImageView alloc] initWithFrame:NSZeroRect]);
         [image.get() setImageScaling:NSImageScaleProportionallyUpOrDown];
+        // What it belongs to has the name.
+        [image.get() setAccessibilityElement:NO];
         return Owned<NSView*>::share(image.get());
     }
 

@@ -13,22 +13,15 @@ NSString* keyEquivalent(const ui::Button& button) {
     return button.role == ui::ButtonRole::Cancel ? @"\033" : @"";
 }
 
+// All of it every time: the button may have shown another style before.
 void applyStyle(NSButton* button, const ui::Button& now) {
-    switch (now.style) {
-    case ui::ButtonStyle::BorderedProminent:
-        [button setBezelStyle:NSBezelStylePush];
-        [button setBezelColor:[NSColor controlAccentColor]];
-        break;
-    case ui::ButtonStyle::Plain:
-    case ui::ButtonStyle::Borderless:
-        // No border at rest, the system's quiet one under the pointer.
-        [button setBezelStyle:NSBezelStyleAccessoryBarAction];
-        [button setShowsBorderOnlyWhileMouseInside:YES];
-        break;
-    case ui::ButtonStyle::Automatic:
-        [button setBezelStyle:NSBezelStylePush];
-        break;
-    }
+    // No border at rest, the system's quiet one under the pointer.
+    const bool isQuiet =
+        now.style == ui::ButtonStyle::Plain || now.style == ui::ButtonStyle::Borderless;
+    const bool isProminent = now.style == ui::ButtonStyle::BorderedProminent;
+    [button setBezelStyle:(isQuiet ? NSBezelStyleAccessoryBarAction : NSBezelStylePush)];
+    [button setShowsBorderOnlyWhileMouseInside:(isQuiet ? YES : NO)];
+    [button setBezelColor:(isProminent ? [NSColor controlAccentColor] : nil)];
     [button setControlSize:(now.size == ui::ControlSize::Large ? NSControlSizeLarge
                                                                : NSControlSizeRegular)];
 }
@@ -36,8 +29,9 @@ void applyStyle(NSButton* button, const ui::Button& now) {
 void applyTitle(NSButton* button, const ui::Button& now, const ui::Text& text) {
     NSString* title = nsString(text.text);
     [button setTitle:title];
-    if (now.role == ui::ButtonRole::Destructive) {
-        [button setHasDestructiveAction:YES];
+    const bool isDestructive = now.role == ui::ButtonRole::Destructive;
+    [button setHasDestructiveAction:(isDestructive ? YES : NO)];
+    if (isDestructive) {
         NSDictionary* look = [NSDictionary
             dictionaryWithObjectsAndKeys:[NSColor systemRedColor], NSForegroundColorAttributeName,
                                          [button font], NSFontAttributeName, nil];

@@ -53,6 +53,11 @@ NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotifica
     return processIdentifier;
 }
 
+- (BOOL)isTerminated {
+    const RunningApp* application = find(processIdentifier);
+    return application == nullptr || application->isTerminated;
+}
+
 - (NSString*)localizedName {
     const RunningApp* application = find(processIdentifier);
     return application != nullptr ? string(application->name) : nil;
@@ -89,6 +94,15 @@ NSNotificationName const NSWorkspaceAccessibilityDisplayOptionsDidChangeNotifica
     record(format("NSRunningApplication {} activateWithOptions {}", processIdentifier, options));
     const RunningApp* application = find(processIdentifier);
     return application != nullptr && application->activates;
+}
+
+@end
+
+// A test program has no bundle.
+@implementation NSBundle (Standin)
+
+- (NSString*)bundleIdentifier {
+    return self == [NSBundle mainBundle] ? string(world().bundleIdentifier) : nil;
 }
 
 @end

@@ -68,6 +68,9 @@ constexpr double titleBarHeight = 28;
                       alignmentRect.size.height + insets.top + insets.bottom);
 }
 
+- (void)viewDidChangeBackingProperties {
+}
+
 - (NSEdgeInsets)safeAreaInsets {
     const bool isUnderTitleBar =
         ([[self window] styleMask] & NSWindowStyleMaskFullSizeContentView) != 0;
@@ -110,7 +113,13 @@ constexpr double titleBarHeight = 28;
 }
 
 - (void)setAccessibilityElement:(BOOL)isElement {
-    (void)isElement;
+    [attachmentsOf(self) setObject:[NSNumber numberWithBool:isElement] forKey:@"element"];
+}
+
+// As the kinds of views that a screen reader finds by themselves.
+- (BOOL)isAccessibilityElement {
+    NSNumber* told = [attachmentsOf(self) objectForKey:@"element"];
+    return told != nil ? [told boolValue] : [self isKindOfClass:[NSControl class]];
 }
 
 - (void)setAccessibilityLabel:(NSString*)label {
@@ -168,7 +177,11 @@ constexpr double titleBarHeight = 28;
 }
 
 - (void)setBezelColor:(NSColor*)color {
-    (void)color;
+    [attachmentsOf(self) setValue:color forKey:@"bezel"];
+}
+
+- (NSColor*)bezelColor {
+    return [attachmentsOf(self) objectForKey:@"bezel"];
 }
 
 - (void)setHasDestructiveAction:(BOOL)isDestructive {
@@ -177,6 +190,16 @@ constexpr double titleBarHeight = 28;
 
 - (BOOL)hasDestructiveAction {
     return [[attachmentsOf(self) objectForKey:@"destructive"] boolValue];
+}
+
+@end
+
+// A label's text begins where the label is aligned.
+@implementation NSTextField (StandinLabel)
+
+- (NSEdgeInsets)alignmentRectInsets {
+    return [self isBordered] || [self isBezeled] ? NSEdgeInsets{0, 0, 0, 0}
+                                                 : NSEdgeInsets{0, 2, 0, 2};
 }
 
 @end
@@ -334,7 +357,7 @@ NSFontTextStyle const NSFontTextStyleTitle3 = @"UICTFontTextStyleTitle3";
 
 @end
 
-// GNUstep shows alerts in a loop of their own; here one is a sheet that is only told about.
+// GNUstep shows alerts in a loop of their own; here one is only told about.
 
 @implementation NSAlert (Standin)
 
@@ -348,6 +371,24 @@ NSFontTextStyle const NSFontTextStyleTitle3 = @"UICTFontTextStyleTitle3";
         handler(1000);
         Block_release(handler);
     };
+}
+
+@end
+
+@implementation NSAlert (StandinModal)
+
+- (NSInteger)runModal {
+    record(format("NSAlert runModal \"{}\" \"{}\"", [[self messageText] UTF8String],
+                  [[self informativeText] UTF8String]));
+    return 1000;
+}
+
+@end
+
+@implementation NSWindow (StandinScale)
+
+- (CGFloat)backingScaleFactor {
+    return world().backingScale;
 }
 
 @end

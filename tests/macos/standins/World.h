@@ -35,6 +35,8 @@ struct RunningApp {
     std::optional<std::string> bundlePath = std::nullopt;
     bool hasIcon = true;
     bool activates = true;
+    // Ending, and still among the running ones.
+    bool isTerminated = false;
 };
 
 struct ScreenShape {
@@ -83,6 +85,8 @@ struct World {
     std::vector<ForeignItem> itemsBetween;
 
     std::vector<ScreenShape> screens;
+    // Of every window.
+    double backingScale = 1;
 
     // The window server
     bool windowListIsNull = false;
@@ -109,6 +113,8 @@ struct World {
     std::vector<PostedEvent> postedEvents;
 
     std::map<pid_t, RunningApp> applications;
+    // Of the program itself.
+    std::optional<std::string> bundleIdentifier;
     bool opensUrls = true;
     bool reduceMotion = false;
 

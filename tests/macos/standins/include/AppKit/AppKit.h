@@ -75,6 +75,7 @@ typedef enum : NSInteger {
 - (NSEdgeInsets)alignmentRectInsets;
 - (NSRect)alignmentRectForFrame:(NSRect)frame;
 - (NSRect)frameForAlignmentRect:(NSRect)alignmentRect;
+- (void)viewDidChangeBackingProperties;
 - (NSEdgeInsets)safeAreaInsets;
 - (NSSize)intrinsicContentSize;
 - (void)layout;
@@ -85,6 +86,7 @@ typedef enum : NSInteger {
 - (void)drawFocusRingMask;
 - (NSRect)focusRingMaskBounds;
 - (void)setAccessibilityElement:(BOOL)isElement;
+- (BOOL)isAccessibilityElement;
 - (void)setAccessibilityLabel:(NSString*)label;
 - (NSString*)accessibilityLabel;
 - (NSAppearance*)effectiveAppearance;
@@ -96,6 +98,7 @@ typedef enum : NSInteger {
 
 @interface NSButton (Standin)
 - (void)setBezelColor:(NSColor*)color;
+- (NSColor*)bezelColor;
 - (void)setHasDestructiveAction:(BOOL)isDestructive;
 - (BOOL)hasDestructiveAction;
 @end
@@ -235,6 +238,7 @@ typedef enum : NSInteger {
 + (instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;
 + (NSArray*)runningApplicationsWithBundleIdentifier:(NSString*)bundleIdentifier;
 - (pid_t)processIdentifier;
+- (BOOL)isTerminated;
 - (NSString*)localizedName;
 - (NSString*)bundleIdentifier;
 - (NSURL*)bundleURL;
