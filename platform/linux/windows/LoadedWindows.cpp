@@ -108,6 +108,8 @@ WindowsModule* LoadedWindows::load() {
         fonts.wait();
         if (enter != nullptr) {
             module_.reset(enter(services_, failure_));
+        } else {
+            ::FcFini();
         }
     }
     return module_.get();
