@@ -25,9 +25,6 @@ using ErrorPtr = Owned<xcb_generic_error_t>;
 [[nodiscard]] inline int typeOf(const xcb_generic_event_t& event) {
     return event.response_type & 0x7f;
 }
-[[nodiscard]] inline bool wasSent(const xcb_generic_event_t& event) {
-    return (event.response_type & 0x80) != 0;
-}
 
 // Reads a generic event as the event that its type says it is.
 template <class T>

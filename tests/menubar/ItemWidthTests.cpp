@@ -11,6 +11,9 @@ namespace {
 
 using ::testing::ElementsAre;
 
+// A client has sent it, not the server.
+constexpr int sentConfigureNotify = XCB_CONFIGURE_NOTIFY | 0x80;
+
 class ItemWidthTests : public BarFixture {
 protected:
     using BarFixture::BarFixture;
@@ -111,7 +114,7 @@ TEST_F(ItemWidthTests, EveryResizeRequestIsAnswered) {
     bool told = false;
     EXPECT_TRUE(waitFor([&] {
         while (const x11::EventPtr event = icon.x().connection().pollEvent()) {
-            if (x11::typeOf(*event) == XCB_CONFIGURE_NOTIFY && x11::wasSent(*event)) {
+            if (event->response_type == sentConfigureNotify) {
                 const auto& notice = x11::eventAs<xcb_configure_notify_event_t>(*event);
                 // In root coordinates.
                 told = notice.x == screenWidth - barHeight && notice.y == 0 &&
@@ -132,7 +135,7 @@ TEST_F(ItemWidthTests, AMovedItemIsToldWhereItIs) {
     EXPECT_TRUE(waitFor([&] {
         right.handleEvents();
         while (const x11::EventPtr event = left.x().connection().pollEvent()) {
-            if (x11::typeOf(*event) == XCB_CONFIGURE_NOTIFY && x11::wasSent(*event)) {
+            if (event->response_type == sentConfigureNotify) {
                 told = x11::eventAs<xcb_configure_notify_event_t>(*event).x ==
                        screenWidth - 90 - barHeight;
             }

@@ -98,14 +98,6 @@ ClickDelivery::Target ClickDelivery::deepestListener(Target target, RootPlace pl
     return target;
 }
 
-ClickDelivery::Way ClickDelivery::wayOf(WindowId window, ProcessId process, RootPlace place) {
-    const auto target = replies_.begin(patience) ? find(window, process, place) : std::nullopt;
-    if (!target) {
-        return Way::None;
-    }
-    return target->listensToButtons() ? Way::Sent : Way::SecondPointer;
-}
-
 bool ClickDelivery::press(WindowId window, ProcessId process, RootPlace place) {
     pressedBy_ = Way::None;
     const auto target = replies_.begin(patience) ? find(window, process, place) : std::nullopt;

@@ -50,11 +50,9 @@ public:
 
     // Whether a menu opened by the second pointer is being looked after.
     [[nodiscard]] bool watchesMenu() const { return menu_.isWatching(); }
-    // How a window is reached; for people who look for the reason of a click that did nothing.
-    enum class Way : std::uint8_t { None, Sent, SecondPointer };
-    [[nodiscard]] Way wayOf(WindowId window, ProcessId process, RootPlace place);
 
 private:
+    enum class Way : std::uint8_t { None, Sent, SecondPointer };
     // A window and the clicked place in it.
     struct Target {
         WindowId window = 0;
