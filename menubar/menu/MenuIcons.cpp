@@ -26,7 +26,7 @@ QIcon iconOf(const ArgbImage& image) {
         pixmap = QPixmap::fromImage(shared.copy());
     }
     pixmap.setDevicePixelRatio(qGuiApp->devicePixelRatio());
-    return QIcon(pixmap);
+    return {pixmap};
 }
 
 } // namespace

@@ -65,26 +65,29 @@ bool readIcon(sd_bus_message& message, std::vector<std::uint8_t>& icon) {
     return true;
 }
 
+void takeText(MenuEntry& entry, std::string_view name, const std::string& text) {
+    if (name == "label") {
+        entry.label = menuLabel(text);
+    } else if (name == "type") {
+        entry.separator = text == "separator";
+    } else if (name == "icon-name") {
+        entry.iconName = text.size() <= nameLimit ? text : "";
+    } else if (name == "children-display") {
+        entry.submenu = text == "submenu";
+    } else if (name == "toggle-type") {
+        entry.toggle = text == "checkmark" ? MenuEntry::Toggle::Check
+                       : text == "radio"   ? MenuEntry::Toggle::Radio
+                                           : MenuEntry::Toggle::None;
+    }
+}
+
 // Reads what the variant of that type holds; false when the message cannot be read any further.
 bool readValue(sd_bus_message& message, MenuEntry& entry, std::string_view name,
                std::string_view type) {
-    std::string text;
-    int number = 0;
     if (type == "s") {
+        std::string text;
         const bool done = readText(message, text);
-        if (name == "label") {
-            entry.label = menuLabel(text);
-        } else if (name == "type") {
-            entry.separator = text == "separator";
-        } else if (name == "icon-name") {
-            entry.iconName = text.size() <= nameLimit ? text : "";
-        } else if (name == "children-display") {
-            entry.submenu = text == "submenu";
-        } else if (name == "toggle-type") {
-            entry.toggle = text == "checkmark" ? MenuEntry::Toggle::Check
-                           : text == "radio"   ? MenuEntry::Toggle::Radio
-                                               : MenuEntry::Toggle::None;
-        }
+        takeText(entry, name, text);
         return done;
     }
     if (type == "b") {
@@ -94,6 +97,7 @@ bool readValue(sd_bus_message& message, MenuEntry& entry, std::string_view name,
                                                      : ignored);
     }
     if (type == "i" && name == "toggle-state") {
+        int number = 0;
         const bool done = sd_bus_message_read_basic(&message, SD_BUS_TYPE_INT32, &number) > 0;
         entry.checked = number == 1;
         return done;
@@ -151,8 +155,10 @@ bool readEntry(sd_bus_message& message, MenuEntry& entry, int depth, int& left) 
         }
     }
     entry.submenu = entry.submenu || !entry.children.empty();
-    return sd_bus_message_exit_container(&message) >= 0 &&
-           sd_bus_message_exit_container(&message) >= 0;
+    if (sd_bus_message_exit_container(&message) < 0) {
+        return false;
+    }
+    return sd_bus_message_exit_container(&message) >= 0;
 }
 
 } // namespace

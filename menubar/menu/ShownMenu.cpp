@@ -217,7 +217,7 @@ QIcon ShownMenu::iconOf(const MenuEntry& entry) {
         QImageReader reader(&buffer, "png");
         const QSize size = reader.size();
         if (size.width() <= longestPictureSide && size.height() <= longestPictureSide) {
-            return QIcon(QPixmap::fromImage(reader.read()));
+            return {QPixmap::fromImage(reader.read())};
         }
     }
     // The name of a theme's icon, never a file's.

@@ -77,7 +77,7 @@ private:
         connected_ = bus;
         shown_.reset();
         if (bus != nullptr && asked_) {
-            open(*std::exchange(asked_, std::nullopt));
+            open(std::exchange(asked_, std::nullopt).value());
         }
     }
 
@@ -164,8 +164,8 @@ void warmUp() {
 int main(int argc, char** argv) {
     QApplication::setDesktopSettingsAware(false);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication application(argc, argv);
-    QApplication::setStyle(new MenuStyle); // NOLINT(*-owning-memory): the application's
+    const QApplication application(argc, argv);
+    QApplication::setStyle(std::make_unique<MenuStyle>().release());
     warmUp();
     const Program program;
     return QApplication::exec();

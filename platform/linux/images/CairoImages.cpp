@@ -24,7 +24,8 @@ struct Tracer {
 
 void stroke(cairo_t* context, const Outline& outline, double width) {
     cairo_set_line_width(context, width);
-    trace(outline, Tracer{context});
+    const Tracer tracer{context};
+    trace(outline, tracer);
     cairo_stroke(context);
 }
 
@@ -42,7 +43,8 @@ private:
         cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
         cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
         cairo_set_fill_rule(context, CAIRO_FILL_RULE_EVEN_ODD);
-        trace(symbol_.filled, Tracer{context});
+        const Tracer tracer{context};
+        trace(symbol_.filled, tracer);
         cairo_fill(context);
         cairo_set_operator(context, CAIRO_OPERATOR_CLEAR);
         stroke(context, symbol_.cut, symbol_.cutWidth);

@@ -11,7 +11,7 @@ constexpr double mostOfChannel = 255;
 // Cairo writes only where it is asked to, and only asks for memory that may be written.
 SurfacePtr surfaceOn(std::uint32_t* values, int width, int height) {
     return SurfacePtr(cairo_image_surface_create_for_data(
-        static_cast<unsigned char*>(static_cast<void*>(values)), CAIRO_FORMAT_ARGB32, width, height,
+        reinterpret_cast<unsigned char*>(values), CAIRO_FORMAT_ARGB32, width, height,
         width * static_cast<int>(sizeof(std::uint32_t))));
 }
 

@@ -51,7 +51,7 @@ struct Symbol {
 
 // Hands every step to a pen that takes each kind of them.
 template <class Pen>
-void trace(const Outline& outline, Pen&& pen) {
+void trace(const Outline& outline, Pen& pen) {
     for (const auto& step : outline) {
         std::visit(pen, step);
     }

@@ -14,7 +14,7 @@ struct EventPump::Source {
 };
 
 EventPump::Source& EventPump::sourceOf(GSource* source) {
-    return *static_cast<Source*>(static_cast<void*>(source));
+    return *reinterpret_cast<Source*>(source);
 }
 
 EventPump::EventPump(x11::Connection& connection, LogSink& log)

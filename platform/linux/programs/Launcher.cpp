@@ -101,6 +101,7 @@ bool startDetached(const std::vector<std::string>& command, const std::filesyste
     }
     std::vector<std::string> texts = command;
     std::vector<char*> arguments;
+    arguments.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         arguments.push_back(text.data());
     }

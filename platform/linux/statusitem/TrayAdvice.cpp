@@ -52,7 +52,7 @@ void TrayAdvice::give(xcb_window_t trayOwner) {
     }
     const AdviceText advice =
         adviceAbout(programBehind(connection_, trayOwner), userReadsChinese());
-    std::cerr << "pelistra: " << advice.body << std::endl;
+    std::cerr << "pelistra: " << advice.body << "\n";
     notification_.emplace(advice.summary, asMarkup(advice.body));
 }
 

@@ -209,9 +209,9 @@ void TrayHost::look() {
 
 void TrayHost::update(xcb_window_t owner, Change change) {
     const std::uint64_t unanswered = connection_.unanswered();
-    Tray tray = describe(owner);
+    const Tray tray = describe(owner);
     if (connection_.unanswered() == unanswered) {
-        tray_ = std::move(tray);
+        tray_ = tray;
         observers_.call(change);
     }
 }

@@ -51,7 +51,7 @@ void WindowCanvas::composite(xcb_window_t window, xcb_render_pictformat_t format
     const auto bytes = std::as_bytes(std::span(pixels.values));
     xcb_put_image(server, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width, height, 0, 0, 0,
                   x11::Connection::alphaDepth, static_cast<std::uint32_t>(bytes.size()),
-                  static_cast<const std::uint8_t*>(static_cast<const void*>(bytes.data())));
+                  reinterpret_cast<const std::uint8_t*>(bytes.data()));
     xcb_render_create_picture(server, source, pixmap, alphaFormat_, 0, nullptr);
     xcb_render_create_picture(server, target, window, format, 0, nullptr);
     xcb_render_composite(server, XCB_RENDER_PICT_OP_OVER, source, XCB_RENDER_PICTURE_NONE, target,

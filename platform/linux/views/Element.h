@@ -98,7 +98,7 @@ public:
 
 protected:
     // The value of the last update.
-    [[nodiscard]] const ui::View& view() const { return *view_; }
+    [[nodiscard]] const ui::View& view() const { return view_.value(); }
     // There is a new value, and its frame; before is null at the first.
     virtual void changed(const ui::View* /*before*/, const ui::Placed& /*now*/,
                          const Surroundings& /*surroundings*/) {}
