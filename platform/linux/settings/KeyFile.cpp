@@ -19,6 +19,21 @@ std::string taken(char* text) {
     return text != nullptr ? text : "";
 }
 
+// Any number of them belongs to the end of its line. GLib takes one for that, leaves the others to
+// the value and writes them unescaped: each change of the file would cost it one more.
+std::string withoutCarriageReturns(std::string_view text) {
+    std::string lines;
+    lines.reserve(text.size());
+    for (const char byte : text) {
+        if (byte == '\n') {
+            lines.erase(lines.find_last_not_of('\r') + 1);
+        }
+        lines += byte;
+    }
+    lines.erase(lines.find_last_not_of('\r') + 1);
+    return lines;
+}
+
 } // namespace
 
 void KeyFile::Deleter::operator()(GKeyFile* file) const {
@@ -33,8 +48,7 @@ std::optional<KeyFile> KeyFile::parse(std::string_view text, std::string& fault)
         fault = "it has zero bytes";
         return std::nullopt;
     }
-    // A carriage return belongs to the end of its line, also of a last line that has none.
-    const std::string lines = std::string(text) + (text.ends_with('\r') ? "\n" : "");
+    const std::string lines = withoutCarriageReturns(text);
     KeyFile result;
     constexpr auto flags =
         static_cast<GKeyFileFlags>(G_KEY_FILE_KEEP_COMMENTS | G_KEY_FILE_KEEP_TRANSLATIONS);

@@ -162,6 +162,13 @@ TEST_F(FileUserDefaultsTest, AHalfWrittenFileOfVersion010IsKeptAside) {
     EXPECT_THAT(messages(), ElementsAre(HasSubstr("is damaged")));
 }
 
+TEST_F(FileUserDefaultsTest, CarriageReturnsAtTheEndOfALineBelongToNoValue) {
+    write("theirs=x\r\r\nlast=y\r\r");
+    open()->setNumber(1, "a");
+    queue_.runUntilIdle();
+    EXPECT_EQ(content(), "[Defaults]\ntheirs=x\nlast=y\na=1\n");
+}
+
 TEST_F(FileUserDefaultsTest, KeepsWhatOthersWroteMeanwhile) {
     write("a=1\n");
     const auto defaults = open();
