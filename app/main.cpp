@@ -54,7 +54,7 @@ int runOrganiser(x11::Connection& connection, SingleInstance& instance,
     });
     delegate.applicationDidFinishLaunching();
     if (connection.isStalled()) {
-        return refuse(translated("the X server does not answer"));
+        return refuse(x11::Connection::noAnswer());
     }
     platform.run();
     instance.setRequestHandler({});
@@ -77,7 +77,7 @@ int start(const std::vector<std::string>& arguments) {
     case SingleInstance::Claim::Failed:
         break;
     }
-    return refuse(translated("the X server does not answer"));
+    return refuse(x11::Connection::noAnswer());
 }
 
 } // namespace

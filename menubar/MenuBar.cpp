@@ -30,9 +30,6 @@ Event& mutableEventAs(xcb_generic_event_t& event) {
 // it for this many rounds at most.
 constexpr int mostPostponed = 8;
 
-// What the start has left behind is given back this much later.
-constexpr std::chrono::seconds untilTidied{2};
-
 using Due = std::optional<std::chrono::steady_clock::time_point>;
 
 Due earlier(const Due& one, const Due& other) {
@@ -76,7 +73,7 @@ MenuBar::End MenuBar::run(int stopDescriptor) {
     window_.show();
     tray_->announce();
     server_->connection().flush();
-    tidyingDue_ = std::chrono::steady_clock::now() + untilTidied;
+    tidyingDue_ = std::chrono::steady_clock::now() + posix::afterStart;
     int postponed = 0;
     while (!end_) {
         const bool heard = notifiers_.process();

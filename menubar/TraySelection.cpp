@@ -80,7 +80,7 @@ std::unique_ptr<TraySelection> TraySelection::acquire(const Server& server, bool
         xcb_change_window_attributes(server.xcb(), previous, XCB_CW_EVENT_MASK, &events);
     }
     if (!tray->readServerTime()) {
-        failure = posix::translated("the X server does not answer");
+        failure = x11::Connection::noAnswer();
         return nullptr;
     }
     const xcb_atom_t selection = server.atom(Atom::TraySelection);

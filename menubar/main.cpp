@@ -39,7 +39,7 @@ int failWithoutServer() {
 int failFor(const std::string& reason, const x11::Connection& connection) {
     // Nothing that the server did not answer says anything.
     if (connection.isStalled()) {
-        return fail(posix::translated("the X server does not answer"));
+        return fail(x11::Connection::noAnswer());
     }
     return connection.isAlive() ? fail(reason) : failWithoutServer();
 }

@@ -1,5 +1,7 @@
 #include "menubar/notifier/HelperProgram.h"
 
+#include "platform/posix/OwnProgram.h"
+
 #include <algorithm>
 #include <array>
 #include <csignal>
@@ -18,8 +20,7 @@ namespace {
 
 std::filesystem::path pathOf(const std::string& name) {
     std::error_code error;
-    const std::filesystem::path folder =
-        std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+    const std::filesystem::path folder = posix::ownProgram().parent_path();
     std::filesystem::path beside = folder / name;
     return std::filesystem::exists(beside, error)
                ? beside

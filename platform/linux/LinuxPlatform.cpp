@@ -26,6 +26,7 @@
 #include "platform/linux/statusitem/TrayStatusBar.h"
 #include "platform/linux/statusitem/WindowCanvas.h"
 #include "platform/linux/windows/LoadedWindows.h"
+#include "platform/posix/OwnProgram.h"
 #include "platform/posix/StopSignals.h"
 #include "platform/posix/UnusedMemory.h"
 
@@ -36,9 +37,6 @@
 namespace pelistra::linux {
 
 namespace {
-
-// What the start has left behind is given back this much later.
-constexpr Seconds untilGivenBack{2};
 
 // Clicks on other programs' icons, on a connection of their own.
 struct Clicks {
@@ -64,7 +62,7 @@ struct LinuxPlatform::Services {
           defaults(defaultsPath(), mainQueue, log), trayHost(connection, pump, log),
           screens(connection, pump, trayHost, mainQueue),
           application(connection, screens, std::move(arguments)), trayAdvice(connection),
-          windows(windowServices(connection), windowsModuleFor(ownProgram()), log),
+          windows(windowServices(connection), windowsModuleFor(posix::ownProgram()), log),
           iconAtoms(connection), canvas(connection), toolTip(connection, mainQueue, windows),
           statusBar({.connection = connection,
                      .trayHost = trayHost,
@@ -86,16 +84,16 @@ struct LinuxPlatform::Services {
               [this](const TrayIcon& icon) { return runningApplications.ownerName(icon); }),
           screenCapture(connection), clicks(makeClicks()),
           globalClicks(connection, pump, ownWindows()),
-          loginItem(AutostartPlaces::ofEnvironment(), ownProgram()),
+          loginItem(AutostartPlaces::ofEnvironment(), posix::ownProgram()),
           menuBarStarter(trayHost, mainQueue, log),
           stop(readableSource(stopSignals.fileDescriptor(), [this] { application.terminate(); })),
           instanceEvents(
               pump.addHandler([&instance](const auto& event) { instance.handle(event); })) {
         pump.setConnectionLostHandler([this] { endWithoutDisplay(); });
-        mainQueue.asyncAfter(untilGivenBack, posix::giveBackUnusedMemory);
+        mainQueue.asyncAfter(posix::afterStart, posix::giveBackUnusedMemory);
         trayHost.start();
         if (hasArgument(application, startMenuBarSwitch)) {
-            menuBarStarter.startUnlessTrayComes(menuBarBeside(ownProgram()));
+            menuBarStarter.startUnlessTrayComes(menuBarBeside(posix::ownProgram()));
         }
     }
 

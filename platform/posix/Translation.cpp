@@ -1,8 +1,8 @@
 #include "platform/posix/Translation.h"
 
+#include "platform/posix/OwnProgram.h"
+
 #include <clocale>
-#include <filesystem>
-#include <system_error>
 
 #include <libintl.h>
 
@@ -34,9 +34,7 @@ private:
 } // namespace
 
 std::string translated(const char* english, std::initializer_list<std::string_view> values) {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto folder = program.parent_path().parent_path() / "share" / "locale";
+    const auto folder = ownProgram().parent_path().parent_path() / "share" / "locale";
     const UserLocale locale;
     bindtextdomain(domain, folder.c_str());
     bind_textdomain_codeset(domain, "UTF-8");

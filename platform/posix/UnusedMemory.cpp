@@ -36,7 +36,7 @@ int giveBackCode(dl_phdr_info* object, std::size_t /*size*/, void* pageSize) {
     if (codeIsChanged(segments, object->dlpi_addr)) {
         return 0;
     }
-    for (const ElfW(Phdr) & segment : segments) {
+    for (const auto& segment : segments) {
         if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0) {
             continue;
         }

@@ -173,6 +173,10 @@ bool Connection::hasAccepted(xcb_void_cookie_t cookie) const {
     return error == nullptr;
 }
 
+std::string Connection::noAnswer() {
+    return posix::translated("the X server does not answer");
+}
+
 void Connection::ignoreErrorOf(xcb_void_cookie_t cookie) const {
     xcb_discard_reply(connection_, cookie.sequence);
 }

@@ -88,6 +88,8 @@ public:
     // Whether RandR knows of monitors, which came with its version 1.5.
     [[nodiscard]] bool hasMonitors() const;
 
+    // What to say to the user of a server that does not answer.
+    [[nodiscard]] static std::string noAnswer();
     // True while the server still owes an answer that was waited for in vain. All further waits end
     // at once then, since answers come in their order.
     [[nodiscard]] bool isStalled() const;

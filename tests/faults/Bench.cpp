@@ -20,12 +20,6 @@ constexpr std::chrono::milliseconds attemptTime{1500};
 // A click that follows another one sooner would not count.
 constexpr std::chrono::milliseconds restTime{450};
 
-void demand(bool reached, const std::string& what) {
-    if (!reached) {
-        throw std::runtime_error(what);
-    }
-}
-
 // A nested screen must be low enough to be turned.
 Desktop::Size sizeFor(PrivateDisplay::Server server) {
     Desktop::Size size;
@@ -38,6 +32,16 @@ Desktop::Size sizeFor(PrivateDisplay::Server server) {
 }
 
 } // namespace
+
+void demand(bool reached, const std::string& what) {
+    if (!reached) {
+        throw std::runtime_error(what);
+    }
+}
+
+void letPass(std::chrono::milliseconds time) {
+    static_cast<void>(staysTrue([] { return true; }, time));
+}
 
 const char* nameOf(Situation situation) {
     switch (situation) {

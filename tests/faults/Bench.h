@@ -27,6 +27,11 @@ inline constexpr std::array allSituations{Situation::Expanded,     Situation::Co
 
 [[nodiscard]] const char* nameOf(Situation situation);
 
+// Throws std::runtime_error, which says what, unless that has been reached.
+void demand(bool reached, const std::string& what);
+// Time in which things happen elsewhere.
+void letPass(std::chrono::milliseconds time);
+
 // A desktop in use, on which things go wrong: bar, organiser and tray programs of several toolkits.
 class Bench {
 public:

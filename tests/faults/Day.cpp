@@ -41,16 +41,6 @@ constexpr bool memoryCounts = !__has_feature(address_sanitizer);
 constexpr bool memoryCounts = true;
 #endif
 
-void demand(bool reached, const std::string& what) {
-    if (!reached) {
-        throw std::runtime_error(what);
-    }
-}
-
-void letPass(std::chrono::milliseconds time) {
-    static_cast<void>(staysTrue([] { return true; }, time));
-}
-
 class Day {
 public:
     Day()

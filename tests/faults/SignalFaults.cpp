@@ -21,10 +21,6 @@ constexpr std::chrono::milliseconds startTime{700};
 enum class Silence : std::uint8_t { Stopped, Grabbed };
 enum class Moment : std::uint8_t { Start, Idle, Collapse, RowOpen };
 
-void letPass(std::chrono::milliseconds time) {
-    static_cast<void>(staysTrue([] { return true; }, time));
-}
-
 // The X server answers nobody as long as this object lives.
 class SilentServer {
 public:

@@ -12,10 +12,6 @@ constexpr std::chrono::seconds stopTime{3};
 // For a program that has nothing to wait for, on a busy machine, with sanitizers.
 constexpr std::chrono::seconds promptly{10};
 
-void letTimePass() {
-    static_cast<void>(staysTrue([] { return true; }, stopTime));
-}
-
 // The list of all icons comes, whoever else stands still.
 void listItems(Bench& bench) {
     const std::size_t icons = bench.desktop().items().size();
@@ -44,7 +40,7 @@ Fault programStops(const std::string& program, Situation situation) {
             .happen = [program, situation](Bench& bench) {
                 bench.bringInto(situation);
                 const Stopped stopped(bench.desktop().program(program).pid());
-                letTimePass();
+                letPass(stopTime);
                 listItems(bench);
                 if (!bench.calm()) {
                     throw std::runtime_error("the organiser depends on a stopped program");
@@ -69,7 +65,7 @@ Fault programStopsAndIsClicked(const std::string& program) {
                 if (!waitFor([&] { return !bench.row().isOpen(); })) {
                     throw std::runtime_error("the row waits for a stopped program");
                 }
-                letTimePass();
+                letPass(stopTime);
                 listItems(bench);
                 if (!bench.calm()) {
                     throw std::runtime_error("the organiser waits for a stopped program");
@@ -130,7 +126,7 @@ Fault serverStops(Situation situation) {
             .happen = [situation](Bench& bench) {
                 bench.bringInto(situation);
                 const Stopped stopped(bench.desktop().display().serverPid());
-                letTimePass();
+                letPass(stopTime);
             }};
 }
 

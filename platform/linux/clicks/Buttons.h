@@ -12,14 +12,14 @@ namespace pelistra::linux {
 inline constexpr xcb_button_t leftButton = XCB_BUTTON_INDEX_1;
 inline constexpr xcb_button_t rightButton = XCB_BUTTON_INDEX_3;
 
-// What a press of that button is to the core, by the number that programs see; empty for any other
-// than the left and the right one.
-[[nodiscard]] inline std::optional<EventType> typeOfPress(std::uint32_t button) {
+// What a press or release of that button is to the core, by the number that programs see; empty for
+// any other than the left and the right one.
+[[nodiscard]] inline std::optional<EventType> buttonEventType(std::uint32_t button, bool pressed) {
     switch (button) {
     case leftButton:
-        return EventType::LeftMouseDown;
+        return pressed ? EventType::LeftMouseDown : EventType::LeftMouseUp;
     case rightButton:
-        return EventType::RightMouseDown;
+        return pressed ? EventType::RightMouseDown : EventType::RightMouseUp;
     default:
         return std::nullopt;
     }

@@ -132,7 +132,7 @@ std::optional<EventType> X11GlobalClicks::typeOf(std::uint32_t physicalButton) c
     if (mapping && physicalButton >= 1 && physicalButton <= mapping->map_len) {
         button = xcb_get_pointer_mapping_map(mapping.get())[physicalButton - 1];
     }
-    return typeOfPress(button);
+    return buttonEventType(button, true);
 }
 
 bool X11GlobalClicks::isOwnDevice(xcb_input_device_id_t device) const {

@@ -18,10 +18,6 @@ namespace pelistra::linux {
 
 namespace {
 
-std::string noAnswer() {
-    return posix::translated("the X server does not answer");
-}
-
 // Derived texts are the organiser's own, so that the list says what the second row would show.
 ListedItem describe(const TrayIcon& icon, const TrayView& view,
                     X11RunningApplications& applications) {
@@ -62,7 +58,7 @@ Listing makeListing(const std::string& display) {
     }
     const auto view = TrayReader(*connection).read();
     if (!view) {
-        return {.items = {}, .complaint = noAnswer()};
+        return {.items = {}, .complaint = x11::Connection::noAnswer()};
     }
     if (view->owner == 0) {
         return {.items = {},
@@ -86,7 +82,7 @@ int listItems(std::ostream& out, std::ostream& err, bool json, const std::string
     std::thread(std::move(task)).detach();
     const Listing listing = result.wait_for(longestListing) == std::future_status::ready
                                 ? result.get()
-                                : Listing{.items = {}, .complaint = noAnswer()};
+                                : Listing{.items = {}, .complaint = x11::Connection::noAnswer()};
     if (!listing.complaint.empty()) {
         err << "pelistra: " << listing.complaint << '\n';
         return 1;

@@ -82,19 +82,6 @@ AutostartPlaces AutostartPlaces::ofEnvironment() {
     return places;
 }
 
-fs::path ownProgram() {
-    std::error_code error;
-    fs::path program = fs::read_symlink("/proc/self/exe", error);
-    // After an update the running program's file has gone, and the new one is in its place.
-    constexpr std::string_view deleted = " (deleted)";
-    std::string text = program.string();
-    if (text.ends_with(deleted)) {
-        text.resize(text.size() - deleted.size());
-        program = text;
-    }
-    return program;
-}
-
 AutostartLoginItem::AutostartLoginItem(AutostartPlaces places, fs::path program)
     : places_(std::move(places)), program_(std::move(program)) {}
 

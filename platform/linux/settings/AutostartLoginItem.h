@@ -28,9 +28,6 @@ struct AutostartPlaces {
     [[nodiscard]] static AutostartPlaces ofEnvironment();
 };
 
-// The path of the running program; empty when the system does not say.
-[[nodiscard]] std::filesystem::path ownProgram();
-
 // The registration as an XDG autostart entry. What others write there counts: an entry that is
 // hidden, masked or no entry at all is none, one that is switched off, meant for other desktops or
 // held back by the service manager is there but not enabled.

@@ -23,17 +23,6 @@ constexpr double usualIconHeight = 24;
 // The longest side of an X window.
 constexpr double longestSide = 32767;
 
-std::optional<EventType> typeOfRelease(xcb_button_t button) {
-    switch (button) {
-    case leftButton:
-        return EventType::LeftMouseUp;
-    case rightButton:
-        return EventType::RightMouseUp;
-    default:
-        return std::nullopt;
-    }
-}
-
 } // namespace
 
 TrayStatusItem::TrayStatusItem(const StatusItemServices& services, Callbacks callbacks,
@@ -244,7 +233,7 @@ void TrayStatusItem::handlePress(const xcb_button_press_event_t& event) {
     if (event.event != window() || pressed_ != 0) {
         return;
     }
-    if (const auto type = typeOfPress(event.detail)) {
+    if (const auto type = buttonEventType(event.detail, true)) {
         services_.toolTip.hide();
         pressed_ = event.detail;
         redraw();
@@ -260,7 +249,7 @@ void TrayStatusItem::handleRelease(const xcb_button_release_event_t& event) {
     redraw();
     const bool isInside = event.event_x >= 0 && event.event_x < width_ && event.event_y >= 0 &&
                           event.event_y < height_;
-    if (const auto type = typeOfRelease(event.detail); type && isInside) {
+    if (const auto type = buttonEventType(event.detail, false); type && isInside) {
         trigger(*type, event.state);
     }
 }

@@ -101,7 +101,7 @@ std::unique_ptr<Panel> LoadedWindows::panel(const PanelConfiguration& configurat
 
 WindowsModule* LoadedWindows::load() {
     if (module_ == nullptr) {
-        // Qt needs their configuration, and reading it takes as long as loading Qt.
+        // Qt needs the fonts' configuration, and reading it takes as long as loading Qt.
         const auto fonts = std::async(std::launch::async, ::FcInit);
         const auto enter = entryOf(file_, failure_);
         // What follows changes the environment, which the other thread reads.
