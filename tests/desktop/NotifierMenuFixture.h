@@ -47,7 +47,6 @@ protected:
         client_.emplace(options);
         ASSERT_TRUE(isThere());
     }
-    // A bar that has just started is on the screen only once the window manager has put it there.
     [[nodiscard]] bool isThere() {
         return eventually([&] {
             const auto item = desktop_.x().barItem("green");

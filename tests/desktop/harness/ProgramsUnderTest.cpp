@@ -26,8 +26,12 @@ std::filesystem::path builtPrograms() {
 BarUnderTest::BarUnderTest(PrivateDisplay& display, XClient& client,
                            const std::vector<std::string>& options)
     : client_(client), process_(display.start(commandOf("pelistra-menubar", options))) {
-    const bool up = waitFor(
-        [this] { return client_.barWindow() != XCB_WINDOW_NONE || !process_->isRunning(); });
+    // A bar that goes while openbox still takes its window hides the next one, which may get the
+    // same window number.
+    const bool up = waitFor([this] {
+        const xcb_window_t window = client_.barWindow();
+        return (window != XCB_WINDOW_NONE && client_.isViewable(window)) || !process_->isRunning();
+    });
     if (!up || !process_->isRunning()) {
         throw std::runtime_error("pelistra-menubar did not come up: " + process_->output());
     }
