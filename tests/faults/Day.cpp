@@ -72,6 +72,11 @@ public:
     // returns what is wrong.
     [[nodiscard]] std::vector<std::string> rest() {
         auto complaints = complaintsOf(bench_);
+        // What the row needed goes back, too, once a window has gone.
+        bench_.bringInto(Situation::SettingsOpen);
+        if (!bench_.calm()) {
+            complaints.emplace_back("the settings window stays");
+        }
         if (menusSeen_ < days_) {
             complaints.emplace_back("menus do not open");
         }
