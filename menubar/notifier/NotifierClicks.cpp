@@ -17,7 +17,7 @@ constexpr int wheelStep = 120;
 
 void NotifierDocking::press(const xcb_button_press_event_t& event, const PixelRect& bar) {
     Icon* const icon = find(event.event);
-    NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
+    NotifierItem* const source = sourceOf(icon);
     if (source == nullptr) {
         return;
     }
@@ -50,7 +50,7 @@ void NotifierDocking::press(const xcb_button_press_event_t& event, const PixelRe
 
 void NotifierDocking::release(const xcb_button_release_event_t& event, const PixelRect& bar) {
     Icon* const icon = find(event.event);
-    NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
+    NotifierItem* const source = sourceOf(icon);
     const DockedItem* const item = items_->find(event.event);
     if (source == nullptr || item == nullptr ||
         std::exchange(icon->pressed, xcb_button_t{0}) != event.detail || event.event_x < 0 ||
@@ -65,9 +65,7 @@ void NotifierDocking::release(const xcb_button_release_event_t& event, const Pix
         source->tell(NotifierItem::Deed::Activate, event.root_x, event.root_y,
                      [this, window = event.event, bar] {
                          const Icon* const refused = find(window);
-                         NotifierItem* const itsSource =
-                             refused != nullptr ? host_->find(refused->number) : nullptr;
-                         if (itsSource != nullptr) {
+                         if (NotifierItem* const itsSource = sourceOf(refused)) {
                              openMenu(*refused, *itsSource, bar);
                          }
                      });
@@ -76,9 +74,10 @@ void NotifierDocking::release(const xcb_button_release_event_t& event, const Pix
 
 void NotifierDocking::enter(const xcb_enter_notify_event_t& event, const PixelRect& bar) {
     const Icon* const icon = find(event.event);
-    const NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
+    const NotifierItem* const source = sourceOf(icon);
     // A grab that ends is no movement of the user's.
-    if (source == nullptr || !source->properties() || event.mode != XCB_NOTIFY_MODE_NORMAL) {
+    if (source == nullptr || source->properties() == nullptr ||
+        event.mode != XCB_NOTIFY_MODE_NORMAL) {
         return;
     }
     toolTipBar_ = bar;
@@ -96,7 +95,7 @@ void NotifierDocking::leave(const xcb_leave_notify_event_t& event) {
 
 void NotifierDocking::showToolTip() {
     const Icon* const icon = find(toolTip_.owner());
-    const NotifierItem* const source = icon != nullptr ? host_->find(icon->number) : nullptr;
+    const NotifierItem* const source = sourceOf(icon);
     const DockedItem* const item = items_->find(toolTip_.owner());
     if (source == nullptr || item == nullptr) {
         toolTip_.hide();

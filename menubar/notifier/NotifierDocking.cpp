@@ -28,6 +28,13 @@ std::string hexadecimal(const Color& color) {
     return result;
 }
 
+// What the program has sent for the icon itself.
+const IconSource& pictureOf(const ItemProperties& properties) {
+    const bool attention =
+        properties.status == ItemStatus::NeedsAttention && !properties.attention.isEmpty();
+    return attention ? properties.attention : properties.icon;
+}
+
 } // namespace
 
 NotifierDocking::NotifierDocking(const Server& server, xcb_window_t bar, ItemList& items,
@@ -38,7 +45,7 @@ NotifierDocking::NotifierDocking(const Server& server, xcb_window_t bar, ItemLis
 NotifierDocking::~NotifierDocking() = default;
 
 void NotifierDocking::start(RememberedItems memory) {
-    host_.emplace(std::move(memory));
+    host_ = std::make_unique<NotifierHost>(std::move(memory));
 }
 
 std::vector<pollfd> NotifierDocking::descriptors() const {
@@ -126,8 +133,6 @@ IconRequest NotifierDocking::requestFor(const std::string& name,
 }
 
 void NotifierDocking::ask(Icon& icon, const ItemProperties& properties) {
-    const bool attention =
-        properties.status == ItemStatus::NeedsAttention && !properties.attention.isEmpty();
     const auto askFor = [&](Icon::Part& part, const IconSource& source) {
         if (source.name.empty()) {
             part.request.reset();
@@ -139,28 +144,29 @@ void NotifierDocking::ask(Icon& icon, const ItemProperties& properties) {
         part.waiting = true;
         reader_.ask(part.asker, *part.request);
     };
-    askFor(icon.picture, attention ? properties.attention : properties.icon);
+    askFor(icon.picture, pictureOf(properties));
     askFor(icon.overlay, properties.overlay);
 }
 
 void NotifierDocking::takeAnswers() {
+    const auto take = [](Icon::Part& part, const IconSource& sent, IconReader::Answer& answer) {
+        if (part.asker != answer.asker || part.request != answer.request) {
+            return false;
+        }
+        // Many programs send what no theme has as pixels too.
+        part.image = answer.image.pixels.empty() ? sent.pixmap : std::move(answer.image);
+        part.waiting = false;
+        return true;
+    };
     for (IconReader::Answer& answer : reader_.takeAnswers()) {
         for (const auto& icon : icons_) {
-            for (Icon::Part* const part : {&icon->picture, &icon->overlay}) {
-                NotifierItem* const source = host_->find(icon->number);
-                if (part->asker != answer.asker || part->request != answer.request ||
-                    source == nullptr) {
-                    continue;
-                }
-                const ItemProperties& properties = *source->properties();
-                const bool attention = properties.status == ItemStatus::NeedsAttention &&
-                                       !properties.attention.isEmpty();
-                const IconSource& sent = part == &icon->overlay ? properties.overlay
-                                         : attention            ? properties.attention
-                                                                : properties.icon;
-                // Many programs send what no theme has as pixels too.
-                part->image = answer.image.pixels.empty() ? sent.pixmap : std::move(answer.image);
-                part->waiting = false;
+            const NotifierItem* const source = sourceOf(icon.get());
+            if (source == nullptr) {
+                continue;
+            }
+            const ItemProperties& properties = *source->properties();
+            if (take(icon->picture, pictureOf(properties), answer) ||
+                take(icon->overlay, properties.overlay, answer)) {
                 show(*icon, properties);
             }
         }
@@ -276,6 +282,10 @@ NotifierDocking::Icon* NotifierDocking::find(xcb_window_t window) const {
     const auto found =
         std::ranges::find(icons_, window, [](const auto& icon) { return icon->window; });
     return found == icons_.end() ? nullptr : found->get();
+}
+
+NotifierItem* NotifierDocking::sourceOf(const Icon* icon) const {
+    return icon != nullptr ? host_->find(icon->number) : nullptr;
 }
 
 } // namespace pelistra::menubar

@@ -81,13 +81,15 @@ private:
                                          const ItemProperties& properties) const;
     // Null when the window is none of ours.
     [[nodiscard]] Icon* find(xcb_window_t window) const;
+    // Null without an icon, and when its item is no longer known.
+    [[nodiscard]] NotifierItem* sourceOf(const Icon* icon) const;
 
     const Server* server_;
     xcb_window_t bar_;
     ItemList* items_;
     OrderMemory* order_;
     Painter* painter_;
-    std::optional<NotifierHost> host_;
+    std::unique_ptr<NotifierHost> host_;
     IconReader reader_;
     MenuProgram menus_;
     Look look_;

@@ -140,6 +140,7 @@ void NotifierHost::sweep() {
     }
     if (watcher_ != nullptr) {
         std::vector<std::string> texts;
+        texts.reserve(items_.size());
         for (const auto& item : items_) {
             if (!item->owner().empty()) {
                 texts.push_back(item->address().text());
@@ -154,6 +155,7 @@ void NotifierHost::remember() {
         return;
     }
     std::vector<ItemAddress> addresses;
+    addresses.reserve(items_.size());
     for (const auto& item : items_) {
         addresses.push_back(item->address());
     }

@@ -43,8 +43,10 @@ public:
     // What that process is called; empty when that is not known or says nothing.
     [[nodiscard]] const std::string& program() const { return program_; }
 
-    // What it last said; empty before it has answered for the first time.
-    [[nodiscard]] const std::optional<ItemProperties>& properties() const { return properties_; }
+    // What it last said; null before it has answered for the first time.
+    [[nodiscard]] const ItemProperties* properties() const {
+        return properties_ ? &*properties_ : nullptr;
+    }
     // Whether that has changed since this was last asked.
     [[nodiscard]] bool takeChange() { return std::exchange(changed_, false); }
     // Its program has gone, or has never been there.

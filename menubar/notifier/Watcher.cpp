@@ -141,15 +141,14 @@ void Watcher::joinOther() {
         newCall(*bus_, watcherName, watcherPath, watcherInterface, "RegisterStatusNotifierHost");
     sd_bus_message_append(host.get(), "s", own != nullptr ? own : "");
     hostRequest_ = BusListener::call(*bus_, host, [](sd_bus_message&) {});
-    otherItems_ = BusListener::match(
-        *bus_,
-        std::string("type='signal',sender='") + watcherName + "',path='" + watcherPath +
-            "',interface='" + watcherInterface + "',member='StatusNotifierItemRegistered'",
-        [this](sd_bus_message& message) {
-            if (const auto address = addressIn(textIn(message), "")) {
-                registered_(*address, {});
-            }
-        });
+    std::string registrations = "type='signal',member='StatusNotifierItemRegistered',sender='";
+    registrations.append(watcherName).append("',path='").append(watcherPath);
+    registrations.append("',interface='").append(watcherInterface).append("'");
+    otherItems_ = BusListener::match(*bus_, registrations, [this](sd_bus_message& message) {
+        if (const auto address = addressIn(textIn(message), "")) {
+            registered_(*address, {});
+        }
+    });
     const MessagePtr list =
         newCall(*bus_, watcherName, watcherPath, "org.freedesktop.DBus.Properties", "Get");
     sd_bus_message_append(list.get(), "ss", watcherInterface, "RegisteredStatusNotifierItems");
