@@ -14,48 +14,34 @@ constexpr const char* showInTray = "[Options]\nSystemTray=true\nStartMinimized=t
 
 } // namespace
 
-const char* nameOf(Toolkit toolkit) {
-    switch (toolkit) {
-    case Toolkit::Gtk2:
-        return "GTK 2";
-    case Toolkit::Gtk3:
-        return "GTK 3";
-    case Toolkit::Qt5:
-        return "Qt 5";
-    case Toolkit::Qt6:
-        return "Qt 6";
-    }
-    return "";
-}
-
 void PrintTo(const RealTrayProgram& program, std::ostream* stream) {
-    *stream << program.program << " (" << nameOf(program.toolkit) << ")";
+    *stream << program.program << " (" << program.toolkit << ")";
 }
 
 const std::vector<RealTrayProgram>& realTrayPrograms() {
     static const std::vector<RealTrayProgram> programs{
         {.program = "nabi",
-         .toolkit = Toolkit::Gtk2,
+         .toolkit = "GTK 2",
          .arguments = {"--status-only"},
          .className = "Nabi"},
-        {.program = "volumeicon", .toolkit = Toolkit::Gtk3, .className = "Volumeicon"},
-        {.program = "pnmixer", .toolkit = Toolkit::Gtk3, .className = "Pnmixer"},
-        {.program = "xfce4-clipman", .toolkit = Toolkit::Gtk3, .className = "Xfce4-clipman"},
-        {.program = "qlipper", .toolkit = Toolkit::Qt5, .className = "qlipper"},
-        {.program = "copyq", .toolkit = Toolkit::Qt5, .className = "copyq"},
+        {.program = "volumeicon", .toolkit = "GTK 3", .className = "Volumeicon"},
+        {.program = "pnmixer", .toolkit = "GTK 3", .className = "Pnmixer"},
+        {.program = "xfce4-clipman", .toolkit = "GTK 3", .className = "Xfce4-clipman"},
+        {.program = "qlipper", .toolkit = "Qt 5", .className = "qlipper"},
+        {.program = "copyq", .toolkit = "Qt", .className = "copyq"},
         {.program = "qmidinet",
-         .toolkit = Toolkit::Qt6,
+         .toolkit = "Qt 6",
          .settings = {{.path = "config/rncbc.org/QmidiNet.conf", .content = showInTray}},
          .className = "QmidiNet"},
     };
     return programs;
 }
 
-const RealTrayProgram& realTrayProgram(const std::string& program) {
+const RealTrayProgram& realTrayProgram(std::string_view program) {
     const auto& programs = realTrayPrograms();
     const auto found = std::ranges::find(programs, program, &RealTrayProgram::program);
     if (found == programs.end()) {
-        throw std::out_of_range("no tray program " + program);
+        throw std::out_of_range("no tray program " + std::string(program));
     }
     return *found;
 }

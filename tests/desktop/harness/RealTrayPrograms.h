@@ -6,13 +6,10 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pelistra::testing {
-
-enum class Toolkit { Gtk2, Gtk3, Qt5, Qt6 };
-
-[[nodiscard]] const char* nameOf(Toolkit toolkit);
 
 // A file that a program needs before it starts.
 struct SettingsFile {
@@ -24,7 +21,8 @@ struct SettingsFile {
 // A tray program from Debian, and how it is started so that it shows its icon on a bare X server.
 struct RealTrayProgram {
     std::string program;
-    Toolkit toolkit = Toolkit::Gtk3;
+    // With its version, where that is the same on every Debian.
+    std::string toolkit;
     std::vector<std::string> arguments = {};
     std::vector<SettingsFile> settings = {};
     // WM_CLASS class of its docked window.
@@ -38,7 +36,7 @@ void PrintTo(const RealTrayProgram& program, std::ostream* stream);
 // All that are known to run on a bare Xvfb with a session bus: at least one of every toolkit.
 [[nodiscard]] const std::vector<RealTrayProgram>& realTrayPrograms();
 // The one with that name; throws std::out_of_range for any other.
-[[nodiscard]] const RealTrayProgram& realTrayProgram(const std::string& program);
+[[nodiscard]] const RealTrayProgram& realTrayProgram(std::string_view program);
 
 // Writes its settings and starts it. Waiting for the icon is the caller's.
 [[nodiscard]] std::unique_ptr<ChildProcess> startTrayProgram(PrivateDisplay& display,

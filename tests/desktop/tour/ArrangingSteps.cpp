@@ -68,7 +68,7 @@ void walkArranging(Tour& tour) {
     Desktop& desktop = tour.desktop();
     tour.step("Start the menu bar", [&] { return startTheBar(desktop); });
     for (const RealTrayProgram& program : realTrayPrograms()) {
-        tour.step("Start " + program.program + " (" + nameOf(program.toolkit) + ")",
+        tour.step("Start " + program.program + " (" + program.toolkit + ")",
                   [&] { return startAProgram(desktop, program); });
     }
     tour.step("Start the organiser", [&] { return startTheOrganiser(desktop); });

@@ -17,7 +17,7 @@ struct HiddenProgram {
 constexpr std::array<HiddenProgram, 4> programs{{
     {.className = "Nabi", .name = "nabi", .toolkit = "GTK 2"},
     {.className = "Xfce4-clipman", .name = "Clipboard Manager", .toolkit = "GTK 3"},
-    {.className = "copyq", .name = "CopyQ", .toolkit = "Qt 5"},
+    {.className = "copyq", .name = "CopyQ", .toolkit = "Qt"},
     {.className = "QmidiNet", .name = "QmidiNet", .toolkit = "Qt 6"},
 }};
 
