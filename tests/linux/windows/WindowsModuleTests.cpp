@@ -58,9 +58,9 @@ protected:
             [this] { return process_->output().find("Status order") != std::string::npos; }));
     }
     void click(Button button, const UserInput::Modifiers& modifiers = {}) {
-        input_.click(centre(tray_.frameOf(control_)), button, modifiers);
-        // Longer than the arrow ignores further clicks.
+        // Longer than the arrow ignores clicks after one that has been seen to do something.
         tray_.serve(std::chrono::milliseconds(350));
+        input_.click(centre(tray_.frameOf(control_)), button, modifiers);
     }
     [[nodiscard]] int complaints() const {
         const std::string output = process_->output();
