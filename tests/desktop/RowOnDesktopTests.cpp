@@ -216,6 +216,8 @@ TEST_F(RowOnDesktopTests, SaysThatNothingIsHiddenWhereNothingIs) {
     EXPECT_TRUE(tree_.shows(process, "分隔线左侧暂时没有可放入第二行的图标。"));
     EXPECT_THAT(row_.icons(), IsEmpty());
     EXPECT_EQ(row_.frame()->width, 280);
+    // Though it lies over everything without being managed.
+    EXPECT_THAT(desktop_.x().shownMenus(), IsEmpty());
 }
 
 } // namespace

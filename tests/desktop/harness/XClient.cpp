@@ -185,8 +185,10 @@ std::vector<xcb_window_t> XClient::shownMenus() {
             xcb_get_window_attributes_reply(get(), xcb_get_window_attributes(get(), window),
                                             nullptr));
         const bool isUnmanaged = attributes && attributes->override_redirect != 0;
-        // Qt 6 has no type of its own for them.
-        return !isOfType("POPUP_MENU") && !(isUnmanaged && isOfType("NORMAL"));
+        // Qt 6 has no type of its own for them. The second row looks the same.
+        const bool isQtMenu =
+            isUnmanaged && isOfType("NORMAL") && windowClass(window).second != "Pelistra";
+        return !isOfType("POPUP_MENU") && !isQtMenu;
     });
     return menus;
 }
