@@ -54,7 +54,7 @@ private:
     Seen openSettings();
     Seen openGuide();
     Seen closeByEscape();
-    bool settingsBecomeActive();
+    bool becomesActive(const char* title);
     Seen quit();
     Seen entryIs(bool on, const std::string& how);
 
@@ -190,8 +190,8 @@ Seen FirstUse::finishByKeys() {
                                    : "it does not end"};
 }
 
-bool FirstUse::settingsBecomeActive() {
-    const auto window = desktop_.x().managedWindow(settingsTitle);
+bool FirstUse::becomesActive(const char* title) {
+    const auto window = desktop_.x().managedWindow(title);
     return waitFor([&] {
         return window && desktop_.x().words(desktop_.x().root(), "_NET_ACTIVE_WINDOW") ==
                              std::vector<std::uint32_t>{*window};
@@ -210,7 +210,7 @@ Seen FirstUse::openSettings() {
                                               "重新查看使用引导", "退出 Pelistra"},
                                    [&](const char* text) { return windows_.says(text); });
     });
-    const bool isActive = settingsBecomeActive();
+    const bool isActive = becomesActive(settingsTitle);
     return {.ok = seen.ok && texts && isActive,
             .text = seen.text + (texts ? ", with all its texts" : ", texts missing") +
                     (isActive ? ", active" : ", not active")};
@@ -219,18 +219,19 @@ Seen FirstUse::openSettings() {
 Seen FirstUse::openGuide() {
     const bool clicked = windows_.click("重新查看使用引导");
     Seen seen = lookAtWindow(desktop_, onboardingTitle, onboardingWidth, onboardingHeight);
-    const auto window = desktop_.x().managedWindow(onboardingTitle);
-    if (window) {
+    // Openbox gives nobody the keyboard back that a window has never had.
+    const bool isActive = becomesActive(onboardingTitle);
+    if (const auto window = desktop_.x().managedWindow(onboardingTitle)) {
         desktop_.x().requestClose(*window);
     }
-    seen.ok =
-        seen.ok && clicked && waitFor([&] { return desktop_.organiserWindows().size() == 1; });
+    seen.ok = seen.ok && clicked && isActive &&
+              waitFor([&] { return desktop_.organiserWindows().size() == 1; });
     return seen;
 }
 
 Seen FirstUse::closeByEscape() {
     // The window manager gives them the keyboard back once the guide has gone.
-    if (!settingsBecomeActive()) {
+    if (!becomesActive(settingsTitle)) {
         return {.ok = false, .text = "they do not become active again"};
     }
     desktop_.input().tapKey(keys::escape);
