@@ -124,5 +124,6 @@ build_preset() {
         cat "$log" >&2
         fail "configuring $preset failed"
     fi
-    cmake --build "build/$preset" ${1:+--target "$@"}
+    # What a program says stands alone on the standard output.
+    cmake --build "build/$preset" ${1:+--target "$@"} >&2
 }
