@@ -3,6 +3,7 @@
 #include "menubar/DockedItem.h"
 #include "menubar/ForeignText.h"
 #include "menubar/Log.h"
+#include "menubar/notifier/ProgramName.h"
 #include "platform/posix/Translation.h"
 #include "platform/x11/Clients.h"
 #include "platform/x11/Properties.h"
@@ -11,7 +12,6 @@
 #include <array>
 #include <chrono>
 #include <cstring>
-#include <fstream>
 #include <optional>
 
 #include <poll.h>
@@ -24,13 +24,6 @@ constexpr std::uint8_t bitsOfByte = 8;
 constexpr std::size_t nameLimit = 64;
 // How long the tray that is being replaced may take to let its icons go.
 constexpr std::chrono::seconds patience{3};
-
-std::string commandOf(std::int32_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string command;
-    std::getline(file, command);
-    return cleanText(command, nameLimit);
-}
 
 // Waits for the next event; null when there is none in time or the connection broke.
 x11::EventPtr nextEvent(const x11::Connection& connection,
@@ -126,7 +119,7 @@ std::string TraySelection::describeOwner(xcb_window_t owner) const {
     const auto windowClass = readProperty(server_->connection(), classRequest);
     const auto windowName = readProperty(server_->connection(), nameRequest);
     const auto process = x11::processOf(server_->connection(), owner);
-    std::string name = process ? commandOf(*process) : "";
+    std::string name = process ? programName(*process) : "";
     if (name.empty() && windowClass) {
         name = cleanText(windowClass->text(), nameLimit);
     }

@@ -67,7 +67,7 @@ TEST_F(BadBarStartTests, ASecondBarNamesTheFirst) {
     BarUnderTest first(display_, client_);
     const auto second = start({});
     EXPECT_EQ(second->waitForExit(), (ExitStatus{.status = 1}));
-    EXPECT_THAT(second->output(), HasSubstr("pelistra-menu"));
+    EXPECT_THAT(second->output(), HasSubstr("belongs to 'pelistra-menubar'"));
     EXPECT_TRUE(first.process().isRunning());
 }
 
