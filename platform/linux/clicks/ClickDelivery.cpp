@@ -15,8 +15,6 @@ namespace {
 // The secondary button, which opens an icon's menu. There is no other way to try: what the primary
 // one would do is anybody's guess.
 constexpr xcb_button_t menuButton = XCB_BUTTON_INDEX_3;
-// Long enough after the start that a program whose last click was ours has forgotten the device.
-constexpr Seconds cleaningDelay{1};
 
 } // namespace
 
@@ -25,11 +23,6 @@ ClickDelivery::ClickDelivery(const x11::Connection& connection, MainQueue& mainQ
       device_(connection, replies_), clock_(connection, replies_),
       menu_(connection, replies_, device_, mainQueue) {
     connection.learn({&xcb_res_id});
-    mainQueue.asyncAfter(cleaningDelay, lifetime_.guard([this] {
-        if (replies_.begin(patience)) {
-            device_.removeAbandoned();
-        }
-    }));
 }
 
 ClickDelivery::~ClickDelivery() {
@@ -40,7 +33,7 @@ ClickDelivery::~ClickDelivery() {
     if (!menu_.close()) {
         menu_.end();
     }
-    device_.removeWhenQuiet();
+    device_.park();
 }
 
 bool ClickDelivery::belongsTo(WindowId window, ProcessId process) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/Lifetime.h"
 #include "base/Logger.h"
 #include "platform/Application.h"
 #include "platform/MainQueue.h"
@@ -30,13 +29,11 @@ public:
     static constexpr std::chrono::milliseconds patience = MenuWatch::patience;
 
     // The connection must be used by nobody else, and its events must be handed to handle(). All
-    // must outlive this object. Some seconds from now it removes second pointers that programs
-    // which have crashed left behind.
+    // must outlive this object.
     ClickDelivery(const x11::Connection& connection, MainQueue& mainQueue, LogSink& log);
     ClickDelivery(const ClickDelivery&) = delete;
     ClickDelivery& operator=(const ClickDelivery&) = delete;
-    // Closes the menu that its last click has opened and takes the second pointer away, which takes
-    // up to half a second if there is one.
+    // Closes the menu that its last click has opened.
     ~ClickDelivery();
 
     // Presses the button on a window of that process. False when it is known that the press reached
@@ -85,7 +82,6 @@ private:
     // Who was sent the press, and when.
     Target pressed_;
     xcb_timestamp_t pressedAt_ = XCB_CURRENT_TIME;
-    Lifetime lifetime_;
 };
 
 } // namespace pelistra::linux

@@ -1,25 +1,17 @@
 #include "platform/linux/clicks/PointerDevice.h"
 
-#include "platform/posix/Environment.h"
-#include "platform/x11/Clients.h"
-
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstring>
-#include <thread>
 
-#include <csignal>
-#include <unistd.h>
 #include <xcb/xtest.h>
 
 namespace pelistra::linux {
 
 namespace {
 
-constexpr std::string_view namePrefix = "Pelistra clicks ";
-// The server adds these to the name of a pair of masters.
-constexpr std::string_view pointerSuffix = " pointer";
+// The server makes the names of its devices of it.
+constexpr std::string_view name = "Pelistra clicks";
 
 constexpr std::uint16_t inputMajor = 2;
 constexpr std::uint16_t inputMinor = 2;
@@ -38,7 +30,7 @@ xcb_input_fp1616_t fixed(int value) {
 } // namespace
 
 PointerDevice::PointerDevice(const x11::Connection& connection, x11::Replies& replies)
-    : connection_(&connection), replies_(&replies), host_(posix::hostName()) {
+    : connection_(&connection), replies_(&replies) {
     const auto* const input = connection.extension(xcb_input_id);
     if (input == nullptr || connection.extension(xcb_test_id) == nullptr) {
         return;
@@ -53,30 +45,6 @@ PointerDevice::PointerDevice(const x11::Connection& connection, x11::Replies& re
     supported_ =
         version && (version->major_version > inputMajor ||
                     (version->major_version == inputMajor && version->minor_version >= inputMinor));
-}
-
-std::string PointerDevice::nameOf(ProcessId process, std::string_view host) {
-    return std::string(namePrefix) + std::to_string(process) + "@" + std::string(host);
-}
-
-std::optional<PointerDevice::Maker> PointerDevice::makerIn(std::string_view deviceName) {
-    if (!deviceName.starts_with(namePrefix) || !deviceName.ends_with(pointerSuffix)) {
-        return std::nullopt;
-    }
-    deviceName.remove_prefix(namePrefix.size());
-    deviceName.remove_suffix(pointerSuffix.size());
-    const std::size_t at = deviceName.find('@');
-    if (at == std::string_view::npos) {
-        return std::nullopt;
-    }
-    Maker maker{.process = 0, .host = std::string(deviceName.substr(at + 1))};
-    const auto* const end = deviceName.data() + at;
-    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the end goes along
-    const auto [rest, error] = std::from_chars(deviceName.data(), end, maker.process);
-    if (error != std::errc() || rest != end || maker.process < 1) {
-        return std::nullopt;
-    }
-    return maker;
 }
 
 std::vector<PointerDevice::Listed> PointerDevice::listDevices() {
@@ -99,11 +67,9 @@ std::vector<PointerDevice::Listed> PointerDevice::listDevices() {
     return devices;
 }
 
-std::optional<PointerDevice::Device> PointerDevice::find(const std::vector<Listed>& devices,
-                                                         const std::string& name) {
+std::optional<PointerDevice::Device> PointerDevice::find(const std::vector<Listed>& devices) {
     const auto pointer = std::ranges::find_if(devices, [&](const Listed& device) {
-        return device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER &&
-               device.name == name + std::string(pointerSuffix);
+        return device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER && device.name == pointerName;
     });
     if (pointer == devices.end()) {
         return std::nullopt;
@@ -126,22 +92,28 @@ bool PointerDevice::prepare() {
     if (!supported_) {
         return false;
     }
-    const std::string name = nameOf(::getpid(), host_);
-    if (!device_) {
-        add(name);
-        const std::vector<Listed> devices = listDevices();
-        const auto keyboard =
-            std::ranges::find(devices, XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD, &Listed::type);
-        userKeyboard_ = keyboard == devices.end() ? xcb_input_device_id_t{0} : keyboard->id;
-        device_ = find(devices, name);
-        if (device_) {
-            hideCursor(device_->pointer);
-        }
+    if (device_) {
+        return true;
+    }
+    std::vector<Listed> devices = listDevices();
+    device_ = find(devices);
+    if (device_) {
+        releaseEverything();
+    } else {
+        add();
+        devices = listDevices();
+        device_ = find(devices);
+    }
+    const auto keyboard =
+        std::ranges::find(devices, XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD, &Listed::type);
+    userKeyboard_ = keyboard == devices.end() ? xcb_input_device_id_t{0} : keyboard->id;
+    if (device_) {
+        hideCursor(device_->pointer);
     }
     return device_.has_value();
 }
 
-void PointerDevice::add(const std::string& name) const {
+void PointerDevice::add() const {
     constexpr std::size_t unit = 4;
     const std::size_t units = (sizeof(xcb_input_add_master_t) + name.size() + unit - 1) / unit;
     std::vector<std::uint32_t> buffer(units);
@@ -159,27 +131,14 @@ void PointerDevice::add(const std::string& name) const {
         reinterpret_cast<const xcb_input_hierarchy_change_t*>(buffer.data())));
 }
 
-void PointerDevice::remove(xcb_input_device_id_t pointer,
-                           const std::vector<Listed>& devices) const {
-    // Real devices that somebody has attached to the pair go back to the user's own masters, the
-    // first of each kind.
-    const auto firstOf = [&](std::uint16_t type) {
-        const auto found = std::ranges::find(devices, type, &Listed::type);
-        return found == devices.end() ? xcb_input_device_id_t{0} : found->id;
-    };
-    constexpr std::uint16_t lengthInUnits = sizeof(xcb_input_remove_master_t) / 4;
-    const xcb_input_remove_master_t change{
-        .type = XCB_INPUT_HIERARCHY_CHANGE_TYPE_REMOVE_MASTER,
-        .len = lengthInUnits,
-        .deviceid = pointer,
-        .return_mode = XCB_INPUT_CHANGE_MODE_ATTACH,
-        .pad0 = 0,
-        .return_pointer = firstOf(XCB_INPUT_DEVICE_TYPE_MASTER_POINTER),
-        .return_keyboard = firstOf(XCB_INPUT_DEVICE_TYPE_MASTER_KEYBOARD)};
-    connection_->ignoreErrorOf(xcb_input_xi_change_hierarchy_checked(
-        connection_->get(), 1,
-        // The request takes changes of several shapes.
-        reinterpret_cast<const xcb_input_hierarchy_change_t*>(&change)));
+void PointerDevice::releaseEverything() {
+    for (const xcb_button_t button : {XCB_BUTTON_INDEX_1, XCB_BUTTON_INDEX_2, XCB_BUTTON_INDEX_3}) {
+        release(button);
+    }
+    const xcb_setup_t& setup = *xcb_get_setup(connection_->get());
+    for (unsigned key = setup.min_keycode; key <= setup.max_keycode; ++key) {
+        releaseKey(static_cast<std::uint8_t>(key));
+    }
 }
 
 void PointerDevice::hideCursor(xcb_input_device_id_t pointer) const {
@@ -224,7 +183,6 @@ void PointerDevice::fake(std::uint8_t eventOffset, std::uint8_t detail,
         connection_->get(), static_cast<std::uint8_t>(firstEvent_ + eventOffset), detail,
         XCB_CURRENT_TIME, XCB_NONE, 0, 0, static_cast<std::uint8_t>(device)));
     connection_->flush();
-    lastUse_ = std::chrono::steady_clock::now();
 }
 
 void PointerDevice::press(xcb_button_t button) {
@@ -270,51 +228,6 @@ bool PointerDevice::isGrabbed() {
 bool PointerDevice::isOwn(xcb_input_device_id_t device) const {
     return device_ && (device == device_->pointer || device == device_->keyboard ||
                        device == device_->testPointer || device == device_->testKeyboard);
-}
-
-void PointerDevice::removeWhenQuiet() {
-    if (!device_) {
-        return;
-    }
-    std::this_thread::sleep_until(lastUse_ + quietTime);
-    remove(device_->pointer, listDevices());
-    device_.reset();
-    connection_->flush();
-}
-
-bool PointerDevice::isAbandoned(const Maker& maker) {
-    if (maker.host != host_ || maker.process == ::getpid()) {
-        return false;
-    }
-    // A process that ended is no client; one that runs under a reused id is most likely none
-    // either.
-    if (const auto request = x11::requestAllProcesses(*connection_)) {
-        const auto processes = x11::takeProcesses(*replies_, request);
-        return processes && std::ranges::none_of(*processes, [&](const auto& known) {
-                   return known.second == maker.process;
-               });
-    }
-    return ::kill(maker.process, 0) != 0 && errno == ESRCH;
-}
-
-int PointerDevice::removeAbandoned() {
-    if (!supported_) {
-        return 0;
-    }
-    // Nobody else may remove or make devices between the look and the removal.
-    xcb_grab_server(connection_->get());
-    const std::vector<Listed> devices = listDevices();
-    int removed = 0;
-    for (const Listed& device : devices) {
-        const auto maker = makerIn(device.name);
-        if (device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER && maker && isAbandoned(*maker)) {
-            remove(device.id, devices);
-            ++removed;
-        }
-    }
-    xcb_ungrab_server(connection_->get());
-    connection_->flush();
-    return removed;
 }
 
 } // namespace pelistra::linux

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "platform/Application.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Replies.h"
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,15 +20,15 @@ struct RootPlace {
 };
 
 // A second pair of master devices: a pointer that can click anywhere while the user's own stays
-// where it is and keeps its focus. It is invisible, made when it is first needed and kept, because
-// taking it away soon after a click kills GTK 3 programs, which still ask about the device.
+// where it is and keeps its focus. It is invisible, made when it is first needed, and stays on the
+// server for whoever needs it next: taking one away kills every program on Qt 6.8 at once, and GTK
+// 3 programs that still ask about it.
 //
-// Its name says who made it: a pair whose maker is no longer connected is removed by
-// removeAbandoned(). Operations work inside a task of the caller's Replies object.
+// Operations work inside a task of the caller's Replies object.
 class PointerDevice {
 public:
-    // How long after its last click it is safe to take the device away.
-    static constexpr std::chrono::milliseconds quietTime{400};
+    // As the server lists the pointer of the pair.
+    static constexpr std::string_view pointerName = "Pelistra clicks pointer";
 
     // Both must outlive this object. The connection's events are the caller's.
     PointerDevice(const x11::Connection& connection, x11::Replies& replies);
@@ -38,7 +36,8 @@ public:
     PointerDevice& operator=(const PointerDevice&) = delete;
     ~PointerDevice() = default;
 
-    // Makes the device unless it is there; false when the server refuses.
+    // Takes the device that an earlier program has left, whatever that still held down, or makes
+    // it; false when the server refuses.
     [[nodiscard]] bool prepare();
     [[nodiscard]] bool exists() const { return device_.has_value(); }
     // The pointer of the pair; 0 while there is none.
@@ -66,22 +65,6 @@ public:
     // The user's own keyboard: the first master keyboard that was there when the device was made.
     [[nodiscard]] xcb_input_device_id_t userKeyboard() const { return userKeyboard_; }
 
-    // Takes the device away, once quietTime has passed since its last click: waits for that.
-    void removeWhenQuiet();
-
-    // Removes the devices whose makers have gone; returns how many.
-    int removeAbandoned();
-
-    // The name of a device made by that process of that host, and back.
-    [[nodiscard]] static std::string nameOf(ProcessId process, std::string_view host);
-    struct Maker {
-        ProcessId process = 0;
-        std::string host;
-
-        bool operator==(const Maker&) const = default;
-    };
-    [[nodiscard]] static std::optional<Maker> makerIn(std::string_view deviceName);
-
 private:
     struct Device {
         xcb_input_device_id_t pointer = 0;
@@ -97,22 +80,18 @@ private:
     };
 
     [[nodiscard]] std::vector<Listed> listDevices();
-    [[nodiscard]] static std::optional<Device> find(const std::vector<Listed>& devices,
-                                                    const std::string& name);
-    void add(const std::string& name) const;
-    void remove(xcb_input_device_id_t pointer, const std::vector<Listed>& devices) const;
+    [[nodiscard]] static std::optional<Device> find(const std::vector<Listed>& devices);
+    void add() const;
     void hideCursor(xcb_input_device_id_t pointer) const;
-    [[nodiscard]] bool isAbandoned(const Maker& maker);
+    void releaseEverything();
     void fake(std::uint8_t eventOffset, std::uint8_t detail, xcb_input_device_id_t device);
 
     const x11::Connection* connection_;
     x11::Replies* replies_;
-    std::string host_;
     std::uint8_t firstEvent_ = 0;
     bool supported_ = false;
     std::optional<Device> device_;
     xcb_input_device_id_t userKeyboard_ = 0;
-    std::chrono::steady_clock::time_point lastUse_;
 };
 
 } // namespace pelistra::linux

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include <unistd.h>
 
 namespace pelistra::linux {
 
@@ -148,8 +147,7 @@ bool X11GlobalClicks::isOwnDevice(xcb_input_device_id_t device) const {
     const std::string_view name(
         xcb_input_xi_device_info_name(infos.data),
         static_cast<std::size_t>(xcb_input_xi_device_info_name_length(infos.data)));
-    const auto maker = PointerDevice::makerIn(name);
-    return maker && maker->process == ::getpid();
+    return name == PointerDevice::pointerName;
 }
 
 bool X11GlobalClicks::isOwnPlace(xcb_input_device_id_t device) const {

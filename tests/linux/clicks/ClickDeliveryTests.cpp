@@ -139,20 +139,8 @@ protected:
         std::make_unique<X11EventPosting>(*reader, *delivery);
 };
 
-TEST(PointerDeviceName, SaysWhoMadeIt) {
-    const std::string name = PointerDevice::nameOf(4711, "host.example");
-    EXPECT_EQ(PointerDevice::makerIn(name + " pointer"),
-              (PointerDevice::Maker{.process = 4711, .host = "host.example"}));
-    EXPECT_EQ(PointerDevice::makerIn(name + " keyboard"), std::nullopt);
-    EXPECT_EQ(PointerDevice::makerIn("Virtual core pointer"), std::nullopt);
-    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks 12 pointer"), std::nullopt);
-    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks 1x@h pointer"), std::nullopt);
-    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks -3@h pointer"), std::nullopt);
-    EXPECT_EQ(PointerDevice::makerIn("Pelistra clicks 99999999999@h pointer"), std::nullopt);
-    EXPECT_EQ(PointerDevice::makerIn(""), std::nullopt);
-}
-
-TEST_F(ClickDeliveryTest, LeavesNoPointerBehindAtTheEnd) {
+// Programs on Qt 6.8 do not survive the end of a pointer.
+TEST_F(ClickDeliveryTest, LeavesItsPointerToWhoeverClicksNext) {
     TestTray tray(display.name(), TestTray::Kind::Ours);
     IconClient program(display.name());
     const auto window = program.makeWindow(24, 28);
@@ -164,34 +152,47 @@ TEST_F(ClickDeliveryTest, LeavesNoPointerBehindAtTheEnd) {
     EXPECT_TRUE(post(iconOf("").value()));
     EXPECT_EQ(masterPointers(client).size(), 2U);
     EXPECT_EQ(client.pointer(), before);
+    const auto pointers = masterPointers(client);
+    posting.reset();
     delivery.reset();
-    EXPECT_EQ(masterPointers(client).size(), 1U);
+    delivery = std::make_unique<ClickDelivery>(*connection, queue, log);
+    posting = std::make_unique<X11EventPosting>(*reader, *delivery);
+    EXPECT_TRUE(post(iconOf("").value()));
+    EXPECT_EQ(masterPointers(client), pointers);
     EXPECT_EQ(client.pointer(), before);
 }
 
-TEST_F(ClickDeliveryTest, RemovesThePointerOfAProgramThatCrashedAndNoOther) {
+TEST_F(ClickDeliveryTest, TakesOverThePointerOfAProgramThatCrashedWithAButtonDown) {
+    constexpr RootPlace place{.x = 100, .y = 100};
     const pid_t crashing = ::fork();
     if (crashing == 0) {
         const auto own = connect(display);
         x11::Replies replies(*own);
         PointerDevice device(*own, replies);
         const bool made = replies.begin(TrayReader::patience) && device.prepare();
+        device.moveTo(place);
+        device.press(XCB_BUTTON_INDEX_1);
+        // With its answer, everything has arrived.
+        static_cast<void>(device.isGrabbed());
         ::_exit(made ? 0 : 1);
     }
     int status = 1;
     ::waitpid(crashing, &status, 0);
     ASSERT_EQ(status, 0);
-    ASSERT_THAT(masterPointers(client), Contains(HasSubstr(std::to_string(crashing))));
+    const auto pointers = masterPointers(client);
+    ASSERT_EQ(pointers.size(), 2U);
 
     const auto living = connect(display);
     x11::Replies replies(*living);
     PointerDevice other(*living, replies);
     ASSERT_TRUE(replies.begin(TrayReader::patience) && other.prepare());
-    EXPECT_TRUE(waitWhileRunning([&] { return masterPointers(client).size() == 2; }));
-    EXPECT_THAT(masterPointers(client), Contains(HasSubstr(std::to_string(::getpid()))));
-    ASSERT_TRUE(replies.begin(TrayReader::patience));
-    other.removeWhenQuiet();
-    EXPECT_EQ(masterPointers(client).size(), 1U);
+    EXPECT_EQ(masterPointers(client), pointers);
+    const x11::Owned<xcb_input_xi_query_pointer_reply_t> state(xcb_input_xi_query_pointer_reply(
+        living->get(), xcb_input_xi_query_pointer(living->get(), living->root(), other.pointer()),
+        nullptr));
+    ASSERT_TRUE(state);
+    ASSERT_GT(state->buttons_len, 0);
+    EXPECT_EQ(xcb_input_xi_query_pointer_buttons(state.get())[0], 0U);
 }
 
 TEST_F(ClickDeliveryTest, ClicksNothingButTheWindowThatItIsAskedFor) {
@@ -639,8 +640,6 @@ TEST_P(OtherTrayTest, ClicksItsIconsAndMovesNothing) {
     }
     EXPECT_TRUE(clipman->isRunning());
     EXPECT_TRUE(nabi->isRunning());
-    delivery.reset();
-    EXPECT_EQ(masterPointers(client).size(), 1U);
 }
 
 TEST_P(OtherTrayTest, OpensTheApplicationBehindAnIcon) {

@@ -145,8 +145,6 @@ TEST_F(GlobalClicksTest, ClicksOfOurOwnSecondPointerAreNot) {
     EXPECT_TRUE(staysTrueWhileRunning([&] { return told == 0; }));
     input_.click({.x = 100, .y = 100}, Button::Left);
     EXPECT_TRUE(runUntil([&] { return told == 1; }));
-    ASSERT_TRUE(replies.begin(patience));
-    device.removeWhenQuiet();
 }
 
 TEST_F(GlobalClicksTest, NothingComesOnceTheTokenHasDied) {
