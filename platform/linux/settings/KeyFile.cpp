@@ -34,6 +34,23 @@ std::string withoutCarriageReturns(std::string_view text) {
     return lines;
 }
 
+// What no escape is stays as it stands; newer versions of GLib read no value then.
+std::string unescaped(std::string_view text) {
+    constexpr std::string_view escapes = "sntr\\";
+    constexpr std::string_view meanings = " \n\t\r\\";
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const std::size_t escape = text[i] == '\\' && i + 1 < text.size()
+                                       ? escapes.find(text[i + 1])
+                                       : std::string_view::npos;
+        const bool isEscape = escape != std::string_view::npos;
+        result += isEscape ? meanings[escape] : text[i];
+        i += isEscape ? 1 : 0;
+    }
+    return result;
+}
+
 } // namespace
 
 void KeyFile::Deleter::operator()(GKeyFile* file) const {
@@ -67,13 +84,17 @@ bool KeyFile::has(const char* group, const std::string& key) const {
 }
 
 std::string KeyFile::text(const char* group, const std::string& key) const {
-    return taken(g_key_file_get_string(file_.get(), group, key.c_str(), nullptr));
+    const std::string value = taken(g_key_file_get_value(file_.get(), group, key.c_str(), nullptr));
+    const bool isText =
+        g_utf8_validate(value.data(), static_cast<gssize>(value.size()), nullptr) == TRUE;
+    return isText ? unescaped(value) : "";
 }
 
 std::string KeyFile::localText(const char* group, const std::string& key,
                                const std::string& locale) const {
-    return taken(g_key_file_get_locale_string(file_.get(), group, key.c_str(),
-                                              locale.empty() ? nullptr : locale.c_str(), nullptr));
+    const std::string found = taken(g_key_file_get_locale_for_key(
+        file_.get(), group, key.c_str(), locale.empty() ? nullptr : locale.c_str()));
+    return text(group, found.empty() ? key : key + "[" + found + "]");
 }
 
 std::vector<std::string> KeyFile::list(const char* group, const std::string& key) const {
