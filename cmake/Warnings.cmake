@@ -18,12 +18,8 @@ function(pelistra_target_defaults target)
     endif()
 endfunction()
 
-# For a target of many sources: what nearly all of them read, and the further headers given, compiled once. Not for
-# Objective-C++, which cannot use it.
+# For a target of many sources: what nearly all of them read, and the further headers given, compiled once.
 function(pelistra_precompile_headers target)
-    if(APPLE)
-        return()
-    endif()
     target_precompile_headers(${target} PRIVATE <algorithm> <array> <chrono> <functional> <map> <memory> <optional>
         <ranges> <string> <string_view> <utility> <variant> <vector> ${ARGN})
     # Without a time inside, so that a compiler cache knows it again.

@@ -8,15 +8,6 @@ namespace {
 
 constexpr std::uint32_t processId = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID;
 
-ProcessesRequest request(const Connection& connection,
-                         std::span<const xcb_res_client_id_spec_t> clients) {
-    if (connection.extension(xcb_res_id) == nullptr) {
-        return std::nullopt;
-    }
-    return xcb_res_query_client_ids(connection.get(), static_cast<std::uint32_t>(clients.size()),
-                                    clients.data());
-}
-
 } // namespace
 
 std::uint32_t clientOf(const Connection& connection, std::uint32_t resource) {
@@ -25,6 +16,9 @@ std::uint32_t clientOf(const Connection& connection, std::uint32_t resource) {
 
 ProcessesRequest requestProcesses(const Connection& connection,
                                   std::span<const xcb_window_t> windows) {
+    if (connection.extension(xcb_res_id) == nullptr) {
+        return std::nullopt;
+    }
     // A client may have any number of windows.
     std::unordered_map<std::uint32_t, xcb_window_t> clients;
     for (const xcb_window_t window : windows) {
@@ -35,12 +29,8 @@ ProcessesRequest requestProcesses(const Connection& connection,
     for (const auto& [client, window] : clients) {
         questions.push_back({.client = window, .mask = processId});
     }
-    return request(connection, questions);
-}
-
-ProcessesRequest requestAllProcesses(const Connection& connection) {
-    const xcb_res_client_id_spec_t everybody{.client = XCB_NONE, .mask = processId};
-    return request(connection, {&everybody, 1});
+    return xcb_res_query_client_ids(connection.get(), static_cast<std::uint32_t>(questions.size()),
+                                    questions.data());
 }
 
 Processes processesIn(const xcb_res_query_client_ids_reply_t& reply) {

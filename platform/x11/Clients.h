@@ -24,8 +24,6 @@ using ProcessesRequest = std::optional<xcb_res_query_client_ids_cookie_t>;
 // Of the clients that made these windows, each asked about once.
 [[nodiscard]] ProcessesRequest requestProcesses(const Connection& connection,
                                                 std::span<const xcb_window_t> windows);
-// Of all clients that there are.
-[[nodiscard]] ProcessesRequest requestAllProcesses(const Connection& connection);
 
 [[nodiscard]] Processes processesIn(const xcb_res_query_client_ids_reply_t& reply);
 

@@ -11,7 +11,7 @@ namespace pelistra::testing {
 
 namespace {
 
-// The user's own, and one for clicks while the organiser runs.
+// The user's own, and one for clicks.
 constexpr std::size_t mostPointers = 2;
 
 std::string joined(const std::vector<std::string>& names) {

@@ -65,8 +65,10 @@ long childrenOf(pid_t process) {
 } // namespace
 
 Holdings holdingsOf(pid_t process, XClient& client, sd_bus& bus) {
-    const auto processes =
-        x11::takeProcesses(client.connection(), x11::requestAllProcesses(client.connection()));
+    const xcb_res_client_id_spec_t everybody{.client = XCB_NONE,
+                                             .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const auto processes = x11::takeProcesses<const x11::Connection>(
+        client.connection(), xcb_res_query_client_ids(client.get(), 1, &everybody));
     if (!processes) {
         throw std::runtime_error("the X server does not say who its clients are");
     }

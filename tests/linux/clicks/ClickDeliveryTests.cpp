@@ -39,7 +39,6 @@ using linux::TrayIcon;
 using linux::TrayReader;
 using linux::TrayView;
 using linux::X11EventPosting;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
