@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include <unistd.h>
@@ -24,6 +25,35 @@ namespace pelistra::posix {
     const std::filesystem::path path = environmentText(name);
     return path.is_absolute() ? path : std::filesystem::path();
 }
+
+// A variable with another value, or taken away, for as long as this object lives; then it is as
+// before.
+class Variable {
+public:
+    // Null takes the variable away.
+    Variable(const char* name, const char* value) : name_(name) {
+        if (const char* const old = std::getenv(name)) {
+            old_ = old;
+        }
+        set(value);
+    }
+    Variable(const char* name, const std::string& value) : Variable(name, value.c_str()) {}
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+    ~Variable() { set(old_ ? old_->c_str() : nullptr); }
+
+private:
+    void set(const char* value) const {
+        if (value != nullptr) {
+            ::setenv(name_, value, 1);
+        } else {
+            ::unsetenv(name_);
+        }
+    }
+
+    const char* name_;
+    std::optional<std::string> old_;
+};
 
 // The name of this machine, as programs give it for the windows that they make on it; empty when it
 // has none.

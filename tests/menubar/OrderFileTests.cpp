@@ -1,7 +1,7 @@
 #include "menubar/OrderFile.h"
+#include "platform/posix/Environment.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
-#include "tests/desktop/harness/Variable.h"
 
 #include <fstream>
 
@@ -108,17 +108,17 @@ TEST_F(OrderFileTests, WithoutAHomeNothingIsKept) {
 }
 
 TEST(OrderFilePathTests, FollowsTheStateFolder) {
-    const Variable home("HOME", "/home/someone");
+    const posix::Variable home("HOME", "/home/someone");
     {
-        const Variable state("XDG_STATE_HOME", "/state");
+        const posix::Variable state("XDG_STATE_HOME", "/state");
         EXPECT_EQ(OrderFile::defaultPath(), "/state/pelistra/menubar-order");
     }
     for (const char* useless : {static_cast<const char*>(nullptr), "", "relative"}) {
-        const Variable state("XDG_STATE_HOME", useless);
+        const posix::Variable state("XDG_STATE_HOME", useless);
         EXPECT_EQ(OrderFile::defaultPath(), "/home/someone/.local/state/pelistra/menubar-order");
     }
-    const Variable state("XDG_STATE_HOME", nullptr);
-    const Variable nowhere("HOME", nullptr);
+    const posix::Variable state("XDG_STATE_HOME", nullptr);
+    const posix::Variable nowhere("HOME", nullptr);
     EXPECT_EQ(OrderFile::defaultPath(), "");
 }
 

@@ -12,9 +12,6 @@ namespace pelistra::linux {
 
 namespace {
 
-constexpr auto factorVariable = "QT_SCALE_FACTOR";
-constexpr auto refusalVariable = "QT_NO_GLIB";
-
 // What is to be deleted later goes before the loop sleeps: Qt itself waits for the end of a loop of
 // its own, and there is none.
 SourcePtr deferredDeletion() {
@@ -35,22 +32,9 @@ SourcePtr deferredDeletion() {
 
 // No other thread reads the environment.
 QtEnvironment::QtEnvironment(double scaleBeyondResources) {
-    if (scaleBeyondResources != 1 && std::getenv(factorVariable) == nullptr) {
-        const std::string factor = std::to_string(scaleBeyondResources);
-        hasSetFactor_ = ::setenv(factorVariable, factor.c_str(), 1) == 0;
-    }
-    if (const char* const refusal = std::getenv(refusalVariable)) {
-        refusalOfGlib_ = refusal;
-        ::unsetenv(refusalVariable);
-    }
-}
-
-QtEnvironment::~QtEnvironment() {
-    if (hasSetFactor_) {
-        ::unsetenv(factorVariable);
-    }
-    if (refusalOfGlib_) {
-        ::setenv(refusalVariable, refusalOfGlib_->c_str(), 1);
+    constexpr auto factor = "QT_SCALE_FACTOR";
+    if (scaleBeyondResources != 1 && std::getenv(factor) == nullptr) {
+        factor_.emplace(factor, std::to_string(scaleBeyondResources));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/loop/Source.h"
+#include "platform/posix/Environment.h"
 
 #include <array>
 #include <optional>
@@ -10,19 +11,18 @@
 
 namespace pelistra::linux {
 
-// What Qt is made in: its windows that much larger than the resource database says, and its events
-// on GLib's main context. The environment is as before when this object dies, so that programs
-// started from here find it so. A factor that the user has set is left alone.
+// What Qt is made in: its windows that much larger than the resource database says, its events on
+// GLib's main context, and no question to the desktop portals, which would start them for what is
+// never used here. The environment is as before when this object dies, so that programs started
+// from here find it so. A factor that the user has set is left alone.
 class QtEnvironment {
 public:
     explicit QtEnvironment(double scaleBeyondResources);
-    QtEnvironment(const QtEnvironment&) = delete;
-    QtEnvironment& operator=(const QtEnvironment&) = delete;
-    ~QtEnvironment();
 
 private:
-    bool hasSetFactor_ = false;
-    std::optional<std::string> refusalOfGlib_;
+    posix::Variable glib_{"QT_NO_GLIB", nullptr};
+    posix::Variable portals_{"QT_NO_XDG_DESKTOP_PORTAL", "1"};
+    std::optional<posix::Variable> factor_;
 };
 
 // The QApplication, with the arguments that it keeps references to. Whoever runs GLib's default

@@ -1,7 +1,7 @@
 #include "platform/linux/application/LogLine.h"
 #include "platform/linux/application/SystemLog.h"
+#include "platform/posix/Environment.h"
 
-#include <cstdlib>
 #include <string>
 
 #include <fcntl.h>
@@ -59,7 +59,6 @@ public:
     ~StandardErrorAs() {
         ::dup2(saved_, STDERR_FILENO);
         ::close(saved_);
-        ::unsetenv("JOURNAL_STREAM");
     }
 
 private:
@@ -74,9 +73,11 @@ TEST(SystemLog, GoesToTheJournalWhenStandardErrorIsConnectedToIt) {
     const StandardErrorAs redirected(ends[1]);
     EXPECT_FALSE(linux::journalIsWanted());
     const std::string stream = std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino);
-    ::setenv("JOURNAL_STREAM", stream.c_str(), 1);
-    EXPECT_TRUE(linux::journalIsWanted());
-    ::setenv("JOURNAL_STREAM", (stream + "1").c_str(), 1);
+    {
+        const posix::Variable own("JOURNAL_STREAM", stream);
+        EXPECT_TRUE(linux::journalIsWanted());
+    }
+    const posix::Variable another("JOURNAL_STREAM", stream + "1");
     EXPECT_FALSE(linux::journalIsWanted());
     ::close(ends[0]);
 }

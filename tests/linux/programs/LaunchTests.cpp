@@ -1,9 +1,9 @@
 #include "platform/linux/programs/X11RunningApplications.h"
+#include "platform/posix/Environment.h"
 
 #include "platform/linux/images/LinuxImage.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/PrivateDisplay.h"
-#include "tests/desktop/harness/Variable.h"
 #include "tests/desktop/harness/WaitFor.h"
 
 #include <algorithm>
@@ -89,8 +89,9 @@ protected:
     }
 
     PrivateDisplay display{{.sessionBus = true}};
-    Variable bus{"DBUS_SESSION_BUS_ADDRESS", display.environment().at("DBUS_SESSION_BUS_ADDRESS")};
-    Variable runtime{"XDG_RUNTIME_DIR", display.environment().at("XDG_RUNTIME_DIR")};
+    posix::Variable bus{"DBUS_SESSION_BUS_ADDRESS",
+                        display.environment().at("DBUS_SESSION_BUS_ADDRESS")};
+    posix::Variable runtime{"XDG_RUNTIME_DIR", display.environment().at("XDG_RUNTIME_DIR")};
     // They live on, as they do in a program that has opened something.
     std::vector<std::unique_ptr<X11RunningApplications>> applications;
     std::filesystem::path activated = file("activated");
@@ -136,7 +137,8 @@ TEST_F(LaunchTest, ABusThatKnowsNoSuchServiceLeavesTheCommand) {
 }
 
 TEST_F(LaunchTest, WithoutABusThereIsTheCommand) {
-    const Variable nowhere("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + file("nowhere").string());
+    const posix::Variable nowhere("DBUS_SESSION_BUS_ADDRESS",
+                                  "unix:path=" + file("nowhere").string());
     EXPECT_TRUE(open("DBusActivatable=true\n" + touch()));
     EXPECT_TRUE(waitFor([&] { return std::filesystem::exists(executed); }));
     EXPECT_FALSE(open("DBusActivatable=true\n"));
@@ -144,7 +146,7 @@ TEST_F(LaunchTest, WithoutABusThereIsTheCommand) {
 
 TEST_F(LaunchTest, ABusThatWasStartedAnewIsFound) {
     const std::string address = "unix:path=" + file("another").string();
-    const Variable another("DBUS_SESSION_BUS_ADDRESS", address);
+    const posix::Variable another("DBUS_SESSION_BUS_ADDRESS", address);
     const auto startBus = [&] {
         auto started = display.start({"dbus-daemon", "--session", "--nofork", "--nopidfile",
                                       "--print-address=1", "--address=" + address});
@@ -172,13 +174,13 @@ TEST_F(LaunchTest, AProgramForTerminalsRunsInOne) {
     writeProgram(file("bin/tool"), "#!/bin/sh\n");
     const std::string entry = "Terminal=true\nExec=tool \"two words\" $HOME\n";
     {
-        const Variable path("PATH", file("bin").string() + ":/usr/bin:/bin");
+        const posix::Variable path("PATH", file("bin").string() + ":/usr/bin:/bin");
         EXPECT_TRUE(open(entry));
         EXPECT_TRUE(waitFor([&] { return std::filesystem::exists(executed); }));
         EXPECT_EQ(contentOf(executed), "-e|" + file("bin/tool").string() + "|two words|$HOME|");
     }
     std::filesystem::remove(file("bin/x-terminal-emulator"));
-    const Variable path("PATH", file("bin").string());
+    const posix::Variable path("PATH", file("bin").string());
     EXPECT_FALSE(open(entry)) << "there is no terminal";
     EXPECT_FALSE(open("Terminal=true\nExec=missing\n"));
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/settings/AutostartLoginItem.h"
 
 #include "platform/linux/programs/DesktopEntry.h"
+#include "platform/posix/Environment.h"
 #include "tests/contract/LoginItemContract.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
@@ -281,17 +282,14 @@ TEST_F(AutostartLoginItemTest, AnUnwritableFolderIsSaidInTheSystemsWords) {
 }
 
 TEST(AutostartPlaces, FollowTheEnvironment) {
-    ::setenv("XDG_CONFIG_HOME", "/tmp/somewhere", 1);
-    ::setenv("XDG_CONFIG_DIRS", "/etc/one:/etc/two", 1);
-    ::setenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME", 1);
+    const posix::Variable config("XDG_CONFIG_HOME", "/tmp/somewhere");
+    const posix::Variable others("XDG_CONFIG_DIRS", "/etc/one:/etc/two");
+    const posix::Variable desktop("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
     const auto places = AutostartPlaces::ofEnvironment();
     EXPECT_EQ(places.userEntry, "/tmp/somewhere/autostart/pelistra.desktop");
     EXPECT_THAT(places.systemEntries, ElementsAre("/etc/one/autostart/pelistra.desktop",
                                                   "/etc/two/autostart/pelistra.desktop"));
     EXPECT_THAT(places.desktops, ElementsAre("ubuntu", "GNOME"));
-    for (const char* name : {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS", "XDG_CURRENT_DESKTOP"}) {
-        ::unsetenv(name);
-    }
 }
 
 } // namespace

@@ -1,12 +1,12 @@
 #include "platform/linux/settings/FileUserDefaults.h"
 
+#include "platform/posix/Environment.h"
 #include "tests/contract/UserDefaultsContract.h"
 #include "tests/desktop/harness/FileContent.h"
 #include "tests/desktop/harness/TemporaryFolder.h"
 #include "tests/platform/FakeLogSink.h"
 #include "tests/platform/FakeMainQueue.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <memory>
@@ -310,29 +310,21 @@ struct FileBackend {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(File, UserDefaultsContract, FileBackend);
 
-class DefaultsPathTest : public ::testing::Test {
-protected:
-    void TearDown() override {
-        ::unsetenv("XDG_CONFIG_HOME");
-        ::setenv("HOME", home_.c_str(), 1);
+TEST(DefaultsPathTest, FollowsTheConventions) {
+    const posix::Variable home("HOME", "/home/someone");
+    {
+        const posix::Variable config("XDG_CONFIG_HOME", "/somewhere");
+        EXPECT_EQ(linux::defaultsPath(), "/somewhere/pelistra/defaults");
     }
-
-    const std::string home_ = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "/";
-};
-
-TEST_F(DefaultsPathTest, FollowsTheConventions) {
-    ::setenv("HOME", "/home/someone", 1);
-    ::setenv("XDG_CONFIG_HOME", "/somewhere", 1);
-    EXPECT_EQ(linux::defaultsPath(), "/somewhere/pelistra/defaults");
-    ::setenv("XDG_CONFIG_HOME", "relative", 1);
-    EXPECT_EQ(linux::defaultsPath(), "/home/someone/.config/pelistra/defaults");
-    ::unsetenv("XDG_CONFIG_HOME");
-    EXPECT_EQ(linux::defaultsPath(), "/home/someone/.config/pelistra/defaults");
+    for (const char* const useless : {"relative", static_cast<const char*>(nullptr)}) {
+        const posix::Variable config("XDG_CONFIG_HOME", useless);
+        EXPECT_EQ(linux::defaultsPath(), "/home/someone/.config/pelistra/defaults");
+    }
 }
 
-TEST_F(DefaultsPathTest, WithoutHomeItAsksTheSystem) {
-    ::unsetenv("XDG_CONFIG_HOME");
-    ::unsetenv("HOME");
+TEST(DefaultsPathTest, WithoutHomeItAsksTheSystem) {
+    const posix::Variable config("XDG_CONFIG_HOME", nullptr);
+    const posix::Variable home("HOME", nullptr);
     EXPECT_TRUE(linux::defaultsPath().is_absolute());
 }
 
