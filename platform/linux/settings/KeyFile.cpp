@@ -94,7 +94,9 @@ std::string KeyFile::localText(const char* group, const std::string& key,
                                const std::string& locale) const {
     const std::string found = taken(g_key_file_get_locale_for_key(
         file_.get(), group, key.c_str(), locale.empty() ? nullptr : locale.c_str()));
-    return text(group, found.empty() ? key : key + "[" + found + "]");
+    // Newer versions of GLib name the locale C where the value of no locale is meant.
+    const std::string localKey = key + "[" + found + "]";
+    return text(group, has(group, localKey) ? localKey : key);
 }
 
 std::vector<std::string> KeyFile::list(const char* group, const std::string& key) const {

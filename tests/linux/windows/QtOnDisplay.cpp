@@ -9,6 +9,7 @@ QtOnDisplay::QtOnDisplay(const PrivateDisplay::Options& options, const char* sca
     ::setenv("DISPLAY", display_.name().c_str(), 1);
     ::setenv("QT_QPA_PLATFORM", "xcb", 1);
     ::setenv("QT_SCALE_FACTOR", scaleFactor, 1);
+    ::setenv("QT_NO_XDG_DESKTOP_PORTAL", "1", 1);
     ::setenv("XDG_RUNTIME_DIR", display_.folder().c_str(), 1);
     ::setenv("DBUS_SESSION_BUS_ADDRESS",
              display_.environment().at("DBUS_SESSION_BUS_ADDRESS").c_str(), 1);
