@@ -5,8 +5,10 @@
 
 #include <QActionGroup>
 #include <QBuffer>
+#include <QEnterEvent>
 #include <QGuiApplication>
 #include <QImageReader>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QSignalBlocker>
 
@@ -46,11 +48,26 @@ QPoint logical(int x, int y) {
     return {x, y};
 }
 
+// Newer versions of Qt close a menu that is clicked before the pointer has moved a few times in it,
+// or far from where it was when the menu opened; and that they do not know of the first menu.
+class Menu final : public QMenu {
+protected:
+    void enterEvent(QEnterEvent* event) override {
+        QMenu::enterEvent(event);
+        constexpr int enough = 8;
+        QMouseEvent movement(QEvent::MouseMove, event->position(), event->globalPosition(),
+                             Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        for (int i = 0; i < enough; ++i) {
+            QMenu::mouseMoveEvent(&movement);
+        }
+    }
+};
+
 } // namespace
 
 ShownMenu::ShownMenu(sd_bus& bus, MenuRequest request, std::function<void()> closed)
     : bus_(&bus), request_(std::move(request)), closed_(std::move(closed)),
-      menu_(std::make_unique<QMenu>()),
+      menu_(std::make_unique<Menu>()),
       icons_({.theme = request_.iconTheme, .themePath = request_.iconThemePath},
              [this](const std::string& name) { showIcon(name); }) {
     QObject::connect(menu_.get(), &QMenu::aboutToHide, menu_.get(), [this] {

@@ -41,7 +41,7 @@ std::vector<Rival> rivals() {
             {.tray = {.name = "xfce4-panel",
                       .command = {"xfce4-panel"},
                       .settings = {xfcePanelSettings(XfceIcons::Shown)}},
-             .owner = "systray"}};
+             .owner = "panel"}};
 }
 
 std::optional<xcb_window_t> windowBelow(XClient& client, xcb_window_t parent,

@@ -21,7 +21,9 @@ bool userReadsChinese() {
 // The name that a process gives itself; that of an executable may be a mere helper's.
 std::string programBehind(const x11::Connection& connection, xcb_window_t window) {
     const auto process = x11::processOf(connection, window);
-    return process ? presentableText(factsOf(*process).shortName) : std::string();
+    const std::string name = process ? factsOf(*process).shortName : std::string();
+    // Newer versions of this panel have their plugins in processes of this name.
+    return name == "wrapper-2.0" ? "xfce4-panel" : presentableText(name);
 }
 
 std::string asMarkup(const std::string& text) {
