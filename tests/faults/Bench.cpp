@@ -1,7 +1,5 @@
 #include "tests/faults/Bench.h"
 
-#include "tests/desktop/harness/SharedMemory.h"
-
 #include <algorithm>
 #include <stdexcept>
 #include <string>
@@ -203,9 +201,7 @@ void Bench::restartOrganiser() {
 }
 
 void Bench::killProgram(const std::string& program) {
-    ChildProcess& process = desktop_.program(program);
-    process.kill();
-    removeSharedMemoryOf(process.pid());
+    desktop_.program(program).kill();
 }
 
 void Bench::restartProgram(const std::string& program) {

@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/shm.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -69,6 +70,23 @@ std::optional<long> numberAfter(const std::filesystem::path& file, std::string_v
         }
     }
     return std::nullopt;
+}
+
+// The System V shared memory that a process has made and nobody uses outlives it. Some programs
+// take what one of them has left in a crash for another one that runs, and do not start; and by
+// their keys, which are made of the numbers of files, the rest of one display is in the way on
+// another.
+void removeSharedMemoryOf(pid_t maker) {
+    shmid_ds segment{};
+    shm_info all{};
+    // The call's own way.
+    const int last = shmctl(0, SHM_INFO, reinterpret_cast<shmid_ds*>(&all));
+    for (int index = 0; index <= last; ++index) {
+        const int id = shmctl(index, SHM_STAT, &segment);
+        if (id >= 0 && segment.shm_cpid == maker && segment.shm_nattch == 0) {
+            shmctl(id, IPC_RMID, nullptr);
+        }
+    }
 }
 
 } // namespace
@@ -156,6 +174,7 @@ void ChildProcess::reap(int options) {
     if (exit_ || waitpid(pid_, &status, options) != pid_) {
         return;
     }
+    removeSharedMemoryOf(pid_);
     exit_ = WIFSIGNALED(status) ? ExitStatus{.status = {}, .killedBySignal = WTERMSIG(status)}
                                 : ExitStatus{.status = WEXITSTATUS(status)};
 }

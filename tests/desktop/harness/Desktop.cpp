@@ -1,7 +1,5 @@
 #include "tests/desktop/harness/Desktop.h"
 
-#include "tests/desktop/harness/SharedMemory.h"
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -41,13 +39,11 @@ Desktop::~Desktop() {
 }
 
 void Desktop::endPrograms() {
-    // Killed, some would leave shared memory behind that makes their next start fail.
     for (const RunningProgram& program : programs_) {
         program.process->signal(SIGTERM);
     }
     for (const RunningProgram& program : programs_) {
         program.process->terminate(programEndTime);
-        removeSharedMemoryOf(program.process->pid());
     }
     programs_.clear();
 }
@@ -101,9 +97,7 @@ ChildProcess& Desktop::program(const std::string& name) {
 }
 
 void Desktop::endProgram(const std::string& name) {
-    ChildProcess& process = program(name);
-    process.terminate(programEndTime);
-    removeSharedMemoryOf(process.pid());
+    program(name).terminate(programEndTime);
     std::erase_if(programs_, [&](const RunningProgram& running) { return running.name == name; });
 }
 
