@@ -154,7 +154,11 @@ void NotifierDocking::takeAnswers() {
             return false;
         }
         // Many programs send what no theme has as pixels too.
-        part.image = answer.image.pixels.empty() ? sent.pixmap : std::move(answer.image);
+        if (answer.image.pixels.empty()) {
+            part.image = sent.pixmap;
+        } else {
+            part.image = std::move(answer.image);
+        }
         part.waiting = false;
         return true;
     };

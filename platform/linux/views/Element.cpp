@@ -67,10 +67,11 @@ void ElementList::forEach(const std::function<void(Element&)>& call) const {
 }
 
 void Element::update(const ui::Placed& placed, const Surroundings& surroundings) {
-    const auto before = std::exchange(view_, placed.view);
+    const bool isFirst = !isPlaced_;
+    const ui::View before = std::exchange(view_, placed.view);
     key_ = placed.key;
     place(qRect(placed.frame));
-    changed(before ? &*before : nullptr, placed, surroundings);
+    changed(isFirst ? nullptr : &before, placed, surroundings);
     updateChildren(placed, surroundings);
 }
 

@@ -3,6 +3,7 @@
 #include "platform/linux/views/Look.h"
 #include "platform/linux/views/Motion.h"
 #include "ui/Arrangement.h"
+#include "ui/Nodes.h"
 
 #include <functional>
 #include <memory>
@@ -98,7 +99,7 @@ public:
 
 protected:
     // The value of the last update.
-    [[nodiscard]] const ui::View& view() const { return view_.value(); }
+    [[nodiscard]] const ui::View& view() const { return view_; }
     // There is a new value, and its frame; before is null at the first.
     virtual void changed(const ui::View* /*before*/, const ui::Placed& /*now*/,
                          const Surroundings& /*surroundings*/) {}
@@ -128,7 +129,8 @@ private:
 
     Scene& scene_;
     Element* parent_;
-    std::optional<ui::View> view_;
+    // Nothing to see before the first update.
+    ui::View view_{ui::Spacer{}};
     std::string key_;
     ElementList children_;
     QRectF frame_;

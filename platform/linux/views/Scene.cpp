@@ -50,9 +50,9 @@ void Scene::update(const ui::View& body) {
 
 void Scene::layout() {
     const auto& arrangement =
-        arranger_.arrange(body_.value(), {.size = {.width = static_cast<double>(widget_.width()),
-                                                   .height = static_cast<double>(widget_.height())},
-                                          .scale = scale()});
+        arranger_.arrange(body_, {.size = {.width = static_cast<double>(widget_.width()),
+                                           .height = static_cast<double>(widget_.height())},
+                                  .scale = scale()});
     alert_ = arrangement.alert;
     elements_.update(arrangement.elements, *this, nullptr, {.host = &widget_});
     if (std::exchange(structureHasChanged_, false)) {
@@ -67,7 +67,7 @@ void Scene::paint(QPainter& painter, const QRectF& dirty) {
 }
 
 Size Scene::measure(const ui::Proposal& offered) const {
-    return ui::measured(body_.value(), offered, scale(), measures_);
+    return ui::measured(body_, offered, scale(), measures_);
 }
 
 void Scene::lookChanged() {

@@ -93,7 +93,8 @@ private:
     QtMeasures ownMeasures_;
     const ui::Measures& measures_;
     ui::Arranger arranger_;
-    std::optional<ui::View> body_;
+    // Nothing to see before the first update.
+    ui::View body_{ui::Spacer{}};
     bool materialIsTranslucent_ = false;
     bool structureHasChanged_ = false;
     std::shared_ptr<Motion> currentMotion_;
