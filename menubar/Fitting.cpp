@@ -11,7 +11,9 @@ ArgbImage fitted(ArgbImage image, int side) {
     if (longest < 1 || longest == side || (longest < side && side / longest == 1)) {
         return image;
     }
-    const double factor = longest < side ? side / longest : static_cast<double>(side) / longest;
+    // Enlarged a whole number of times.
+    const int times = side / longest;
+    const double factor = times > 0 ? times : static_cast<double>(side) / longest;
     const int width = std::max(1, static_cast<int>(image.width * factor));
     const int height = std::max(1, static_cast<int>(image.height * factor));
     Canvas canvas(width, height);

@@ -72,8 +72,7 @@ ArgbImage draw(const std::string& content, const IconRequest& request, bool symb
         .x = 0, .y = 0, .width = double(request.side), .height = double(request.side)};
     const bool drawn =
         rsvg_handle_render_document(drawing.get(), canvas.get(), &whole, nullptr) != 0;
-    ArgbImage image = canvas.finish();
-    return drawn ? image : ArgbImage{};
+    return drawn ? canvas.finish() : ArgbImage{};
 }
 
 void boundSize(GdkPixbufLoader* loader, int width, int height, void* /*data*/) {

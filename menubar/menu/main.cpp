@@ -76,8 +76,11 @@ private:
     void busChanged(sd_bus* bus) {
         connected_ = bus;
         shown_.reset();
-        if (bus != nullptr && asked_) {
-            open(std::exchange(asked_, std::nullopt).value());
+        if (bus == nullptr) {
+            return;
+        }
+        if (auto request = std::exchange(asked_, std::nullopt)) {
+            open(*std::move(request));
         }
     }
 

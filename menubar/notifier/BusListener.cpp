@@ -68,7 +68,7 @@ MessagePtr newBusCall(sd_bus& bus, const char* member) {
 std::string textIn(sd_bus_message& message) {
     const char* text = nullptr;
     if (sd_bus_message_is_method_error(&message, nullptr) > 0 ||
-        sd_bus_message_read_basic(&message, SD_BUS_TYPE_STRING, &text) <= 0) {
+        sd_bus_message_read_basic(&message, SD_BUS_TYPE_STRING, static_cast<void*>(&text)) <= 0) {
         return {};
     }
     return text;

@@ -21,10 +21,8 @@ namespace {
 std::filesystem::path pathOf(const std::string& name) {
     std::error_code error;
     const std::filesystem::path folder = posix::ownProgram().parent_path();
-    std::filesystem::path beside = folder / name;
-    return std::filesystem::exists(beside, error)
-               ? beside
-               : folder.parent_path() / "libexec" / "pelistra" / name;
+    const bool isBeside = std::filesystem::exists(folder / name, error);
+    return isBeside ? folder / name : folder.parent_path() / "libexec" / "pelistra" / name;
 }
 
 std::vector<std::string> environmentWith(const std::vector<std::string>& variables) {
@@ -88,6 +86,7 @@ bool HelperProgram::start(const std::string& name, const std::vector<std::string
     const std::array<char*, 2> arguments{path.data(), nullptr};
     std::vector<std::string> environment = environmentWith(variables);
     std::vector<char*> entries;
+    entries.reserve(environment.size() + 1);
     for (std::string& entry : environment) {
         entries.push_back(entry.data());
     }

@@ -100,16 +100,15 @@ void IconReader::receive() {
     if (length < 0 && errno == EAGAIN && Clock::now() < deadline_) {
         return;
     }
-    if (auto image =
-            imageIn({bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))})) {
-        answer(*std::move(image));
-    } else {
+    auto image = imageIn({bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))});
+    if (!image) {
         fail();
+    } else if (const auto question = std::exchange(asked_, std::nullopt)) {
+        answer(*question, *std::move(image));
     }
 }
 
-void IconReader::answer(ArgbImage image) {
-    const Question question = *std::exchange(asked_, std::nullopt);
+void IconReader::answer(const Question& question, ArgbImage image) {
     deadline_ = Clock::now() + quietTime;
     // Files may be written anew under the same name. What could not be read may be another time.
     if (program_.isRunning() && question.request.themePath.empty() &&
@@ -124,12 +123,16 @@ void IconReader::answer(ArgbImage image) {
 // The program ended, or was held up: it is left to its own clock.
 void IconReader::fail() {
     program_.close();
-    // Once more, after the others: a machine that is busy may have held it up.
-    if (++faults_[asked_->asker] < mostFaults) {
-        waiting_.push_back(*std::exchange(asked_, std::nullopt));
+    const auto question = std::exchange(asked_, std::nullopt);
+    if (!question) {
         return;
     }
-    answer({});
+    // Once more, after the others: a machine that is busy may have held it up.
+    if (++faults_[question->asker] < mostFaults) {
+        waiting_.push_back(*question);
+    } else {
+        answer(*question, {});
+    }
 }
 
 const ArgbImage* IconReader::remembered(const IconRequest& request) const {

@@ -56,7 +56,7 @@ private:
 
     void sendNext();
     void receive();
-    void answer(ArgbImage image);
+    void answer(const Question& question, ArgbImage image);
     void fail();
     [[nodiscard]] const ArgbImage* remembered(const IconRequest& request) const;
 

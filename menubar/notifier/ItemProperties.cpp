@@ -59,10 +59,11 @@ bool readIconName(sd_bus_message& message, ItemProperties& properties, int /*sid
 template <IconSource ItemProperties::* member>
 bool readIconPixmap(sd_bus_message& message, ItemProperties& properties, int side) {
     auto pixmap = readPixmaps(message, side);
-    if (pixmap) {
-        (properties.*member).pixmap = *std::move(pixmap);
+    if (!pixmap) {
+        return false;
     }
-    return pixmap.has_value();
+    (properties.*member).pixmap = *std::move(pixmap);
+    return true;
 }
 
 bool readThemePath(sd_bus_message& message, ItemProperties& properties, int /*side*/) {

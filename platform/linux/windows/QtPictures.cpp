@@ -42,12 +42,13 @@ QImage transparent(int width, int height) {
 
 // In place of an application's icon that is not there.
 QImage standIn(int edge, const QColor& label) {
-    const auto symbol = symbolNamed("circle.grid.2x2");
     QImage pixels = transparent(edge, edge);
-    QPainter painter(&pixels);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(edge / symbol->width, edge / symbol->height);
-    draw(*symbol, painter, label);
+    if (const auto symbol = symbolNamed("circle.grid.2x2")) {
+        QPainter painter(&pixels);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(edge / symbol->width, edge / symbol->height);
+        draw(*symbol, painter, label);
+    }
     return pixels;
 }
 
