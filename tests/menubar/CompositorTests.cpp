@@ -104,9 +104,9 @@ INSTANTIATE_TEST_SUITE_P(Under, CompositorTests,
                                                               Compositor::Xcompmgr,
                                                               Compositor::Xfwm4),
                                             ::testing::Values(1, 2)),
-                         [](const auto& info) {
-                             return nameOf(std::get<0>(info.param)) + "At" +
-                                    std::to_string(std::get<1>(info.param)) + "x";
+                         [](const auto& chosen) {
+                             return nameOf(std::get<0>(chosen.param)) + "At" +
+                                    std::to_string(std::get<1>(chosen.param)) + "x";
                          });
 
 TEST_P(CompositorTests, IconsLiveWhoeverIsThereFirst) {

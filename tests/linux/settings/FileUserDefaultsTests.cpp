@@ -293,13 +293,15 @@ TEST_F(FileUserDefaultsTest, ALinkStaysALink) {
     EXPECT_EQ(content(), "[Defaults]\na=2\n");
 }
 
-struct FileBackend {
-    [[nodiscard]] UserDefaults& defaults() { return *defaults_; }
+class FileBackend {
+public:
+    [[nodiscard]] UserDefaults& defaults() const { return *defaults_; }
     void reopen() {
         defaults_.reset();
         defaults_ = std::make_unique<FileUserDefaults>(folder_.path() / "defaults", queue_, log_);
     }
 
+private:
     TemporaryFolder folder_;
     Journal journal_;
     FakeMainQueue queue_{journal_};
