@@ -124,15 +124,14 @@ TEST_F(BadBarStartTests, TheBarEndsWithItsXServer) {
 TEST_F(BadBarStartTests, AnXServerThatDiesWhileTheBarStartsIsNamed) {
     // At moments spread over the whole start.
     for (const int delay : {0, 20, 40, 60, 80, 100, 130, 160}) {
-        PrivateDisplay display;
+        // The bar may ask for the dead server, and must not find that of a test beside this one.
+        PrivateDisplay display({.ownNumber = true});
         const auto bar = display.start({(builtPrograms() / "pelistra-menubar").string()});
         std::this_thread::sleep_for(std::chrono::milliseconds(delay));
         display.killServer();
         EXPECT_EQ(bar->waitForExit(), (ExitStatus{.status = 1}));
-        // The number of a dead display is free for a test beside this one, which has a tray then.
         EXPECT_THAT(bar->output(), AnyOf("pelistra-menubar: the X server went away\n",
-                                         HasSubstr("cannot connect to the X display"),
-                                         HasSubstr("the system tray of this screen belongs to")));
+                                         HasSubstr("cannot connect to the X display")));
         EXPECT_EQ(std::ranges::count(bar->output(), '\n'), 1) << bar->output();
     }
 }

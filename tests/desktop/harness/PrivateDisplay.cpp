@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include <unistd.h>
+
 namespace pelistra::testing {
 
 namespace {
@@ -49,6 +51,13 @@ std::string answerIn(const ChildProcess& program, bool (*isAnswer)(const std::st
         }
     }
     return {};
+}
+
+// Far above those that servers pick by themselves.
+std::string numberOfThisProcess() {
+    constexpr int first = 1000;
+    constexpr int count = 50'000;
+    return std::to_string(first + (getpid() % count));
 }
 
 std::string sizeOf(const PrivateDisplay::Options& options) {
@@ -120,7 +129,7 @@ bool managesWindows(XClient& client) {
 
 PrivateDisplay::PrivateDisplay(const Options& options)
     : environment_(baseEnvironment()), managed_(options.windowManager),
-      composited_(options.compositor) {
+      ownNumber_(options.ownNumber), composited_(options.compositor) {
     makeFolders();
     startServer(options);
     if (options.sessionBus || composited_ == Compositor::Xfwm4) {
@@ -143,6 +152,16 @@ PrivateDisplay::~PrivateDisplay() {
     if (host_) {
         host_->terminate(serverEndTime);
     }
+    if (ownNumber_) {
+        removeTracesOfServer();
+    }
+}
+
+// What a killed one leaves, and the next one with the same number would remove.
+void PrivateDisplay::removeTracesOfServer() const {
+    const std::string number = name_.substr(1);
+    std::filesystem::remove("/tmp/.X" + number + "-lock");
+    std::filesystem::remove("/tmp/.X11-unix/X" + number);
 }
 
 void PrivateDisplay::setEnvironment(const std::string& variable, const std::string& value) {
@@ -197,7 +216,8 @@ void PrivateDisplay::startServer(const Options& options) {
     environment_["DISPLAY"] = name_;
 }
 
-// Each server picks a free display by itself and writes its number to its standard output.
+// Each server writes its number to its standard output, and has picked a free one by itself unless
+// it was given one.
 
 std::unique_ptr<ChildProcess> PrivateDisplay::startVirtual(const Options& options) {
     std::vector<std::string> command{"Xvfb",      "-displayfd",
@@ -208,6 +228,9 @@ std::unique_ptr<ChildProcess> PrivateDisplay::startVirtual(const Options& option
                                      "-noreset",  "+extension",
                                      "RANDR",     "+extension",
                                      "Composite"};
+    if (options.ownNumber) {
+        command.push_back(":" + numberOfThisProcess());
+    }
     for (const std::string& extension : options.withoutExtensions) {
         command.insert(command.end(), {"-extension", extension});
     }

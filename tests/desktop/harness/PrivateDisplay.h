@@ -35,6 +35,9 @@ public:
         // Extensions that the server is to lack; Virtual only.
         std::vector<std::string> withoutExtensions = {};
         Server server = Server::Virtual;
+        // A number that stays this process's when the server has been killed; else the lowest that
+        // is free, which the next test takes at once. Virtual only, one at a time in a process.
+        bool ownNumber = false;
         // Xfwm4 is the window manager, too, and has a session bus.
         Compositor compositor = Compositor::None;
     };
@@ -83,12 +86,14 @@ private:
     [[nodiscard]] std::unique_ptr<ChildProcess> startWithOutputs(const Options& options);
     void startWindowManager();
     void startCompositor();
+    void removeTracesOfServer() const;
 
     // The folder outlives the processes that write into it.
     TemporaryFolder folder_;
     Environment environment_;
     std::string name_;
     bool managed_ = false;
+    bool ownNumber_ = false;
     Compositor composited_ = Compositor::None;
     int startedPrograms_ = 0;
     // The server in whose window a nested one shows itself.
