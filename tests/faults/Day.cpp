@@ -101,8 +101,8 @@ public:
     [[nodiscard]] Holdings holdings(pid_t process) {
         return holdingsOf(process, desktop().x(), *bus_);
     }
-    // How many have come and gone.
-    [[nodiscard]] int monitors() const { return monitors_; }
+    // How many have been lived.
+    [[nodiscard]] int days() const { return days_; }
 
 private:
     [[nodiscard]] Desktop& desktop() { return bench_.desktop(); }
@@ -172,7 +172,6 @@ private:
         const Situation situation = days_ % 2 == 0 ? Situation::RowOpen : Situation::Collapsed;
         again([&] { bench_.bringInto(situation); });
         desktop().connectOutput(1024, 768);
-        ++monitors_;
         bench_.awaitRest(situation);
         desktop().disconnectOutput();
         bench_.awaitRest(situation);
@@ -232,14 +231,13 @@ private:
     bool dark_ = false;
     int days_ = 0;
     int menusSeen_ = 0;
-    int monitors_ = 0;
 };
 
-// What one of the two held when counting began, and how many monitors had come by then.
+// What one of the two held when counting began, and after how many days that was.
 struct Beginning {
     Holdings holdings;
     long memory = 0;
-    int monitors = 0;
+    int days = 0;
 };
 using Beginnings = std::map<std::string, Beginning>;
 
@@ -261,7 +259,7 @@ Beginnings beginCounting(Day& day) {
         Beginning& beginning = beginnings[holder.name];
         beginning = {.holdings = day.holdings(holder.process),
                      .memory = memoryOf(holder.process),
-                     .monitors = day.monitors()};
+                     .days = day.days()};
         std::cout << "counting from here, " << holder.name << ":";
         for (const auto& [kind, count] : beginning.holdings) {
             std::cout << " " << kind << " " << count << ";";
@@ -275,9 +273,9 @@ bool judge(Day& day, const Beginnings& beginnings) {
     bool held = true;
     for (const Day::Holder& holder : day.holders()) {
         Beginning beginning = beginnings.at(holder.name);
-        // From version 6.5 on Qt opens the font of the cursors for a new screen, and what it does
-        // so with (libxcb-cursor 0.1.5) never closes it.
-        beginning.holdings["FONT"] += day.monitors() - beginning.monitors;
+        // From version 6.5 on Qt opens the font of the cursors for a new screen, one a day here,
+        // and what it does so with (libxcb-cursor 0.1.5) never closes it.
+        beginning.holdings["FONT"] += day.days() - beginning.days;
         std::vector<std::string> more;
         static_cast<void>(waitFor(
             [&] {

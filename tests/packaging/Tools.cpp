@@ -1,11 +1,22 @@
 #include "tests/packaging/Tools.h"
 
 #include "tests/desktop/harness/TemporaryFolder.h"
+#include "tests/house/Sources.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 
 namespace pelistra::testing {
+
+std::vector<std::string> ToolRun::linesWithout(const std::vector<std::string>& words) const {
+    auto lines = linesOf(output);
+    std::erase_if(lines, [&](const std::string& line) {
+        return std::ranges::any_of(
+            words, [&](const std::string& word) { return line.find(word) != std::string::npos; });
+    });
+    return lines;
+}
 
 ToolRun runTool(const std::vector<std::string>& command, const Environment& additional) {
     constexpr std::chrono::seconds bound{100};

@@ -14,6 +14,9 @@ struct ToolRun {
     std::string output;
 
     [[nodiscard]] bool succeeded() const { return exit == ExitStatus{.status = 0}; }
+    // The lines written in which none of these words is.
+    [[nodiscard]] std::vector<std::string>
+    linesWithout(const std::vector<std::string>& words) const;
 };
 
 // Runs a tool to its end, in English, with a folder of its own as home. A tool that is not
