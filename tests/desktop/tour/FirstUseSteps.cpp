@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 
 namespace pelistra::testing {
 
@@ -21,12 +20,10 @@ std::filesystem::path defaultsOf(Desktop& desktop) {
     return desktop.display().configFolder() / "pelistra" / "defaults";
 }
 
-std::string completedKey(const std::string& version) {
-    return "hasCompletedOnboarding." + version + "=true";
-}
+constexpr const char* completed = "hasCompletedOnboarding." PELISTRA_VERSION "=true";
 
 bool hasCompleted(Desktop& desktop) {
-    return contentOf(defaultsOf(desktop)).find(completedKey(PELISTRA_VERSION)) != std::string::npos;
+    return contentOf(defaultsOf(desktop)).find(completed) != std::string::npos;
 }
 
 class FirstUse {
@@ -35,7 +32,6 @@ public:
         : tour_(tour), desktop_(tour.desktop()), windows_(tour.desktop(), tour.tree()) {}
 
     void walkOnboarding();
-    void walkVersions();
     void walkSettings();
 
 private:
@@ -46,14 +42,10 @@ private:
     Seen turnOnByClick();
     Seen turnOffByKeys();
     Seen finish();
-    Seen startAgain();
-    Seen startAsNewVersion();
     Seen moveByBackground();
     Seen closeUnfinished();
-    Seen finishByKeys();
     Seen openSettings();
     Seen openGuide();
-    Seen closeByEscape();
     bool becomesActive(const char* title);
     Seen quit();
     Seen entryIs(bool on, const std::string& how);
@@ -119,33 +111,8 @@ Seen FirstUse::finish() {
     const bool closed = clicked && waitFor([&] { return desktop_.organiserWindows().empty(); });
     const bool kept = waitFor([&] { return hasCompleted(desktop_); });
     return {.ok = closed && kept,
-            .text = kept ? "no window is left; the defaults say " + completedKey(PELISTRA_VERSION)
+            .text = kept ? std::string("no window is left; the defaults say ") + completed
                          : "the defaults do not say that it is done"};
-}
-
-Seen FirstUse::startAgain() {
-    desktop_.organiser().process().terminate();
-    desktop_.startOrganiser();
-    constexpr std::chrono::milliseconds longEnough{1'500};
-    const bool quiet = staysTrue([&] { return desktop_.organiserWindows().empty(); }, longEnough);
-    return {.ok = quiet && desktop_.organiser().controlFrame().has_value(),
-            .text = quiet ? "no window has come" : "a window has come"};
-}
-
-Seen FirstUse::startAsNewVersion() {
-    desktop_.organiser().process().terminate();
-    std::string text = contentOf(defaultsOf(desktop_));
-    const std::string now = completedKey(PELISTRA_VERSION);
-    const std::string earlier = completedKey("0.0.9");
-    const auto place = text.find(now);
-    if (place == std::string::npos) {
-        return {.ok = false, .text = "the defaults say nothing of this version"};
-    }
-    std::ofstream(defaultsOf(desktop_)) << text.replace(place, now.size(), earlier);
-    desktop_.startOrganiser();
-    Seen seen = lookAtWindow(desktop_, onboardingTitle, onboardingWidth, onboardingHeight);
-    seen.text += ", as only 0.0.9 has been done";
-    return seen;
 }
 
 Seen FirstUse::moveByBackground() {
@@ -175,19 +142,6 @@ Seen FirstUse::closeUnfinished() {
             .text = std::string(closed ? "closed" : "not closed") +
                     (notDone ? ", not done, and back at the next start: " : ", counts as done: ") +
                     again.text};
-}
-
-Seen FirstUse::finishByKeys() {
-    bool ok = true;
-    for (int step = 1; step <= introductionSteps; ++step) {
-        ok = ok && atStep(step, "").ok;
-        desktop_.input().tapKey(keys::enter);
-    }
-    const bool closed = waitFor([&] { return desktop_.organiserWindows().empty(); });
-    const bool kept = waitFor([&] { return hasCompleted(desktop_); });
-    return {.ok = ok && closed && kept,
-            .text = closed && kept ? "four times Return: no window is left, and it is kept"
-                                   : "it does not end"};
 }
 
 bool FirstUse::becomesActive(const char* title) {
@@ -229,17 +183,6 @@ Seen FirstUse::openGuide() {
     return seen;
 }
 
-Seen FirstUse::closeByEscape() {
-    // The window manager gives them the keyboard back once the guide has gone.
-    if (!becomesActive(settingsTitle)) {
-        return {.ok = false, .text = "they do not become active again"};
-    }
-    desktop_.input().tapKey(keys::escape);
-    const bool closed = waitFor([&] { return desktop_.organiserWindows().empty(); });
-    return {.ok = closed && desktop_.organiser().process().isRunning(),
-            .text = closed ? "no window is left, the organiser is running" : "the window stays"};
-}
-
 Seen FirstUse::quit() {
     const std::size_t icons = desktop_.items().size() - 2;
     const bool opened = openSettings().ok;
@@ -260,6 +203,8 @@ void FirstUse::walkForward(int step) {
 
 void FirstUse::walkOnboarding() {
     tour_.step("Start the organiser for the first time", [&] { return startFresh(); });
+    tour_.step("Drag the window by its background", [&] { return moveByBackground(); });
+    tour_.step("Close the unfinished guide and start again", [&] { return closeUnfinished(); });
     tour_.step("Press Return", [&] {
         desktop_.input().tapKey(keys::enter);
         return atStep(2, "the caption");
@@ -275,20 +220,9 @@ void FirstUse::walkOnboarding() {
     tour_.step("Click the last button", [&] { return finish(); });
 }
 
-void FirstUse::walkVersions() {
-    tour_.step("End the organiser and start it again", [&] { return startAgain(); });
-    tour_.step("Start it as a new version", [&] { return startAsNewVersion(); });
-    tour_.step("Drag the window by its background", [&] { return moveByBackground(); });
-    tour_.step("Close the unfinished guide and start again", [&] { return closeUnfinished(); });
-    tour_.step("Walk through it with the keyboard alone", [&] { return finishByKeys(); });
-}
-
 void FirstUse::walkSettings() {
     tour_.step("Right-click the arrow for the settings", [&] { return openSettings(); });
-    tour_.step("Click the switch in the settings", [&] { return turnOnByClick(); });
-    tour_.step("Switch it off with the keyboard", [&] { return turnOffByKeys(); });
     tour_.step("Click the button of the guide, close the guide", [&] { return openGuide(); });
-    tour_.step("Press Escape in the settings", [&] { return closeByEscape(); });
     tour_.step("Click the button that ends Pelistra", [&] { return quit(); });
 }
 
@@ -298,7 +232,6 @@ void walkFirstUse(Tour& tour) {
     tour.beginDesktop({});
     FirstUse use(tour);
     use.walkOnboarding();
-    use.walkVersions();
     use.walkSettings();
 }
 

@@ -71,17 +71,21 @@ Seen putBack(Tour& tour) {
                     ", hidden again: " + names(desktop.hiddenSection())};
 }
 
-Seen expand(Tour& tour) {
+Seen expand(Tour& tour, const std::vector<PlacedProgram>& before) {
     SecondRowUnderTest::letTheArrowRest();
     Desktop& desktop = tour.desktop();
-    const bool ok =
+    const bool shown =
         desktop.clickControl(UserInput::Button::Left, {keys::alt}) && desktop.waitUntilExpanded();
-    return {.ok = ok, .text = describe(desktop.items()) + " on the screen"};
+    const bool same = waitFor([&] { return placesOf(desktop.items()) == before; });
+    return {.ok = shown && same,
+            .text = describe(desktop.items()) +
+                    (same ? ", each where it was" : ", not where they were")};
 }
 
 } // namespace
 
 void walkMenus(Tour& tour) {
+    const auto arranged = placesOf(tour.desktop().items());
     tour.step("Collapse and open the row", [&] { return collapseAndOpen(tour); });
     for (const HiddenProgram& program : programs) {
         const std::string name = program.name;
@@ -90,7 +94,7 @@ void walkMenus(Tour& tour) {
         tour.step("Close the menu of " + name + " and click the arrow",
                   [&] { return putBack(tour); });
     }
-    tour.step("Alt-click the arrow to arrange", [&] { return expand(tour); });
+    tour.step("Alt-click the arrow", [&] { return expand(tour, arranged); });
 }
 
 } // namespace pelistra::testing

@@ -77,14 +77,6 @@ Seen openMenuInRow(Tour& tour) {
     return lookAtMenu(tour);
 }
 
-Seen killTheBar(Tour& tour) {
-    Desktop& desktop = tour.desktop();
-    desktop.bar().process().kill();
-    desktop.startBar({}, Desktop::Icons::All);
-    const bool back = waitFor([&] { return desktop.item(program).has_value(); });
-    return {.ok = back, .text = back ? "the icon is back" : "the icon is lost"};
-}
-
 } // namespace
 
 void walkNotifiers(Tour& tour) {
@@ -96,7 +88,6 @@ void walkNotifiers(Tour& tour) {
     tour.step("Hide that icon and open the row", [&] { return hide(tour); });
     tour.step("Right-click that icon in the row", [&] { return openMenuInRow(tour); });
     tour.step("Press Escape in that menu", [&] { return closeMenu(tour); });
-    tour.step("Kill the bar and start it again", [&] { return killTheBar(tour); });
 }
 
 } // namespace pelistra::testing

@@ -173,6 +173,20 @@ std::filesystem::path Tour::folder(const std::string& name) const {
     return pictures_ / name;
 }
 
+Seen lookAtWindow(Desktop& desktop, const std::string& title, int width, int height) {
+    XClient& x = desktop.x();
+    const auto scale = static_cast<int>(desktop.bar().scale());
+    const bool ok = waitFor([&] {
+        const auto window = x.managedWindow(title);
+        const auto frame = window ? x.frame(*window) : std::nullopt;
+        return frame && frame->width == width * scale && frame->height == height * scale &&
+               x.isViewable(*window);
+    });
+    const auto window = x.managedWindow(title);
+    const auto frame = window ? x.frame(*window) : std::nullopt;
+    return {.ok = ok, .text = "\"" + title + "\" " + (frame ? describe(*frame) : "absent")};
+}
+
 std::string describe(const WindowFrame& frame) {
     return std::to_string(frame.width) + "x" + std::to_string(frame.height) + " at " +
            std::to_string(frame.x) + "," + std::to_string(frame.y);
@@ -185,6 +199,14 @@ std::string describe(const std::vector<Desktop::Item>& items) {
     return std::to_string(items.size()) + (items.size() == 1 ? " icon" : " icons") + " from x " +
            std::to_string(items.front().frame.x) + " to " +
            std::to_string(items.back().frame.right());
+}
+
+std::vector<PlacedProgram> placesOf(const std::vector<Desktop::Item>& items) {
+    std::vector<PlacedProgram> places;
+    for (const Desktop::Item& item : items) {
+        places.emplace_back(item.className, item.frame);
+    }
+    return places;
 }
 
 std::string names(const std::vector<Desktop::Item>& items) {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pelistra::testing {
@@ -72,12 +73,9 @@ private:
 
 // The road of one use, in this order. Each leaves the desktop so that the next can go on.
 void walkArranging(Tour& tour);
-void walkSection(Tour& tour);
 void walkDiscovery(Tour& tour);
 void walkRow(Tour& tour);
 void walkMenus(Tour& tour);
-void walkWindows(Tour& tour);
-void walkEndings(Tour& tour);
 // On desktops of their own.
 void walkFirstUse(Tour& tour);
 void walkNotifiers(Tour& tour);
@@ -91,6 +89,10 @@ void walkCompositor(Tour& tour);
 [[nodiscard]] std::string describe(const WindowFrame& frame);
 // "6 icons from x -2560 to -2392", or "none".
 [[nodiscard]] std::string describe(const std::vector<Desktop::Item>& items);
+// A program's class and the frame of its icon; some make a new window when the bar is started
+// again.
+using PlacedProgram = std::pair<std::string, WindowFrame>;
+[[nodiscard]] std::vector<PlacedProgram> placesOf(const std::vector<Desktop::Item>& items);
 // The classes, left to right.
 [[nodiscard]] std::string names(const std::vector<Desktop::Item>& items);
 // "640,400".

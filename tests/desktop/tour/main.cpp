@@ -18,12 +18,9 @@ int walk(const std::string& folder) {
     Tour tour(folder);
     tour.beginDesktop({});
     walkArranging(tour);
-    walkSection(tour);
     walkDiscovery(tour);
     walkRow(tour);
     walkMenus(tour);
-    walkWindows(tour);
-    walkEndings(tour);
     walkFirstUse(tour);
     walkNotifiers(tour);
     walkLooks(tour);
