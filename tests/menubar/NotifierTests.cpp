@@ -198,7 +198,7 @@ TEST_F(NotifierTests, IsHarmedByNoProgramThatMisbehaves) {
     many.pixmaps.assign(100'000, {.width = 1, .height = 1, .bytes = {1, 2, 3, 4}});
     add(many);
     auto loud = plain(std::string(1'000'000, 'x'));
-    loud.title = std::string(1'000'000, '\x01') + "\xE2\x80\xAE";
+    loud.title.assign(1'000'000, '\x01').append("\xE2\x80\xAE");
     loud.label = std::string(1'000'000, 'y');
     add(loud);
     auto file = plain("file");

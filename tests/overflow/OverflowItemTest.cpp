@@ -174,7 +174,8 @@ TEST(OverflowItemTest, ForeignTextsAreTolerated) {
 }
 
 TEST(OverflowItemTest, NamesOfAMegabyteAreTolerated) {
-    const std::string megabyte = std::string(1024UL * 1024, 'X') + "Ä";
+    std::string megabyte(1024UL * 1024, 'X');
+    megabyte += "Ä";
     EXPECT_EQ(displayName(megabyte, megabyte), megabyte);
     EXPECT_EQ(tooltip("Foo", megabyte), "Foo — Foo");
     EXPECT_EQ(symbol(megabyte, megabyte + "PLAY"), "play.circle");

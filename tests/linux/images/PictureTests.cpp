@@ -24,7 +24,8 @@ using linux::StatusItemLook;
 struct CairoBackend {
     [[nodiscard]] Images& images() { return own; }
     [[nodiscard]] static std::unique_ptr<Bitmap> bitmap(int width, int height) {
-        return std::make_unique<linux::PixelBitmap>(Pixels(width, height));
+        return std::make_unique<linux::PixelBitmap>(
+            Pixels{.width = width, .height = height, .values = {}});
     }
 
     CairoImages own;
