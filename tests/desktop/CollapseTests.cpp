@@ -132,11 +132,16 @@ TEST_F(CollapseTests, ClicksRightAfterAToggleAreIgnored) {
     ASSERT_TRUE(control);
     // On a busy machine the last click may be handled after the latch has ended. Without a latch it
     // would collapse every time.
+    const auto expansions = [this] {
+        return desktop_.organiser().process().occurrencesOf("Expanded hidden section");
+    };
     const auto lastClickIsIgnored = [&] {
+        const std::size_t before = expansions();
         // Collapse, expand, and a third click, all at once.
         desktop_.input().click(centre(*control));
         desktop_.input().click(centre(*control), Button::Left, {keys::alt});
         desktop_.input().click(centre(*control));
+        static_cast<void>(waitFor([&] { return expansions() > before; }));
         outlastLatch();
         const bool ignored = desktop_.waitUntilExpanded(std::chrono::seconds(2));
         if (!ignored) {

@@ -146,22 +146,31 @@ TEST_F(HostileOnDesktopTests, WhatAWindowCallsItselfRunsAndWritesNothing) {
     const auto before = files();
     ASSERT_THAT(row_.icons(), SizeIs(names.size()));
 
+    const auto isRevealed = [this] { return !desktop_.hiddenSectionIsOffScreen(); };
+    int reveals = 0;
     for (std::size_t place = 0; place < names.size(); ++place) {
         for (const Button button : {Button::Left, Button::Right}) {
             if (!row_.isOpen()) {
                 ASSERT_TRUE(row_.open()) << log();
             }
             desktop_.input().click(centre(row_.icons().at(place).frame), button);
-            // A right click reveals the icon and clicks it; a left one finds no application.
-            if (button == Button::Right) {
-                ASSERT_TRUE(waitFor([&] { return !row_.isOpen(); }));
-                ASSERT_TRUE(waitFor([&] { return !desktop_.hiddenSectionIsOffScreen(); }));
+            // A left click finds no application.
+            if (button == Button::Left) {
+                continue;
+            }
+            // A right one reveals the icon and clicks it; where the bar is too slow for that, the
+            // row comes back.
+            ASSERT_TRUE(waitFor([&] { return !row_.isOpen(); }));
+            ASSERT_TRUE(waitFor([&] { return isRevealed() || row_.isOpen(); })) << log();
+            if (isRevealed()) {
+                ++reveals;
                 SecondRowUnderTest::letTheArrowRest();
                 ASSERT_TRUE(desktop_.clickControl());
                 ASSERT_TRUE(desktop_.waitUntilCollapsed()) << log();
             }
         }
     }
+    EXPECT_GT(reveals, 0);
     EXPECT_FALSE(fs::exists(trap));
     EXPECT_FALSE(fs::exists(started("outside")));
     EXPECT_FALSE(fs::exists(started("inside")));

@@ -143,6 +143,15 @@ std::string ChildProcess::output() const {
     return contentOf(outputFile_);
 }
 
+std::size_t ChildProcess::occurrencesOf(std::string_view text) const {
+    const std::string all = output();
+    std::size_t count = 0;
+    for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + text.size())) {
+        ++count;
+    }
+    return count;
+}
+
 bool ChildProcess::waitForOutput(const std::string& text, std::chrono::milliseconds bound) const {
     return waitFor([&] { return output().find(text) != std::string::npos; }, bound);
 }

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
@@ -46,6 +47,8 @@ public:
     [[nodiscard]] std::optional<ExitStatus> waitForExit(std::chrono::milliseconds bound = patience);
     // Everything that the program has written so far.
     [[nodiscard]] std::string output() const;
+    // How often `text` occurs in the output so far.
+    [[nodiscard]] std::size_t occurrencesOf(std::string_view text) const;
     // Waits until `text` occurs in the output.
     [[nodiscard]] bool waitForOutput(const std::string& text,
                                      std::chrono::milliseconds bound = patience) const;

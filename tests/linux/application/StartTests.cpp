@@ -198,16 +198,8 @@ TEST_F(StartTest, WithoutATrayItWaitsAndSaysSoOnce) {
     const auto process = startFirst();
     EXPECT_THAT(process->output(),
                 HasSubstr("pelistra: [menu-bar] There is no menu bar yet; waiting for one\n"));
-    const auto count = [&] {
-        const std::string text = process->output();
-        std::size_t found = 0;
-        for (auto at = text.find("waiting"); at != std::string::npos;
-             at = text.find("waiting", at + 1)) {
-            ++found;
-        }
-        return found;
-    };
-    EXPECT_TRUE(staysTrue([&] { return count() == 1; }, std::chrono::milliseconds(500)));
+    EXPECT_TRUE(staysTrue([&] { return process->occurrencesOf("waiting") == 1; },
+                          std::chrono::milliseconds(500)));
 }
 
 // With a window manager, since it is the one who shows windows to taskbars.

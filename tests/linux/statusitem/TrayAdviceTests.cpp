@@ -38,14 +38,6 @@ constexpr auto chinese = "不会为隐藏的图标让出位置";
 constexpr auto remedy = "pelistra-menubar --replace";
 constexpr int screenWidth = 1280;
 
-std::size_t occurrences(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-        ++count;
-    }
-    return count;
-}
-
 class ForeignTrayTest : public ::testing::Test {
 protected:
     ForeignTrayTest() {
@@ -79,7 +71,7 @@ protected:
         input_.click(centre(arrow().value()), Button::Left, modifiers);
     }
     [[nodiscard]] std::size_t said(const std::string& text) {
-        return occurrences(process_->output(), text);
+        return process_->occurrencesOf(text);
     }
     [[nodiscard]] bool waitForText(const std::string& text) {
         return tray_->waitFor([&] { return said(text) > 0; });
