@@ -48,21 +48,6 @@ protected:
     }
 
     [[nodiscard]] std::string log() { return desktop_.organiser().process().output(); }
-    // Waits until a reveal has come to its end, whichever that is, and puts back what it shows.
-    void endAnyReveal() {
-        constexpr std::chrono::milliseconds longerThanItsChecks{700};
-        ASSERT_TRUE(waitFor([&] {
-            const auto items = desktop_.items();
-            const bool isOpen = row_.isOpen();
-            return staysTrue([&] { return desktop_.items() == items && row_.isOpen() == isOpen; },
-                             longerThanItsChecks);
-        }));
-        desktop_.input().click(elsewhere);
-        SecondRowUnderTest::letTheArrowRest();
-        if (!desktop_.hiddenSectionIsOffScreen()) {
-            ASSERT_TRUE(desktop_.clickControl());
-        }
-    }
     // Nothing is revealed and nothing half done: the arrow's next click opens the row again.
     void expectWholeAndCollapsed() {
         EXPECT_TRUE(desktop_.waitUntilCollapsed()) << ::testing::PrintToString(desktop_.items());
@@ -191,7 +176,7 @@ TEST_F(RowOnDesktopTests, AnArrowClickRightAfterARightClickLeavesNothingHalfReve
     rightClick("QmidiNet");
     ASSERT_TRUE(desktop_.clickControl());
     // Row and arrow are on connections of their own, so either click may be handled first.
-    endAnyReveal();
+    EXPECT_TRUE(row_.endAnyReveal(elsewhere)) << log();
     expectWholeAndCollapsed();
 }
 
@@ -204,7 +189,7 @@ TEST_F(RowOnDesktopTests, AProgramThatDiesAtTheRightClickLeavesTheSectionCollaps
     desktop_.program("qmidinet").signal(SIGKILL);
     ASSERT_TRUE(waitFor([&] { return !desktop_.item("QmidiNet"); }));
     // Either the reveal fails, which opens the row with a message, or it waits for the arrow.
-    endAnyReveal();
+    EXPECT_TRUE(row_.endAnyReveal(elsewhere)) << log();
     expectWholeAndCollapsed();
     EXPECT_THAT(row_.icons(), SizeIs(programs.size() - 1));
 }

@@ -73,6 +73,22 @@ bool SecondRowUnderTest::open() {
            });
 }
 
+bool SecondRowUnderTest::endAnyReveal(const RootPoint& emptyPlace) {
+    constexpr std::chrono::milliseconds longerThanItsChecks{700};
+    const bool rests = waitFor([&] {
+        const auto items = desktop_.items();
+        const bool wasOpen = isOpen();
+        return staysTrue([&] { return desktop_.items() == items && isOpen() == wasOpen; },
+                         longerThanItsChecks);
+    });
+    desktop_.input().click(emptyPlace);
+    letTheArrowRest();
+    if (!desktop_.hiddenSectionIsOffScreen() && !desktop_.clickControl()) {
+        return false;
+    }
+    return rests && desktop_.waitUntilCollapsed();
+}
+
 void SecondRowUnderTest::letTheArrowRest() {
     constexpr std::chrono::milliseconds rest{450};
     static_cast<void>(staysTrue([] { return true; }, rest));

@@ -39,6 +39,9 @@ public:
     // Clicks the arrow of the collapsed section once the last click has lost its effect; true when
     // the row shows then, and all its icons can be heard.
     [[nodiscard]] bool open();
+    // Waits until a reveal has come to its end, whichever that is, closes the row by a click on
+    // that empty place and puts back what is revealed. Whether the section is hidden then.
+    [[nodiscard]] bool endAnyReveal(const RootPoint& emptyPlace);
     // Waits out the time in which the arrow ignores clicks, which is also that of a double click.
     static void letTheArrowRest();
 
