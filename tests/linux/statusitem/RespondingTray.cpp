@@ -165,6 +165,7 @@ void RespondingTray::layOut() {
         right -= place.width;
         const int x = options_.order == Order::FromRightEdge ? right : left;
         left += place.width;
+        farthest_ = std::max(farthest_, x);
         const std::array<std::uint32_t, 4> frame{static_cast<std::uint32_t>(x), 0,
                                                  static_cast<std::uint32_t>(place.width),
                                                  static_cast<std::uint32_t>(height_)};

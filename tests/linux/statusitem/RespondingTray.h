@@ -79,6 +79,8 @@ public:
     void setGranting(bool granting) { granting_ = granting; }
     // How often icons have asked for a size.
     [[nodiscard]] int sizeRequests() const { return sizeRequests_; }
+    // The greatest x at which an icon has ever stood.
+    [[nodiscard]] int farthest() const { return farthest_; }
 
     void setForeground(const std::array<std::uint32_t, 3>& foreground);
     void setMenuBarScale(std::uint32_t hundredths);
@@ -111,6 +113,7 @@ private:
     std::vector<xcb_window_t> docked_;
     bool granting_ = true;
     int sizeRequests_ = 0;
+    int farthest_ = 0;
 };
 
 } // namespace pelistra::testing
