@@ -128,6 +128,8 @@ TEST_P(WindowOrderTests, AMinimisedWindowStaysSoUntilItIsAskedFor) {
     startAgain("--show-settings");
     expectInFrontForGood(settingsTitle, "a first request");
     const xcb_window_t settings = *desktop_.x().managedWindow(settingsTitle);
+    // Once the organiser knows that it shows it asks for the focus, which would bring it back.
+    ASSERT_TRUE(waitFor([&] { return windows_.says("使用方法"); }));
     desktop_.x().requestMinimise(settings);
     ASSERT_TRUE(waitFor([&] { return isMinimised(settings); }));
     startAgain("--show-onboarding");
